@@ -1,0 +1,20 @@
+#pragma once
+// The system computes discounts, VAT percentages, quantities and a few unit
+// values in IEEE 32-bit floats. Whether a step runs in Single changes results,
+// so the places that do say so by using this type and these helpers.
+
+#include "currency.h"
+
+using Single = float;
+
+// Narrows a double to Single (round to nearest float).
+inline Single toSingle(double v) { return static_cast<Single>(v); }
+
+// Product of two Single operands evaluated in double and narrowed to Single.
+inline Single mulSingle(Single a, Single b)
+{
+    return static_cast<Single>(static_cast<double>(a) * static_cast<double>(b));
+}
+
+// Currency as a Single (the amount's value narrowed to float).
+inline Single currencyToSingle(Currency c) { return static_cast<Single>(c.toDouble()); }

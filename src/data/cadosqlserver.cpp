@@ -1,0 +1,526 @@
+#include "cadosqlserver.h"
+
+#include "errorlog.h"
+#include "italiantext.h"
+#include "msgbox.h"
+#include "session.h"
+#include "sqldialect.h"
+#include "sqlliteral.h"
+
+#include <QSqlQuery>
+
+SessionGlobals& gSession()
+{
+    static SessionGlobals globals;
+    return globals;
+}
+
+cAdoSqlServer& gAdoSqlServer()
+{
+    static cAdoSqlServer instance;
+    return instance;
+}
+
+// --- cConnection -------------------------------------------------------------
+
+int cConnection::State() const
+{
+    return m_physical && m_physical->isOpen() ? 1 : 0;
+}
+
+void cConnection::close()
+{
+    if (m_physical) {
+        driver::release(m_physical);
+        m_physical.reset();
+    }
+}
+
+// --- cAdoSqlServer -----------------------------------------------------------
+
+cAdoSqlServer::cAdoSqlServer()
+{
+    initClass();
+}
+
+cAdoSqlServer::~cAdoSqlServer()
+{
+    for (const ConnectionPtr& c : std::as_const(m_stack))
+        c->close();
+    if (m_current)
+        m_current->close();
+}
+
+void cAdoSqlServer::initClass()
+{
+    m_className = className();
+    m_tipoCursore = adUseServer;
+    m_tipoServer = 0;
+}
+
+QString cAdoSqlServer::getSQLSeparator() const
+{
+    return ::getSQLSeparator();
+}
+
+void cAdoSqlServer::report(const QString& procedure, const QString& information, const DbError* error)
+{
+    if (error)
+        Err().raise(error->number, error->source, error->description);
+    if (Err().source.isEmpty())
+        Err().source = m_className;
+    notifyError(m_className, procedure, information, true);
+}
+
+bool cAdoSqlServer::Connect(const QString& tag, int timeout, int /*spare*/, bool silent)
+{
+    const QString connectionString = gSession().strConnessione;
+    DbError error;
+    PhysicalConnectionPtr physical = driver::acquire(m_tipoServer, connectionString, timeout, error);
+    if (!physical) {
+        if (!silent)
+            report(QStringLiteral("Connect -> ") + tag, QStringLiteral("sStrConnection=") + connectionString, &error);
+        return false;
+    }
+    auto connection = std::make_shared<cConnection>(std::move(physical));
+    ++m_count;
+    m_stack.append(connection);
+    m_current = connection;
+    return true;
+}
+
+void cAdoSqlServer::disconnect()
+{
+    if (m_count <= 0 || m_inTransaction)
+        return;
+    const qsizetype position = m_count - 1;
+    if (position < m_stack.size()) {
+        const ConnectionPtr connection = m_stack.at(position);
+        if (connection && connection->State() != 0)
+            connection->close();
+        m_stack.removeAt(position);
+    }
+    --m_count;
+}
+
+void cAdoSqlServer::TerminateConnection()
+{
+    if (m_inTransaction && m_current && m_current->physical()) {
+        DbError ignored;
+        m_current->physical()->rollback(ignored);
+    }
+    m_inTransaction = false;
+    if (m_current && m_current->State() == 1) {
+        m_current->close();
+        --m_count;
+    }
+    m_current.reset();
+}
+
+void cAdoSqlServer::setConnessione(const ConnectionPtr& connection)
+{
+    m_current = connection;
+}
+
+int cAdoSqlServer::ConnectionState() const
+{
+    return m_current ? m_current->State() : -1;
+}
+
+bool cAdoSqlServer::beginTrasaction(const QString& tag)
+{
+    if (!Connect(QStringLiteral("N/D"), 60, 0, false))
+        return false;
+    DbError error;
+    if (!m_current->physical()->begin(error)) {
+        report(QStringLiteral("beginTrasaction -> ") + tag, QString(), &error);
+        return false;
+    }
+    m_inTransaction = true;
+    return true;
+}
+
+bool cAdoSqlServer::commitTrasaction(const QString& tag)
+{
+    if (!m_inTransaction || !m_current || !m_current->physical())
+        return false;
+    DbError error;
+    if (!m_current->physical()->commit(error)) {
+        report(QStringLiteral("commitTrasaction -> ") + tag, QString(), &error);
+        return false;
+    }
+    m_inTransaction = false;
+    disconnect();
+    return true;
+}
+
+bool cAdoSqlServer::rollbackTrasaction(const QString& tag)
+{
+    if (!m_inTransaction || !m_current || !m_current->physical())
+        return false;
+    DbError error;
+    const bool ok = m_current->physical()->rollback(error);
+    m_inTransaction = false;
+    if (!ok) {
+        report(QStringLiteral("rollbackTrasaction -> ") + tag, QString(), &error);
+        return false;
+    }
+    disconnect();
+    return true;
+}
+
+// --- rewriting ---------------------------------------------------------------
+
+QString cAdoSqlServer::prepareSQL(const QString& sql)
+{
+    const DialectResult r = rewriteStatement(sql, gAdoSqlServer().TipoServer());
+    if (!r.ok) {
+        Err().raise(5, m_className, QStringLiteral("Chiamata di routine o argomento non validi."));
+        report(QStringLiteral("prepareSQL"), QString());
+    }
+    return r.text;
+}
+
+QString cAdoSqlServer::getPartSQLByTipoServer(const QString& sql)
+{
+    const DialectResult r = rewriteFragment(sql, gAdoSqlServer().TipoServer());
+    if (!r.ok) {
+        Err().raise(5, m_className, QStringLiteral("Chiamata di routine o argomento non validi."));
+        report(QStringLiteral("getPartSQLByTipoServer"), QString());
+    }
+    return r.text;
+}
+
+QString cAdoSqlServer::getPartSQLWithoutSP(const QString& sql)
+{
+    return ::getPartSQLWithoutSP(sql);
+}
+
+// --- statements --------------------------------------------------------------
+
+bool cAdoSqlServer::connectOutsideTransaction()
+{
+    return m_inTransaction || Connect(QStringLiteral("N/D"), 60, 0, false);
+}
+
+bool cAdoSqlServer::run(const QString& prepared, QSqlQuery* query, DbError& error, int* rowsAffected)
+{
+    if (!m_current || !m_current->physical() || m_current->State() == 0) {
+        error.number = 3704;
+        error.source = m_className;
+        error.description = QStringLiteral("Operazione non consentita se l'oggetto è chiuso.");
+        return false;
+    }
+    m_current->Errors.clear();
+    if (!m_current->physical()->execute(driver::finalSql(prepared, m_tipoServer), query, error, rowsAffected)) {
+        m_current->Errors.append(error);
+        return false;
+    }
+    return true;
+}
+
+// A statement failed outside a transaction: its connection stays counted on
+// the stack, as callers expect, but the physical connection goes back at once
+// so that failures cannot exhaust the server.
+void cAdoSqlServer::abandonCurrent()
+{
+    if (!m_inTransaction && m_current)
+        m_current->close();
+}
+
+RecordsetPtr cAdoSqlServer::openRecordset(QString& text, const QString& procedure, const QString& infoKey)
+{
+    text = prepareSQL(text);
+    m_lastCommand = restoreSqlValues(text);
+    if (!connectOutsideTransaction())
+        return nullptr;
+    QSqlQuery query;
+    DbError error;
+    if (!run(text, &query, error)) {
+        report(procedure, infoKey + m_lastCommand, &error);
+        abandonCurrent();
+        return nullptr;
+    }
+    return Recordset::fromQuery(query);
+}
+
+RecordsetPtr cAdoSqlServer::getNewRecordset(QString& sql, const QString& tag, int /*cursorType*/, int /*lockType*/,
+                                            int /*cursorLocation*/)
+{
+    // Every recordset is read to its end at once, so cursor type, lock type
+    // and location make no difference to what the caller sees.
+    return openRecordset(sql, QStringLiteral("getNewRecordset -> ") + tag, QStringLiteral("SQL="));
+}
+
+RecordsetPtr cAdoSqlServer::getNewRecordset(const QString& sql, const QString& tag, int cursorType, int lockType,
+                                            int cursorLocation)
+{
+    QString copy = sql;
+    return getNewRecordset(copy, tag, cursorType, lockType, cursorLocation);
+}
+
+RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(QString& cmdText, const QString& tag, int, int, int)
+{
+    return openRecordset(cmdText, QStringLiteral("getNewRecordsetByCmd -> ") + tag, QStringLiteral("CmdText="));
+}
+
+RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(const cCommand& cmd, const QString& tag, int cursorType,
+                                                 int lockType, int cursorLocation)
+{
+    QString text = cmd.CommandText;
+    text.remove(QStringLiteral("exec"), Qt::CaseSensitive);
+    text = text.trimmed();
+    return getNewRecordsetByCmd(text, tag, cursorType, lockType, cursorLocation);
+}
+
+void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QString& sql, const DbError& error,
+                                           bool withRA)
+{
+    if (driver::isIntegrityRefusal(m_tipoServer, error)) {
+        QString text = QStringLiteral("L'operazione non può essere completata nel rispetto dell'integrità dei dati.\r");
+        if (!withRA)
+            text += QStringLiteral("E' probabile che si sta tentando di eliminare un record che risulta vincolato ai "
+                                   "dati di una o più tabelle.\r");
+        text += QStringLiteral("\r[Messaggio Originale]:\r") + error.description;
+        msgBox(text, vb::Information);
+        return;
+    }
+    report(procedure, QStringLiteral("SQL=") + sql, &error);
+}
+
+int cAdoSqlServer::executeSQLWithRA(QString& sql, const QString& tag)
+{
+    sql = prepareSQL(sql);
+    m_lastCommand = restoreSqlValues(sql);
+    if (!connectOutsideTransaction())
+        return -1;
+    DbError error;
+    int affected = -1;
+    if (!run(sql, nullptr, error, &affected)) {
+        reportStatementFailure(QStringLiteral("executeSQLWithRA -> ") + tag, m_lastCommand, error, true);
+        abandonCurrent();
+        return -1;
+    }
+    if (!m_inTransaction)
+        disconnect();
+    return affected;
+}
+
+int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
+{
+    QString copy = sql;
+    return executeSQLWithRA(copy, tag);
+}
+
+bool cAdoSqlServer::executeSQL(QString& sql, const QString& tag)
+{
+    sql = prepareSQL(sql);
+    m_lastCommand = restoreSqlValues(sql);
+    if (!connectOutsideTransaction())
+        return false;
+    DbError error;
+    if (!run(sql, nullptr, error)) {
+        reportStatementFailure(QStringLiteral("executeSQL -> ") + tag, m_lastCommand, error, false);
+        abandonCurrent();
+        return false;
+    }
+    if (!m_inTransaction)
+        disconnect();
+    return true;
+}
+
+bool cAdoSqlServer::executeSQL(const QString& sql, const QString& tag)
+{
+    QString copy = sql;
+    return executeSQL(copy, tag);
+}
+
+std::unique_ptr<cCommand> cAdoSqlServer::getNewCmd()
+{
+    auto cmd = std::make_unique<cCommand>();
+    cmd->ActiveConnection = m_current;
+    cmd->CommandType = 4;
+    return cmd;
+}
+
+bool cAdoSqlServer::executeCmd(cCommand& cmd, const QString& tag)
+{
+    const QString text = cmd.CommandText;
+    m_lastCommand = text.left(5) == QLatin1String("exec ") ? text : QStringLiteral("exec ") + text;
+    // A stored procedure: EXEC on SQL Server, CALL on MySQL; the file database
+    // has none, so the text runs as a statement there.
+    QString statement = text;
+    if (text.left(5).compare(QLatin1String("exec "), Qt::CaseInsensitive) == 0)
+        statement = text.mid(5);
+    if (m_tipoServer == TipoServer::SqlServer)
+        statement = QStringLiteral("EXEC ") + statement;
+    else if (m_tipoServer == TipoServer::MySql)
+        statement = QStringLiteral("CALL ") + statement;
+    const ConnectionPtr connection = cmd.ActiveConnection ? cmd.ActiveConnection : m_current;
+    const ConnectionPtr previous = m_current;
+    m_current = connection;
+    DbError error;
+    if (!run(statement, nullptr, error)) {
+        // the error stays in the connection's Errors for checkForErrors
+    }
+    const bool failed = checkForErrors(tag);
+    m_current = previous;
+    return !failed;
+}
+
+bool cAdoSqlServer::checkForErrors(const QString& tag)
+{
+    if (!m_current || m_current->Errors.isEmpty())
+        return false;
+    const DbError first = m_current->Errors.first();
+    m_current->Errors.clear();
+    report(QStringLiteral("checkForErrors -> ") + tag, QString(), &first);
+    return true;
+}
+
+int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString& idField, const QString& tableName)
+{
+    const QString procedure = QStringLiteral("getIDByInsert -> ") + tag;
+    if (sql.isEmpty()) {
+        Err().raise(9999, QStringLiteral("TLSOFT::cAdoSqlServer"),
+                    QStringLiteral("Testo del Comando SQL non impostato in getIDByInsert"));
+        report(procedure, QStringLiteral("SQL1=\r\nServerTipo=") + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2="));
+        return -1;
+    }
+    int id = -1;
+    sql = prepareSQL(sql);
+    m_lastCommand = restoreSqlValues(sql);
+    if (!connectOutsideTransaction())
+        return -1;
+
+    QString second;
+    DbError error;
+    bool ok = true;
+    if (m_tipoServer == TipoServer::SqlServer) {
+        second = QStringLiteral("SET NOCOUNT ON @01 SELECT SCOPE_IDENTITY() SET NOCOUNT OFF");
+        second.replace(QStringLiteral("@01"), sql);
+        QSqlQuery query;
+        ok = run(second, &query, error);
+        if (ok) {
+            const RecordsetPtr rs = Recordset::fromQuery(query);
+            if (!rs->eof())
+                id = rs->value(0).toInt();
+        }
+    } else if (m_tipoServer == TipoServer::FileDb || m_tipoServer == TipoServer::MySql) {
+        second = QStringLiteral("SELECT MAX(") + idField + QStringLiteral(") FROM ") + tableName;
+        ok = run(sql, nullptr, error);
+        // The key is the one the engine gave to this connection's insert: the
+        // same as the highest key for a single user, and still right when two
+        // workstations insert at the same moment. Without a table name the
+        // second statement runs as written, and fails, as it always has.
+        const QVariant own = ok ? m_current->physical()->lastInsertId() : QVariant();
+        if (ok && own.isValid() && !own.isNull() && !tableName.trimmed().isEmpty()) {
+            id = own.toInt();
+        } else if (ok) {
+            QSqlQuery query;
+            ok = run(second, &query, error);
+            if (ok) {
+                const RecordsetPtr rs = Recordset::fromQuery(query);
+                if (!rs->eof())
+                    id = rs->value(0).toInt();
+            }
+        }
+    }
+    if (!ok) {
+        report(procedure,
+               QStringLiteral("SQL1=") + m_lastCommand + QStringLiteral("\r\nServerTipo=") + QString::number(m_tipoServer)
+                   + QStringLiteral("\r\nSQL2=") + restoreSqlValues(second),
+               &error);
+        abandonCurrent();
+        return -1;
+    }
+    if (!m_inTransaction)
+        disconnect();
+    return id;
+}
+
+int cAdoSqlServer::getIDByInsert(const QString& sql, const QString& tag, const QString& idField,
+                                 const QString& tableName)
+{
+    QString copy = sql;
+    return getIDByInsert(copy, tag, idField, tableName);
+}
+
+QVariant cAdoSqlServer::getValueBySQL(QString& sql, const QString& tag)
+{
+    RecordsetPtr rs = getNewRecordset(sql, QStringLiteral("cAdoSqlServer.getValueBySQL -> ") + tag);
+    if (!rs)
+        return QVariant();
+    QVariant value;
+    if (!rs->eof() && rs->fieldCount() > 0)
+        value = rs->value(0);
+    rs->close();
+    if (!m_inTransaction)
+        disconnect();
+    return value;
+}
+
+QVariant cAdoSqlServer::getValueBySQL(const QString& sql, const QString& tag)
+{
+    QString copy = sql;
+    return getValueBySQL(copy, tag);
+}
+
+QVariant cAdoSqlServer::getStoredResult(QString& cmdText, const QString& tag)
+{
+    // No disconnect here: the connection stays on the stack, as the callers
+    // of this operation have always had it.
+    RecordsetPtr rs = getNewRecordsetByCmd(cmdText, tag, adOpenDynamic, adLockReadOnly, -1);
+    if (!rs || rs->eof() || rs->fieldCount() == 0)
+        return QVariant();
+    return rs->value(0);
+}
+
+QVariant cAdoSqlServer::getStoredResult(const cCommand& cmd, const QString& tag)
+{
+    RecordsetPtr rs = getNewRecordsetByCmd(cmd, tag, adOpenDynamic, adLockReadOnly, -1);
+    if (!rs || rs->eof() || rs->fieldCount() == 0)
+        return QVariant();
+    return rs->value(0);
+}
+
+QDateTime cAdoSqlServer::getDataOraServer(const QString& tag)
+{
+    QString sql = m_tipoServer == TipoServer::SqlServer ? QStringLiteral("SELECT GetDate()") : QStringLiteral("SELECT Now()");
+    return toDateTime(getValueBySQL(sql, QStringLiteral("cAdoSqlServer.getDataOraServer -> ") + tag));
+}
+
+void cAdoSqlServer::setNewTable(const QString& rifForm, const QString& nome)
+{
+    const QString tag = QStringLiteral("cAdoSqlServer.setNewTable");
+    RecordsetPtr rs = getNewRecordset(QStringLiteral("SELECT COUNT(RifForm) FROM ElencoTabelle WHERE RifForm = ")
+                                          + sqlText(rifForm),
+                                      tag);
+    if (!rs || rs->eof() || rs->value(0).toInt() != 0)
+        return;
+    const int id = getIDByInsert(QStringLiteral("INSERT INTO ElencoTabelle (RifForm, Nome) VALUES (") + sqlText(rifForm)
+                                     + QStringLiteral(", ") + sqlText(nome) + QStringLiteral(")"),
+                                 tag, QStringLiteral("ID"), QString());
+    if (id < 0)
+        return;
+    const QVariant group = getValueBySQL(QStringLiteral("SELECT RID FROM GRUPPOUTENTI WHERE AMMINISTRATORE=1"), tag);
+    executeSQL(QStringLiteral("INSERT INTO GRUPPOPERMESSI (FK_GRUPPOUTENTI, FK_TABELLE, VISUALIZZA, SCRIVI, ELIMINA, "
+                              "STAMPA) VALUES (")
+                   + getIDOrNullStr(group) + QStringLiteral(", ") + QString::number(id) + QStringLiteral(", 1, 1, 1, 1)"),
+               tag);
+}
+
+QString cAdoSqlServer::getSQLDate(const QVariant& value, int tipo) const
+{
+    return sqlDateFor(value, tipo < 0 ? m_tipoServer : tipo);
+}
+
+QString cAdoSqlServer::getSQLDateTime(const QVariant& value, int tipo) const
+{
+    return sqlDateTimeFor(value, tipo < 0 ? m_tipoServer : tipo);
+}
+
+QString cAdoSqlServer::getSQLTime(const QVariant& value, int tipo) const
+{
+    return sqlTimeFor(value, tipo < 0 ? m_tipoServer : tipo);
+}

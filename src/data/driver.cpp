@@ -1,0 +1,375 @@
+#include "driver.h"
+
+#include "connectionstring.h"
+#include "sqldialect.h"
+#include "sqlitefunctions.h"
+#include "sqlliteral.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QRegularExpression>
+
+namespace {
+
+// A pooled server connection idle for longer than this is checked before use.
+constexpr qint64 kRecheckAfterMs = 5 * 60 * 1000;
+// Idle connections kept per connection string.
+constexpr int kMaxIdle = 4;
+// How long the file database waits for another workstation's write lock.
+constexpr int kBusyTimeoutMs = 15000;
+
+QHash<QString, QList<PhysicalConnectionPtr>>& pool()
+{
+    static QHash<QString, QList<PhysicalConnectionPtr>> idle;
+    return idle;
+}
+
+QString poolKey(int tipoServer, const QString& connectionString)
+{
+    return QString::number(tipoServer) + QLatin1Char('|') + connectionString;
+}
+
+QString newConnectionName()
+{
+    static quint64 counter = 0;
+    return QStringLiteral("orvantis-") + QString::number(++counter);
+}
+
+bool runSetup(QSqlDatabase& db, const QStringList& statements, int tipoServer, DbError& error)
+{
+    for (const QString& sql : statements) {
+        QSqlQuery q(db);
+        if (!q.exec(sql)) {
+            error = driver::fromQtError(q.lastError(), tipoServer);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool openFileDb(const QString& name, const QString& connectionString, DbError& error)
+{
+    const QString path = fileDbPath(connectionString);
+    if (path.isEmpty() || !QFileInfo(path).isFile()) {
+        error.number = 14;
+        error.nativeError = QStringLiteral("14");
+        error.source = driver::sourceName(TipoServer::FileDb);
+        error.description = QStringLiteral("Impossibile trovare il file '") + path + QStringLiteral("'.");
+        return false;
+    }
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+    db.setDatabaseName(path);
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=") + QString::number(kBusyTimeoutMs));
+    if (!db.open()) {
+        error = driver::fromQtError(db.lastError(), TipoServer::FileDb);
+        return false;
+    }
+    if (!runSetup(db, {QStringLiteral("PRAGMA foreign_keys=ON"), QStringLiteral("PRAGMA journal_mode=WAL"),
+                       QStringLiteral("PRAGMA synchronous=NORMAL")},
+                  TipoServer::FileDb, error))
+        return false;
+    if (!registerFileDbFunctions(db)) {
+        error.number = -1;
+        error.source = driver::sourceName(TipoServer::FileDb);
+        error.description = QStringLiteral("Impossibile registrare le funzioni del database locale.");
+        return false;
+    }
+    return true;
+}
+
+bool openMySql(const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+{
+    const MySqlParams p = mySqlParams(connectionString);
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
+    db.setHostName(p.host);
+    db.setPort(p.port);
+    db.setDatabaseName(p.database);
+    db.setUserName(p.user);
+    db.setPassword(p.password);
+    QString options = QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT=") + QString::number(qMax(1, timeoutSeconds));
+    if (!p.socket.isEmpty())
+        options += QStringLiteral(";UNIX_SOCKET=") + p.socket;
+    db.setConnectOptions(options);
+    if (!db.open()) {
+        error = driver::fromQtError(db.lastError(), TipoServer::MySql);
+        return false;
+    }
+    // A backslash in a value is a backslash; strict mode refuses a text longer
+    // than its column instead of cutting it.
+    return runSetup(db,
+                    {QStringLiteral("SET NAMES utf8mb4 COLLATE utf8mb4_unicode_ci"),
+                     QStringLiteral("SET SESSION sql_mode='STRICT_TRANS_TABLES,NO_ZERO_IN_DATE,NO_ZERO_DATE,"
+                                    "ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES'")},
+                    TipoServer::MySql, error);
+}
+
+bool openSqlServer(const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), name);
+    db.setDatabaseName(connectionString);
+    db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=") + QString::number(qMax(1, timeoutSeconds)));
+    if (!db.open()) {
+        error = driver::fromQtError(db.lastError(), TipoServer::SqlServer);
+        return false;
+    }
+    return true;
+}
+
+PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
+{
+    auto connection = std::make_shared<PhysicalConnection>(tipoServer, connectionString, newConnectionName());
+    const QString& name = connection->name();
+    bool ok = false;
+    switch (tipoServer) {
+    case TipoServer::FileDb: ok = openFileDb(name, connectionString, error); break;
+    case TipoServer::MySql: ok = openMySql(name, connectionString, timeoutSeconds, error); break;
+    case TipoServer::SqlServer: ok = openSqlServer(name, connectionString, timeoutSeconds, error); break;
+    default:
+        error.number = -1;
+        error.source = QStringLiteral("cAdoSqlServer");
+        error.description = QStringLiteral("Tipo di database non previsto: ") + QString::number(tipoServer);
+        break;
+    }
+    if (!ok)
+        return nullptr;   // the destructor removes the half-made connection
+    connection->touch();
+    return connection;
+}
+
+// Turns "#MM/DD/YYYY#" and "#MM/DD/YYYY Hh:Nn:Ss#" into ISO text literals.
+QString isoFromFileDbLiteral(const QString& literal)
+{
+    static const QRegularExpression re(
+        QStringLiteral("^(\\d{1,2})/(\\d{1,2})/(\\d{4})(?:\\s+(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?)?$"));
+    const QRegularExpressionMatch m = re.match(literal);
+    if (!m.hasMatch())
+        return QString();
+    auto two = [](const QString& s) { return s.rightJustified(2, QLatin1Char('0')); };
+    QString iso = m.captured(3) + QLatin1Char('-') + two(m.captured(1)) + QLatin1Char('-') + two(m.captured(2));
+    if (!m.captured(4).isEmpty())
+        iso += QLatin1Char(' ') + two(m.captured(4)) + QLatin1Char(':') + two(m.captured(5)) + QLatin1Char(':')
+            + two(m.captured(6).isEmpty() ? QStringLiteral("0") : m.captured(6));
+    return QLatin1Char('\'') + iso + QLatin1Char('\'');
+}
+
+QString fileDbSql(const QString& sql)
+{
+    QString out;
+    out.reserve(sql.size() + 16);
+    QChar quote;
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const QChar c = sql.at(i);
+        if (!quote.isNull()) {
+            out += c;
+            if (c == quote)
+                quote = QChar();
+            continue;
+        }
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            quote = c;
+            out += c;
+        } else if (c == QLatin1Char('&')) {
+            out += QStringLiteral("||");
+        } else if (c == QLatin1Char('#')) {
+            const qsizetype end = sql.indexOf(QLatin1Char('#'), i + 1);
+            const QString iso = end > i ? isoFromFileDbLiteral(sql.mid(i + 1, end - i - 1).trimmed()) : QString();
+            if (iso.isEmpty()) {
+                out += c;
+            } else {
+                out += iso;
+                i = end;
+            }
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+PhysicalConnection::PhysicalConnection(int tipoServer, QString connectionString, QString name)
+    : m_tipoServer(tipoServer), m_connectionString(std::move(connectionString)), m_name(std::move(name))
+{
+}
+
+PhysicalConnection::~PhysicalConnection()
+{
+    close();
+}
+
+bool PhysicalConnection::isOpen() const
+{
+    return QSqlDatabase::contains(m_name) && QSqlDatabase::database(m_name, false).isOpen();
+}
+
+void PhysicalConnection::close()
+{
+    if (!QSqlDatabase::contains(m_name))
+        return;
+    {
+        QSqlDatabase db = QSqlDatabase::database(m_name, false);
+        if (db.isOpen())
+            db.close();
+    }
+    QSqlDatabase::removeDatabase(m_name);
+    m_inTransaction = false;
+}
+
+bool PhysicalConnection::execute(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected)
+{
+    touch();
+    QSqlQuery q(QSqlDatabase::database(m_name, false));
+    q.setForwardOnly(true);
+    if (!q.exec(sql)) {
+        error = driver::fromQtError(q.lastError(), m_tipoServer);
+        return false;
+    }
+    if (rowsAffected)
+        *rowsAffected = q.numRowsAffected();
+    if (!q.isSelect())
+        m_lastInsertId = q.lastInsertId();
+    if (query)
+        *query = std::move(q);
+    return true;
+}
+
+bool PhysicalConnection::begin(DbError& error)
+{
+    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    bool ok = false;
+    if (m_tipoServer == TipoServer::FileDb) {
+        // Take the write lock at once: two workstations that both read first
+        // and then write would otherwise fail one another.
+        ok = execute(QStringLiteral("BEGIN IMMEDIATE"), nullptr, error);
+    } else {
+        ok = db.transaction();
+        if (!ok)
+            error = driver::fromQtError(db.lastError(), m_tipoServer);
+    }
+    m_inTransaction = ok;
+    return ok;
+}
+
+bool PhysicalConnection::commit(DbError& error)
+{
+    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    bool ok = false;
+    if (m_tipoServer == TipoServer::FileDb) {
+        ok = execute(QStringLiteral("COMMIT"), nullptr, error);
+    } else {
+        ok = db.commit();
+        if (!ok)
+            error = driver::fromQtError(db.lastError(), m_tipoServer);
+    }
+    if (ok)
+        m_inTransaction = false;
+    return ok;
+}
+
+bool PhysicalConnection::rollback(DbError& error)
+{
+    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    bool ok = false;
+    if (m_tipoServer == TipoServer::FileDb) {
+        ok = execute(QStringLiteral("ROLLBACK"), nullptr, error);
+    } else {
+        ok = db.rollback();
+        if (!ok)
+            error = driver::fromQtError(db.lastError(), m_tipoServer);
+    }
+    m_inTransaction = false;
+    return ok;
+}
+
+namespace driver {
+
+QString sourceName(int tipoServer)
+{
+    switch (tipoServer) {
+    case TipoServer::SqlServer: return QStringLiteral("SQL Server");
+    case TipoServer::FileDb: return QStringLiteral("SQLite");
+    case TipoServer::MySql: return QStringLiteral("MariaDB");
+    default: return QStringLiteral("cAdoSqlServer");
+    }
+}
+
+DbError fromQtError(const QSqlError& e, int tipoServer)
+{
+    DbError error;
+    error.nativeError = e.nativeErrorCode();
+    bool numeric = false;
+    const qint64 native = error.nativeError.toLongLong(&numeric);
+    error.number = numeric ? native : -1;
+    error.description = e.databaseText().trimmed().isEmpty() ? e.driverText() : e.databaseText();
+    error.source = sourceName(tipoServer);
+    return error;
+}
+
+bool isIntegrityRefusal(int tipoServer, const DbError& error)
+{
+    const QString code = error.nativeError.trimmed();
+    switch (tipoServer) {
+    case TipoServer::FileDb: return code == QLatin1String("787");
+    case TipoServer::MySql: return code == QLatin1String("1451") || code == QLatin1String("1217");
+    case TipoServer::SqlServer: return code == QLatin1String("547");
+    default: return false;
+    }
+}
+
+PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
+{
+    QList<PhysicalConnectionPtr>& idle = pool()[poolKey(tipoServer, connectionString)];
+    while (!idle.isEmpty()) {
+        PhysicalConnectionPtr connection = idle.takeLast();
+        if (!connection->isOpen())
+            continue;
+        if (tipoServer != TipoServer::FileDb && connection->idleMilliseconds() > kRecheckAfterMs) {
+            DbError ignored;
+            if (!connection->execute(QStringLiteral("SELECT 1"), nullptr, ignored))
+                continue;   // dropped by the server meanwhile: open a new one
+        }
+        connection->touch();
+        return connection;
+    }
+    return openNew(tipoServer, connectionString, timeoutSeconds, error);
+}
+
+void release(const PhysicalConnectionPtr& connection)
+{
+    if (!connection || !connection->isOpen())
+        return;
+    if (connection->inTransaction()) {
+        DbError ignored;
+        connection->rollback(ignored);
+    }
+    QList<PhysicalConnectionPtr>& idle = pool()[poolKey(connection->tipoServer(), connection->connectionString())];
+    if (idle.contains(connection))
+        return;
+    if (idle.size() >= kMaxIdle) {
+        connection->close();
+        return;
+    }
+    connection->touch();
+    idle.append(connection);
+}
+
+void closeIdle()
+{
+    for (QList<PhysicalConnectionPtr>& list : pool())
+        for (const PhysicalConnectionPtr& connection : list)
+            connection->close();
+    pool().clear();
+}
+
+QString finalSql(const QString& preparedSql, int tipoServer)
+{
+    const QString sql = tipoServer == TipoServer::FileDb ? fileDbSql(preparedSql) : preparedSql;
+    return restoreSqlValues(sql);
+}
+
+} // namespace driver

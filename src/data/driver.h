@@ -1,0 +1,91 @@
+#pragma once
+// The driver layer under cAdoSqlServer: physical connections to SQLite,
+// MariaDB and SQL Server through Qt's SQL drivers, kept in a small pool so
+// that the logical "one connection per statement" model stays cheap.
+
+#include <QElapsedTimer>
+#include <QString>
+#include <QVariant>
+#include <memory>
+
+class QSqlQuery;
+class QSqlError;
+
+// One failure of the driver, as the error report shows it.
+struct DbError
+{
+    qint64 number = 0;        // the engine's native code when numeric, else -1
+    QString nativeError;      // the native code as the driver gives it
+    QString description;
+    QString source;           // "SQLite", "MariaDB", "SQL Server"
+
+    bool isSet() const { return !description.isEmpty() || number != 0; }
+};
+
+class PhysicalConnection
+{
+public:
+    PhysicalConnection(int tipoServer, QString connectionString, QString name);
+    ~PhysicalConnection();
+    PhysicalConnection(const PhysicalConnection&) = delete;
+    PhysicalConnection& operator=(const PhysicalConnection&) = delete;
+
+    int tipoServer() const { return m_tipoServer; }
+    const QString& connectionString() const { return m_connectionString; }
+    const QString& name() const { return m_name; }
+    bool isOpen() const;
+    void close();
+
+    bool inTransaction() const { return m_inTransaction; }
+
+    // Runs one statement (already rewritten and restored). With `query` the
+    // statement's rows stay readable through it. Returns false with `error` set.
+    bool execute(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected = nullptr);
+
+    bool begin(DbError& error);
+    bool commit(DbError& error);
+    bool rollback(DbError& error);
+
+    // The key given to the last row inserted on this connection.
+    QVariant lastInsertId() const { return m_lastInsertId; }
+
+    qint64 idleMilliseconds() const { return m_idle.isValid() ? m_idle.elapsed() : 0; }
+    void touch() { m_idle.start(); }
+
+private:
+    friend class DriverAccess;
+    int m_tipoServer;
+    QString m_connectionString;
+    QString m_name;
+    bool m_inTransaction = false;
+    QVariant m_lastInsertId;
+    QElapsedTimer m_idle;
+};
+
+using PhysicalConnectionPtr = std::shared_ptr<PhysicalConnection>;
+
+namespace driver {
+
+// A connection for the string: an idle one from the pool, or a new one.
+// Returns null with `error` set when the database cannot be reached.
+PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error);
+
+// Back to the pool (an open transaction is rolled back first).
+void release(const PhysicalConnectionPtr& connection);
+
+// Closes every idle pooled connection (end of run, or after settings change).
+void closeIdle();
+
+// The statement as the engine must receive it: on the file database the date
+// literals "#MM/DD/YYYY#" become ISO text and "&" becomes "||" outside quotes;
+// on every back end the protected value characters are restored.
+QString finalSql(const QString& preparedSql, int tipoServer);
+
+// A referential-integrity refusal (delete of a referenced row, or a reference
+// to a row that does not exist) by its native code.
+bool isIntegrityRefusal(int tipoServer, const DbError& error);
+
+DbError fromQtError(const QSqlError& error, int tipoServer);
+QString sourceName(int tipoServer);
+
+} // namespace driver

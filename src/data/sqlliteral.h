@@ -1,0 +1,34 @@
+#pragma once
+// Literal builders: every value that goes into a statement passes here.
+//
+// Text values: sqlText(value) gives delimiter + value + delimiter, with the
+// characters that the mark-up rewriting would touch (the delimiter, "‡", "¿",
+// the block marks, backticks, "(", blanks and "#") replaced by private-use
+// code points. The rewriting never sees them; the driver restores them just
+// before the statement runs (restoreSqlValues), so a value reaches the
+// database byte for byte whatever it holds.
+
+#include <QString>
+#include <QVariant>
+
+// The text delimiter of the mark-up: "¤".
+QString getSQLSeparator();
+
+// ¤value¤ with the value protected from the rewriting.
+QString sqlText(const QString& value);
+
+// The protection alone, and its inverse (applied by the driver).
+QString protectSqlValue(const QString& value);
+QString restoreSqlValues(const QString& sql);
+
+// Date, date-time and time literals for a back end (0 SQL Server, 1 file
+// database, 2 MySQL). Anything that is not a date, Null included, gives "Null";
+// an unknown back end gives an empty text.
+QString sqlDateFor(const QVariant& value, int tipoServer);
+QString sqlDateTimeFor(const QVariant& value, int tipoServer);
+QString sqlTimeFor(const QVariant& value, int tipoServer);
+
+// Numbers for SQL: "12.5", "12,5" and "1.234,50" give 12.5, 12.5 and 1234.5;
+// "1.234" gives 1.234; "" and "abc" give "Null" (or "0" for the OrZero form).
+QString getSqlNumber(const QVariant& value);
+QString getSqlNumberOrZero(const QVariant& value);

@@ -1,0 +1,181 @@
+#include "testdb.h"
+
+#include "apphome.h"
+#include "cadosqlserver.h"
+#include "connectionstring.h"
+#include "modeldatabase.h"
+#include "msgbox.h"
+#include "session.h"
+#include "sqldialect.h"
+
+#include <QCoreApplication>
+#include <QMap>
+#include <QSqlQuery>
+#include <QTest>
+
+namespace testdb {
+
+QStringList backends()
+{
+    QStringList list{QStringLiteral("sqlite")};
+    if (!qEnvironmentVariable("ORVANTIS_TEST_MYSQL").isEmpty())
+        list.append(QStringLiteral("mariadb"));
+    else if (qEnvironmentVariable("ORVANTIS_REQUIRE_MYSQL") == QLatin1String("1"))
+        qFatal("ORVANTIS_REQUIRE_MYSQL is set but ORVANTIS_TEST_MYSQL names no server");
+    return list;
+}
+
+void addBackendColumn()
+{
+    QTest::addColumn<QString>("backend");
+}
+
+void addBackendRows(const QString& prefix)
+{
+    for (const QString& b : backends())
+        QTest::newRow(qPrintable(prefix + b)) << b;
+}
+
+void isolateProgramFolder()
+{
+    static QTemporaryDir home;
+    static QTemporaryDir config;
+    qputenv("ORVANTIS_HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    setProgramFolder(home.path());
+}
+
+QString mysqlBaseConnectionString()
+{
+    return qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
+}
+
+bool serverAdmin(const QString& sql)
+{
+    DbError error;
+    PhysicalConnectionPtr c = driver::acquire(TipoServer::MySql, mysqlBaseConnectionString(), 10, error);
+    if (!c) {
+        qWarning("MariaDB: %s", qPrintable(error.description));
+        return false;
+    }
+    const bool ok = c->execute(sql, nullptr, error);
+    if (!ok)
+        qWarning("MariaDB: %s", qPrintable(error.description));
+    driver::release(c);
+    return ok;
+}
+
+TestDatabase::TestDatabase(const QString& backend, bool seed) : m_backend(backend)
+{
+    QString message;
+    if (backend == QLatin1String("sqlite")) {
+        m_tipoServer = TipoServer::FileDb;
+        m_dir = std::make_unique<QTemporaryDir>();
+        const QString path = m_dir->filePath(QStringLiteral("Orvantis.db"));
+        if (seed) {
+            m_valid = model::buildModelFile(path, &message);
+        } else {
+            QFile file(path);
+            m_valid = file.open(QIODevice::WriteOnly);
+            file.close();
+            m_valid = m_valid && model::createTables(m_tipoServer, fileDbConnectionString(path), &message);
+        }
+        m_connectionString = fileDbConnectionString(path);
+    } else {
+        static int counter = 0;
+        m_tipoServer = TipoServer::MySql;
+        m_serverDatabase = QStringLiteral("orv_t%1_%2").arg(QCoreApplication::applicationPid()).arg(++counter);
+        serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + m_serverDatabase);
+        m_connectionString = mysqlBaseConnectionString() + QStringLiteral(";Database=") + m_serverDatabase;
+        if (seed) {
+            m_valid = model::initServerDatabase(m_tipoServer, m_connectionString, &message);
+        } else {
+            m_valid = serverAdmin(QStringLiteral("CREATE DATABASE ") + m_serverDatabase
+                                  + QStringLiteral(" CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_ci"))
+                && model::createTables(m_tipoServer, m_connectionString, &message);
+        }
+    }
+    if (!m_valid)
+        qWarning("test database (%s): %s", qPrintable(backend), qPrintable(message));
+    activate();
+}
+
+TestDatabase::~TestDatabase()
+{
+    driver::closeIdle();
+    if (!m_serverDatabase.isEmpty())
+        serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + m_serverDatabase);
+    driver::closeIdle();
+}
+
+void TestDatabase::activate() const
+{
+    gAdoSqlServer().setTipoServer(m_tipoServer);
+    gSession().tipoServer = m_tipoServer;
+    gSession().strConnessione = m_connectionString;
+}
+
+namespace {
+QMap<QString, std::shared_ptr<TestDatabase>>& sharedDatabases()
+{
+    static QMap<QString, std::shared_ptr<TestDatabase>> map;
+    return map;
+}
+} // namespace
+
+TestDatabase& shared(const QString& backend, bool seed)
+{
+    const QString key = backend + (seed ? QStringLiteral("+seed") : QString());
+    auto& map = sharedDatabases();
+    if (!map.contains(key))
+        map.insert(key, std::make_shared<TestDatabase>(backend, seed));
+    TestDatabase& db = *map.value(key);
+    db.activate();
+    return db;
+}
+
+void dropShared()
+{
+    sharedDatabases().clear();
+}
+
+ErrorRecorder::ErrorRecorder()
+{
+    m_previous = gError().setHandler([this](const ErrorReport& r) {
+        reports.append(r);
+        return 1;
+    });
+}
+
+ErrorRecorder::~ErrorRecorder()
+{
+    gError().setHandler(m_previous);
+}
+
+ScriptedMsgBox::ScriptedMsgBox()
+{
+    setMsgBoxHandler([this](const QString& prompt, int style, const QString&) {
+        shown.append(prompt);
+        if (m_script.isEmpty()) {
+            QTest::qFail(qPrintable(QStringLiteral("unexpected message box: ") + prompt), __FILE__, __LINE__);
+            return defaultAnswer(style);
+        }
+        const auto [fragment, answer] = m_script.takeFirst();
+        if (!prompt.contains(fragment))
+            QTest::qFail(qPrintable(QStringLiteral("expected a box with \"") + fragment + QStringLiteral("\", got: ") + prompt),
+                         __FILE__, __LINE__);
+        return answer;
+    });
+}
+
+ScriptedMsgBox::~ScriptedMsgBox()
+{
+    setMsgBoxHandler({});
+}
+
+void ScriptedMsgBox::expect(const QString& fragment, int answer)
+{
+    m_script.append({fragment, answer});
+}
+
+} // namespace testdb

@@ -1,0 +1,87 @@
+#pragma once
+// Databases for tests: a SQLite file in a temporary folder, or a fresh
+// database on the throwaway MariaDB server named by ORVANTIS_TEST_MYSQL.
+// Data-driven tests add one row per back end with addBackendRows().
+
+#include "errorlog.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+
+namespace testdb {
+
+// "sqlite" always; "mariadb" when ORVANTIS_TEST_MYSQL is set. With
+// ORVANTIS_REQUIRE_MYSQL=1 a missing server is a failure, not a skip.
+QStringList backends();
+
+// Adds a column "backend" and one row per back end named by `prefix`+backend.
+void addBackendColumn();
+void addBackendRows(const QString& prefix = QString());
+
+// Points the program folder and the settings at fresh temporary folders.
+void isolateProgramFolder();
+
+// A database with the whole schema (and the seed when asked), made current:
+// gSession().strConnessione and gAdoSqlServer().TipoServer point at it.
+class TestDatabase
+{
+public:
+    explicit TestDatabase(const QString& backend, bool seed = true);
+    ~TestDatabase();
+
+    bool isValid() const { return m_valid; }
+    int tipoServer() const { return m_tipoServer; }
+    QString connectionString() const { return m_connectionString; }
+    QString backend() const { return m_backend; }
+    void activate() const;
+
+private:
+    QString m_backend;
+    int m_tipoServer = 1;
+    QString m_connectionString;
+    QString m_serverDatabase;   // MariaDB database name, dropped at the end
+    std::unique_ptr<QTemporaryDir> m_dir;
+    bool m_valid = false;
+};
+
+// One database per back end for a whole test class, made on first use.
+TestDatabase& shared(const QString& backend, bool seed = true);
+void dropShared();
+
+// Records error reports instead of showing them, while alive.
+class ErrorRecorder
+{
+public:
+    ErrorRecorder();
+    ~ErrorRecorder();
+    QList<ErrorReport> reports;
+
+private:
+    ErrorReportHandler m_previous;
+};
+
+// Answers message boxes from a script; an unexpected box fails the test.
+class ScriptedMsgBox
+{
+public:
+    ScriptedMsgBox();
+    ~ScriptedMsgBox();
+    // Expects a box whose text contains `fragment`; answers `answer`.
+    void expect(const QString& fragment, int answer);
+    QStringList shown;
+    bool allAnswered() const { return m_script.isEmpty(); }
+
+private:
+    QList<QPair<QString, int>> m_script;
+};
+
+// Runs a plain statement on the server named by ORVANTIS_TEST_MYSQL, outside
+// cAdoSqlServer (creating and dropping databases).
+bool serverAdmin(const QString& sql);
+QString mysqlBaseConnectionString();
+
+} // namespace testdb
