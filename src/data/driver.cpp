@@ -156,6 +156,52 @@ QString isoFromFileDbLiteral(const QString& literal)
     return QLatin1Char('\'') + iso + QLatin1Char('\'');
 }
 
+// SQLite knows LIMIT, not TOP: "SELECT TOP n" loses its clause and the
+// select it belongs to (up to its closing parenthesis, or the end) gets
+// "LIMIT n". Quoted text is skipped.
+QString topToLimit(QString sql)
+{
+    static const QRegularExpression top(QStringLiteral("\\bSELECT\\s+(DISTINCT\\s+)?TOP\\s+(\\d+)\\s+"),
+                                        QRegularExpression::CaseInsensitiveOption);
+    qsizetype from = 0;
+    for (;;) {
+        const QRegularExpressionMatch m = top.match(sql, from);
+        if (!m.hasMatch())
+            return sql;
+        // Is the match inside quotes? Count quote characters before it.
+        const QStringView before = QStringView(sql).left(m.capturedStart());
+        if (before.count(QLatin1Char('\'')) % 2 == 1) {
+            from = m.capturedEnd();
+            continue;
+        }
+        const QString limit = QStringLiteral(" LIMIT ") + m.captured(2);
+        const QString head = QStringLiteral("SELECT ") + m.captured(1);
+        sql.replace(m.capturedStart(), m.capturedLength(), head);
+        qsizetype i = m.capturedStart() + head.size();
+        int depth = 0;
+        QChar quote;
+        for (; i < sql.size(); ++i) {
+            const QChar c = sql.at(i);
+            if (!quote.isNull()) {
+                if (c == quote)
+                    quote = QChar();
+            } else if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+                quote = c;
+            } else if (c == QLatin1Char('(')) {
+                ++depth;
+            } else if (c == QLatin1Char(')')) {
+                if (depth == 0)
+                    break;
+                --depth;
+            } else if (c == QLatin1Char(';') && depth == 0) {
+                break;
+            }
+        }
+        sql.insert(i, limit);
+        from = m.capturedStart() + head.size();
+    }
+}
+
 QString fileDbSql(const QString& sql)
 {
     QString out;
@@ -368,7 +414,7 @@ void closeIdle()
 
 QString finalSql(const QString& preparedSql, int tipoServer)
 {
-    const QString sql = tipoServer == TipoServer::FileDb ? fileDbSql(preparedSql) : preparedSql;
+    const QString sql = tipoServer == TipoServer::FileDb ? topToLimit(fileDbSql(preparedSql)) : preparedSql;
     return restoreSqlValues(sql);
 }
 

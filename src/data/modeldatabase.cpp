@@ -133,7 +133,7 @@ bool seedDatabase(QString* message)
     bool ok = true;
     for (const schema::SeedTable& table : schema::seedData()) {
         const schema::Table* def = schema::findTable(table.table);
-        const bool explicitKeys = tipo == TipoServer::SqlServer && def && def->hasKey()
+        const bool explicitKeys = tipo == TipoServer::SqlServer && def && def->hasKey() && !def->programKey
             && table.columns.contains(def->columns.first().name, Qt::CaseInsensitive);
         if (explicitKeys)
             ok = db.executeSQL(QStringLiteral("SET IDENTITY_INSERT ") + table.table + QStringLiteral(" ON"), tag);
@@ -157,11 +157,6 @@ bool seedDatabase(QString* message)
             break;
         }
     }
-    if (ok)
-        ok = db.executeSQL(QStringLiteral("INSERT INTO ") + schema::versionTable() + QStringLiteral(" (")
-                               + schema::versionColumn() + QStringLiteral(") VALUES (")
-                               + QString::number(schema::schemaVersion()) + QLatin1Char(')'),
-                           tag);
     if (!ok) {
         db.rollbackTrasaction(tag);
         return false;

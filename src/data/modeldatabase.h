@@ -10,7 +10,7 @@ namespace model {
 // connection string (which must be empty of tables).
 bool createTables(int tipoServer, const QString& connectionString, QString* message = nullptr);
 
-// Writes the seed rows and the schema version through gAdoSqlServer, in one
+// Writes the seed rows, the schema version among them, through gAdoSqlServer, in one
 // transaction, on the session's current database.
 bool seedDatabase(QString* message = nullptr);
 

@@ -548,6 +548,16 @@ int schemaVersion()
     return 1;
 }
 
+QString versionTable()
+{
+    return QStringLiteral("SchemaVersion");
+}
+
+QString versionColumn()
+{
+    return QStringLiteral("VERSIONE");
+}
+
 const QList<Table>& tables()
 {
     static const QList<Table> list = buildTables();

@@ -42,6 +42,12 @@ class TestAdoSqlServer : public QObject
 private Q_SLOTS:
     void initTestCase() { testdb::isolateProgramFolder(); }
     void cleanupTestCase() { testdb::dropShared(); }
+    // A failed check must not leave connections behind for the next test.
+    void cleanup()
+    {
+        while (db().getConnectionCount() > 0)
+            db().disconnect();
+    }
 
     void insertReadAndKeys_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void insertReadAndKeys()

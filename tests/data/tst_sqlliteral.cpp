@@ -131,6 +131,11 @@ private Q_SLOTS:
         QTest::newRow("inside quotes untouched") << "WHERE N = '#03/07/2024#'" << "WHERE N = '#03/07/2024#'";
         QTest::newRow("concatenation") << "SELECT A & 'x&y' & B" << "SELECT A || 'x&y' || B";
         QTest::newRow("not a date") << "WHERE N = #abc#" << "WHERE N = #abc#";
+        QTest::newRow("top") << "SELECT TOP 5 A FROM T ORDER BY A" << "SELECT A FROM T ORDER BY A LIMIT 5";
+        QTest::newRow("top in a sub-select") << "SELECT X FROM (SELECT TOP 2 B FROM T ORDER BY B) Q WHERE X > 'a)'"
+                                             << "SELECT X FROM (SELECT B FROM T ORDER BY B LIMIT 2) Q WHERE X > 'a)'";
+        QTest::newRow("top distinct") << "select distinct top 1 A from T" << "SELECT distinct A from T LIMIT 1";
+        QTest::newRow("top quoted") << "SELECT 'SELECT TOP 1 ' FROM T" << "SELECT 'SELECT TOP 1 ' FROM T";
     }
 
     void fileDbLiterals()
