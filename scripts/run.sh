@@ -6,4 +6,4 @@ set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 bash "$top/scripts/install-deps.sh"
 bash "$top/scripts/build.sh"
-exec "$top/build/src/prgOrvantis" "$@"
+exec "$top/build/bin/prgOrvantis" "$@"

@@ -17,4 +17,13 @@ export ORVANTIS_TEST_MYSQL="Server=127.0.0.1;Port=$port;Uid=root;Pwd="
 export ORVANTIS_REQUIRE_MYSQL=1
 export QT_QPA_PLATFORM=offscreen
 cd "$top/build"
-ctest --output-on-failure -j2 --timeout 900
+# Every test row names its back end; the lines kept here show that the data
+# tests ran on SQLite and on the live MariaDB. The whole log stays in build/.
+set +e
+ctest -V -j2 --timeout 900 >"$top/build/ctest.log" 2>&1
+status=$?
+set -e
+grep -E "^[0-9]+: (PASS|FAIL!|SKIP|XFAIL|XPASS) .*\((sqlite|mariadb)[^)]*\)$|^[0-9]+: (FAIL!|   Loc|   Actual|   Expected|QFATAL|QWARN)|^[0-9]+: Totals" "$top/build/ctest.log" || true
+echo "test.sh: back-end rows: sqlite $(grep -cE '^[0-9]+: PASS .*\(sqlite' "$top/build/ctest.log"), mariadb $(grep -cE '^[0-9]+: PASS .*\(mariadb' "$top/build/ctest.log")"
+sed -n '/tests passed\|tests failed/,$p' "$top/build/ctest.log"
+exit $status

@@ -48,9 +48,8 @@ void readServerSettings()
     const QString mySql = s.value(QStringLiteral("MySql"), kMySqlPrompt).toString();
     const QString sqlSrv = s.value(QStringLiteral("SqlSrv"), kSqlSrvPrompt).toString();
     const QString odbcReports = QDir(programFolder()).filePath(QStringLiteral("ODBCReports")) + QLatin1Char('/');
-    const QString reportAccess = s.value(QStringLiteral("ReportPathAccess"),
-                                         QDir(programFolder()).filePath(QStringLiteral("AccessReports")) + QLatin1Char('/'))
-                                     .toString();
+    const QString accessReports = QDir(programFolder()).filePath(QStringLiteral("AccessReports")) + QLatin1Char('/');
+    const QString reportAccess = s.value(QStringLiteral("ReportPathAccess"), accessReports).toString();
     const QString reportMySql = s.value(QStringLiteral("ReportPathMySql"), odbcReports).toString();
     const QString reportSqlSrv = s.value(QStringLiteral("ReportPathSqlSrv"), odbcReports).toString();
     const QString rptAccess = s.value(QStringLiteral("RptConnectionAccess"), fileDbConnectionString(defaultDatabasePath())).toString();

@@ -58,6 +58,11 @@ void cAdoSqlServer::initClass()
     m_tipoServer = 0;
 }
 
+QString cAdoSqlServer::getLastSQLCommand() const
+{
+    return restoreSqlValues(m_lastCommand);
+}
+
 QString cAdoSqlServer::getSQLSeparator() const
 {
     return ::getSQLSeparator();
@@ -231,13 +236,13 @@ void cAdoSqlServer::abandonCurrent()
 RecordsetPtr cAdoSqlServer::openRecordset(QString& text, const QString& procedure, const QString& infoKey)
 {
     text = prepareSQL(text);
-    m_lastCommand = restoreSqlValues(text);
+    m_lastCommand = text;
     if (!connectOutsideTransaction())
         return nullptr;
     QSqlQuery query;
     DbError error;
     if (!run(text, &query, error)) {
-        report(procedure, infoKey + m_lastCommand, &error);
+        report(procedure, infoKey + getLastSQLCommand(), &error);
         abandonCurrent();
         return nullptr;
     }
@@ -291,13 +296,13 @@ void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QStri
 int cAdoSqlServer::executeSQLWithRA(QString& sql, const QString& tag)
 {
     sql = prepareSQL(sql);
-    m_lastCommand = restoreSqlValues(sql);
+    m_lastCommand = sql;
     if (!connectOutsideTransaction())
         return -1;
     DbError error;
     int affected = -1;
     if (!run(sql, nullptr, error, &affected)) {
-        reportStatementFailure(QStringLiteral("executeSQLWithRA -> ") + tag, m_lastCommand, error, true);
+        reportStatementFailure(QStringLiteral("executeSQLWithRA -> ") + tag, getLastSQLCommand(), error, true);
         abandonCurrent();
         return -1;
     }
@@ -315,12 +320,12 @@ int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
 bool cAdoSqlServer::executeSQL(QString& sql, const QString& tag)
 {
     sql = prepareSQL(sql);
-    m_lastCommand = restoreSqlValues(sql);
+    m_lastCommand = sql;
     if (!connectOutsideTransaction())
         return false;
     DbError error;
     if (!run(sql, nullptr, error)) {
-        reportStatementFailure(QStringLiteral("executeSQL -> ") + tag, m_lastCommand, error, false);
+        reportStatementFailure(QStringLiteral("executeSQL -> ") + tag, getLastSQLCommand(), error, false);
         abandonCurrent();
         return false;
     }
@@ -389,7 +394,7 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
     }
     int id = -1;
     sql = prepareSQL(sql);
-    m_lastCommand = restoreSqlValues(sql);
+    m_lastCommand = sql;
     if (!connectOutsideTransaction())
         return -1;
 
@@ -428,7 +433,7 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
     }
     if (!ok) {
         report(procedure,
-               QStringLiteral("SQL1=") + m_lastCommand + QStringLiteral("\r\nServerTipo=") + QString::number(m_tipoServer)
+               QStringLiteral("SQL1=") + getLastSQLCommand() + QStringLiteral("\r\nServerTipo=") + QString::number(m_tipoServer)
                    + QStringLiteral("\r\nSQL2=") + restoreSqlValues(second),
                &error);
         abandonCurrent();

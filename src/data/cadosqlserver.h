@@ -74,7 +74,8 @@ public:
     ConnectionPtr getActiveConnection() const { return m_current; }
     void setAppName(const QString& name) { m_appName = name; }
     QString getStrConnection() const { return m_strConnection; }
-    QString getLastSQLCommand() const { return m_lastCommand; }
+    // The latest statement after rewriting, with its values as they were given.
+    QString getLastSQLCommand() const;
     QString getSQLSeparator() const;
 
     bool beginTrasaction(const QString& tag);

@@ -161,6 +161,8 @@ QString isoFromFileDbLiteral(const QString& literal)
 // "LIMIT n". Quoted text is skipped.
 QString topToLimit(QString sql)
 {
+    if (!sql.contains(QLatin1String("TOP"), Qt::CaseInsensitive))
+        return sql;
     static const QRegularExpression top(QStringLiteral("\\bSELECT\\s+(DISTINCT\\s+)?TOP\\s+(\\d+)\\s+"),
                                         QRegularExpression::CaseInsensitiveOption);
     qsizetype from = 0;
@@ -204,6 +206,8 @@ QString topToLimit(QString sql)
 
 QString fileDbSql(const QString& sql)
 {
+    if (!sql.contains(QLatin1Char('#')) && !sql.contains(QLatin1Char('&')))
+        return sql;
     QString out;
     out.reserve(sql.size() + 16);
     QChar quote;
@@ -362,7 +366,7 @@ bool isIntegrityRefusal(int tipoServer, const DbError& error)
     switch (tipoServer) {
     case TipoServer::FileDb: return code == QLatin1String("787");
     case TipoServer::MySql: return code == QLatin1String("1451") || code == QLatin1String("1217");
-    case TipoServer::SqlServer: return code == QLatin1String("547");
+    case TipoServer::SqlServer: return code.split(QLatin1Char(';')).contains(QLatin1String("547"));
     default: return false;
     }
 }

@@ -66,7 +66,7 @@ void stripBlock(QString& s, QChar kind)
 // the keyword is renamed only when written in capitals).
 bool moveTopToLimit(QString& s)
 {
-    const qsizetype p = upperSameLength(s).indexOf(QStringLiteral("SELECT TOP "));
+    const qsizetype p = s.indexOf(QLatin1String("SELECT TOP "), 0, Qt::CaseInsensitive);
     if (p < 0)
         return true;
     const qsizetype b = p + 6;                 // the blank after SELECT
@@ -83,7 +83,7 @@ bool moveTopToLimit(QString& s)
 // function name go, leaving the first letter of the name in front of x.
 bool dropFormat(QString& s)
 {
-    const qsizetype p = upperSameLength(s).indexOf(QStringLiteral("FORMAT("));
+    const qsizetype p = s.indexOf(QLatin1String("FORMAT("), 0, Qt::CaseInsensitive);
     if (p < 0)
         return true;
     const qsizetype c = s.indexOf(QLatin1Char(','), p + 5);
@@ -99,6 +99,8 @@ bool dropFormat(QString& s)
 
 bool selectBlocks(QString& s, int tipoServer)
 {
+    if (!s.contains(QChar(0x2022)))
+        return true;   // no block marks at all: the common case
     bool ok = true;
     switch (tipoServer) {
     case TipoServer::FileDb:

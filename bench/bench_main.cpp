@@ -1,0 +1,182 @@
+// Benchmark: the operations users wait for, on each back end, against the
+// floor of the same final statements replayed through the bare driver.
+//
+//   orvantis_bench [--rows N] [--runs K] [--mysql "Server=..;Port=..;Uid=..;Pwd="]
+//
+// Without --mysql the server named by ORVANTIS_TEST_MYSQL is used, if any.
+// Prints medians and ratios; never fails on a time.
+#include "cadosqlserver.h"
+#include "connectionstring.h"
+#include "italiantext.h"
+#include "modeldatabase.h"
+#include "session.h"
+#include "sqldialect.h"
+#include "sqlliteral.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <algorithm>
+#include <functional>
+
+namespace {
+
+QTextStream out(stdout);
+
+double median(QList<double> v)
+{
+    std::sort(v.begin(), v.end());
+    const qsizetype n = v.size();
+    return n == 0 ? 0 : (n % 2 ? v.at(n / 2) : (v.at(n / 2 - 1) + v.at(n / 2)) / 2);
+}
+
+double timeMs(const std::function<void()>& job)
+{
+    QElapsedTimer t;
+    t.start();
+    job();
+    return double(t.nsecsElapsed()) / 1e6;
+}
+
+// One product row as the product screen writes it.
+QString productInsert(int i)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    return QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, LISTINO1, PREZZOACQUISTO, SCORTAMINIMA, "
+                          "DATAULTIMAMODIFICA, FK_Iva, DISABILITATO) VALUES (")
+        + sqlText(QStringLiteral("ART%1").arg(i, 6, 10, QLatin1Char('0'))) + QStringLiteral(", ")
+        + sqlText(QStringLiteral("Vite a testa esagonale 8x%1 l'una, zincata").arg(i % 90 + 10)) + QStringLiteral(", ")
+        + getSqlNumber(QStringLiteral("%1,%2").arg(i % 500).arg(i % 100, 2, 10, QLatin1Char('0'))) + QStringLiteral(", ")
+        + getSqlNumber(double(i % 300) / 7.0) + QStringLiteral(", ") + getSqlNumberOrZero(QString()) + QStringLiteral(", ")
+        + db.getSQLDateTime(QDateTime(QDate(2026, 11, 22), QTime(10, 30, 0))) + QStringLiteral(", ")
+        + getIDOrNullStr(0) + QStringLiteral(", 0)");
+}
+
+struct Backend
+{
+    QString name;
+    int tipo;
+    QString connection;
+};
+
+void clearProducts()
+{
+    gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM Prodotti"), QStringLiteral("bench"));
+}
+
+void benchInsert(const Backend& b, int rows, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    QList<double> system, floor;
+    QStringList finals;
+    for (int i = 0; i < rows; ++i) {
+        const DialectResult r = rewriteStatement(productInsert(i), b.tipo);
+        finals.append(driver::finalSql(r.text, b.tipo));
+    }
+    for (int run = 0; run < runs; ++run) {
+        clearProducts();
+        system.append(timeMs([&] {
+            db.beginTrasaction(QStringLiteral("bench"));
+            for (int i = 0; i < rows; ++i)
+                db.executeSQL(productInsert(i), QStringLiteral("bench.insert"));
+            db.commitTrasaction(QStringLiteral("bench"));
+        }));
+        clearProducts();
+        DbError error;
+        PhysicalConnectionPtr raw = driver::acquire(b.tipo, b.connection, 60, error);
+        floor.append(timeMs([&] {
+            raw->begin(error);
+            for (const QString& sql : std::as_const(finals)) {
+                QSqlQuery q(QSqlDatabase::database(raw->name(), false));
+                q.exec(sql);
+            }
+            raw->commit(error);
+        }));
+        driver::release(raw);
+    }
+    const int stored = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti"), QStringLiteral("bench")).toInt();
+    const double s = median(system), f = median(floor);
+    out << QStringLiteral("%1  insert %2 rows, one transaction: cAdoSqlServer %3 ms (%4 rows/s), driver %5 ms (%6 rows/s), ratio %7  [rows stored %8]\n")
+               .arg(b.name, -8)
+               .arg(rows)
+               .arg(s, 0, 'f', 1)
+               .arg(rows / (s / 1000.0), 0, 'f', 0)
+               .arg(f, 0, 'f', 1)
+               .arg(rows / (f / 1000.0), 0, 'f', 0)
+               .arg(s / f, 0, 'f', 2)
+               .arg(stored);
+}
+
+// A reader as the screens use it: open, read one value, disconnect.
+void benchLookups(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    QList<double> system;
+    for (int run = 0; run < runs; ++run)
+        system.append(timeMs([&] {
+            for (int i = 0; i < count; ++i)
+                db.getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM Prodotti WHERE CODICE = ")
+                                     + sqlText(QStringLiteral("ART%1").arg(i, 6, 10, QLatin1Char('0'))),
+                                 QStringLiteral("bench.lookup"));
+        }));
+    const double s = median(system);
+    out << QStringLiteral("%1  look-up by code, connection per statement: %2 ms for %3 (%4 per second)\n")
+               .arg(b.name, -8)
+               .arg(s, 0, 'f', 1)
+               .arg(count)
+               .arg(count / (s / 1000.0), 0, 'f', 0);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    int rows = 5000;
+    int runs = 5;
+    QString mysql = qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
+    const QStringList args = app.arguments();
+    for (qsizetype i = 1; i + 1 < args.size(); ++i) {
+        if (args.at(i) == QLatin1String("--rows")) rows = args.at(++i).toInt();
+        else if (args.at(i) == QLatin1String("--runs")) runs = args.at(++i).toInt();
+        else if (args.at(i) == QLatin1String("--mysql")) mysql = args.at(++i);
+    }
+
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("bench.db"));
+    QList<Backend> backends{{QStringLiteral("SQLite"), TipoServer::FileDb, fileDbConnectionString(file)}};
+    if (!mysql.isEmpty())
+        backends.append({QStringLiteral("MariaDB"), TipoServer::MySql, mysql + QStringLiteral(";Database=orvantis_bench")});
+
+    out << "Orvantis benchmark: medians of " << runs << " runs\n";
+    for (const Backend& b : backends) {
+        QString message;
+        bool ready = false;
+        if (b.tipo == TipoServer::FileDb)
+            ready = model::buildModelFile(file, &message);
+        else
+            ready = model::initServerDatabase(b.tipo, b.connection, &message);
+        if (!ready) {
+            out << b.name << ": " << message << '\n';
+            continue;
+        }
+        gAdoSqlServer().setTipoServer(b.tipo);
+        gSession().strConnessione = b.connection;
+        benchInsert(b, rows, runs);
+        benchLookups(b, qMin(rows, 2000), runs);
+        if (b.tipo == TipoServer::MySql) {
+            driver::closeIdle();
+            DbError error;
+            if (PhysicalConnectionPtr c = driver::acquire(b.tipo, mysql, 10, error)) {
+                c->execute(QStringLiteral("DROP DATABASE orvantis_bench"), nullptr, error);
+                c->close();
+            }
+        }
+        out.flush();
+    }
+    driver::closeIdle();
+    return 0;
+}

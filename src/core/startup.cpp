@@ -1,0 +1,146 @@
+#include "startup.h"
+
+#include "cadosqlserver.h"
+#include "connectionstring.h"
+#include "apphome.h"
+#include "modeldatabase.h"
+#include "modelseed.h"
+#include "serversettings.h"
+#include "session.h"
+#include "sqldialect.h"
+
+#include <QFileInfo>
+
+StartOptions parseStartOptions(const QStringList& arguments)
+{
+    StartOptions o;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& a = arguments.at(i);
+        auto next = [&](QString& target) {
+            if (i + 1 < arguments.size())
+                target = arguments.at(++i);
+            else
+                o.error = QStringLiteral("Manca il valore dopo ") + a;
+        };
+        if (a == QLatin1String("--home")) {
+            next(o.home);
+        } else if (a == QLatin1String("--init-db")) {
+            o.initDb = true;
+        } else if (a == QLatin1String("--db-type")) {
+            QString v;
+            next(v);
+            bool ok = false;
+            o.dbType = v.toInt(&ok);
+            if (!ok || o.dbType < 0 || o.dbType > 2)
+                o.error = QStringLiteral("--db-type vuole 0 (SQL Server), 1 (file locale) o 2 (MySQL/MariaDB)");
+        } else if (a == QLatin1String("--connection")) {
+            next(o.connection);
+        } else if (a == QLatin1String("--build-model")) {
+            next(o.buildModel);
+        } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
+            o.help = true;
+        } else {
+            o.error = QStringLiteral("Opzione sconosciuta: ") + a;
+        }
+    }
+    return o;
+}
+
+QString usageText()
+{
+    return QStringLiteral(
+        "Uso: prgOrvantis [opzioni]\n"
+        "  --home DIR           cartella del programma (database, log, report)\n"
+        "  --init-db            prepara il database: crea il file locale dal modello, oppure\n"
+        "                       crea tabelle e dati iniziali sul server indicato\n"
+        "  --db-type N          con --init-db: 0 SQL Server, 1 file locale, 2 MySQL/MariaDB\n"
+        "  --connection TEXT    con --init-db: stringa di connessione del server\n"
+        "                       (es. \"Server=127.0.0.1;Port=3306;Database=orvantis;Uid=utente;Pwd=...\")\n"
+        "  --build-model FILE   ricrea il database modello nel file indicato\n");
+}
+
+namespace {
+
+// The file database: created from the model when missing, then opened.
+int openFileDatabase(QString& out, QString& err)
+{
+    const QString path = fileDbPath(gSession().strConnessione);
+    const QString model = fileDbPath(gSession().strConnessioneModello);
+    const bool existed = QFileInfo(path).isFile();
+    QString message;
+    if (!model::ensureFileDatabase(path, model, &message)) {
+        err = QStringLiteral("Impossibile preparare il database ") + path + QStringLiteral(": ") + message + QLatin1Char('\n');
+        return 1;
+    }
+    if (!existed)
+        out += QStringLiteral("Creato il database ") + path + QStringLiteral(" dal modello ") + model + QLatin1Char('\n');
+    return 0;
+}
+
+int checkConnection(QString& out, QString& err)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    if (!db.Connect(QStringLiteral("N/D"), 60, 0, true)) {
+        err = QStringLiteral("Impossibile connettere il DataBase! (") + gSession().strDescrizioneDB + QStringLiteral(")\n");
+        return 1;
+    }
+    db.disconnect();
+    const int version = model::storedSchemaVersion();
+    const QString year = db.getValueBySQL(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤AnnoCorrente¤"),
+                                          QStringLiteral("bOrvantis.start"))
+                             .toString();
+    out += QStringLiteral("Database pronto: ") + gSession().strDescrizioneDB + QStringLiteral(" (schema ")
+        + QString::number(version) + QStringLiteral(", anno corrente ") + year + QStringLiteral(").\n");
+    return 0;
+}
+
+} // namespace
+
+int runStart(const StartOptions& options, QString& out, QString& err)
+{
+    if (!options.error.isEmpty()) {
+        err = options.error + QLatin1Char('\n') + usageText();
+        return 2;
+    }
+    if (options.help) {
+        out = usageText();
+        return 0;
+    }
+    if (!options.home.isEmpty())
+        setProgramFolder(options.home);
+
+    if (!options.buildModel.isEmpty()) {
+        QString message;
+        if (!model::buildModelFile(options.buildModel, &message)) {
+            err = QStringLiteral("Impossibile creare il modello: ") + message + QLatin1Char('\n');
+            return 1;
+        }
+        out = QStringLiteral("Modello creato: ") + options.buildModel + QLatin1Char('\n');
+        return 0;
+    }
+
+    if (options.initDb && options.dbType >= 0) {
+        const QString connection = options.dbType == TipoServer::FileDb && options.connection.isEmpty()
+            ? fileDbConnectionString(defaultDatabasePath())
+            : options.connection;
+        saveServerConnection(options.dbType, connection);
+    }
+    readServerSettings();
+
+    if (gSession().tipoServer == TipoServer::FileDb) {
+        if (const int code = openFileDatabase(out, err))
+            return code;
+    } else if (options.initDb) {
+        QString message;
+        const bool ok = model::initServerDatabase(gSession().tipoServer, gSession().strConnessione, &message);
+        (ok ? out : err) += message + QLatin1Char('\n');
+        if (!ok)
+            return 1;
+    }
+    const int code = checkConnection(out, err);
+    if (code == 0 && !options.initDb)
+        out += QStringLiteral("Le schermate di Orvantis non sono ancora disponibili in questa versione: "
+                              "il database è pronto per l'uso.\n");
+    driver::closeIdle();
+    return code;
+}

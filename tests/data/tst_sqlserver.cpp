@@ -1,0 +1,68 @@
+// SQL Server through ODBC and FreeTDS: the driver loads and answers; with a
+// server named in ORVANTIS_TEST_MSSQL, the data layer runs on it for real.
+#include "cadosqlserver.h"
+#include "modeldatabase.h"
+#include "schema.h"
+#include "session.h"
+#include "sqldialect.h"
+#include "sqlliteral.h"
+#include "testdb.h"
+
+#include <QSqlDatabase>
+#include <QtTest>
+
+class TestSqlServer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { testdb::isolateProgramFolder(); }
+
+    // The FreeTDS driver is installed and registered: an unreachable server
+    // is refused by FreeTDS itself, not by the driver manager.
+    void driverLoads()
+    {
+        QVERIFY(QSqlDatabase::isDriverAvailable(QStringLiteral("QODBC")));
+        DbError error;
+        const QString unreachable = QStringLiteral(
+            "DRIVER={FreeTDS};SERVER=127.0.0.1;PORT=1;DATABASE=orvantis;UID=sa;PWD=x;TDS_Version=7.4");
+        PhysicalConnectionPtr c = driver::acquire(TipoServer::SqlServer, unreachable, 2, error);
+        QVERIFY(!c);
+        QVERIFY2(error.description.contains(QStringLiteral("[FreeTDS]")), qPrintable(error.description));
+        QCOMPARE(error.source, QStringLiteral("SQL Server"));
+    }
+
+    void ddlForEveryTable()
+    {
+        const QStringList ddl = schema::createStatements(TipoServer::SqlServer);
+        for (const schema::Table& t : schema::tables())
+            QVERIFY2(ddl.filter(QStringLiteral("CREATE TABLE [") + t.name + QLatin1Char(']')).size() == 1, qPrintable(t.name));
+        QVERIFY(ddl.filter(QStringLiteral("IDENTITY(1,1)")).size() > 10);
+        QVERIFY(ddl.filter(QStringLiteral("FOREIGN KEY")).size() > 10);
+    }
+
+    // A live server: a fresh database, the seed, a text round trip and the
+    // integrity refusal.
+    void live()
+    {
+        const QString server = qEnvironmentVariable("ORVANTIS_TEST_MSSQL");
+        if (server.isEmpty())
+            QSKIP("no SQL Server named in ORVANTIS_TEST_MSSQL");
+        const QString connection = server + QStringLiteral(";DATABASE=orvantis_test");
+        QString message;
+        QVERIFY2(model::initServerDatabase(TipoServer::SqlServer, connection, &message), qPrintable(message));
+        gAdoSqlServer().setTipoServer(TipoServer::SqlServer);
+        gSession().strConnessione = connection;
+        const QString value = QStringLiteral("l'\u00A4\u2021\u00BF`\\ \u00E0 \U0001F600");
+        const int id = gAdoSqlServer().getIDByInsert(QStringLiteral("INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, ")
+                                                         + sqlText(value) + QStringLiteral(", 1)"),
+                                                     QStringLiteral("test"), QStringLiteral("RID"), QStringLiteral("Iva"));
+        QVERIFY(id > 0);
+        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM Iva WHERE RID = ") + QString::number(id),
+                                               QStringLiteral("test")).toString(),
+                 value);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSqlServer)
+#include "tst_sqlserver.moc"
