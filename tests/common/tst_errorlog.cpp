@@ -1,0 +1,88 @@
+// The report path: Err.log's layout, debug.txt, the in-error flag and the
+// way out when the user leaves the program.
+#include "apphome.h"
+#include "errorlog.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestErrorLog : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_home;
+
+    QString read(const QString& name)
+    {
+        QFile f(programFile(name));
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
+
+private Q_SLOTS:
+    void initTestCase() { setProgramFolder(m_home.path()); }
+
+    void logLayout()
+    {
+        ErrorReport r;
+        r.number = -2147217865;
+        r.description = QStringLiteral("Tabella 'X' inesistente");
+        r.source = QStringLiteral("MariaDB");
+        r.module = QStringLiteral("cAdoSqlServer");
+        r.procedure = QStringLiteral("getNewRecordset -> frmIva.showData");
+        r.information = QStringLiteral("SQL=SELECT * FROM X");
+        const QString expected = QString(80, QLatin1Char('*')) + QStringLiteral(
+            "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\nSource MariaDB\n"
+            "Modulo cAdoSqlServer.getNewRecordset -> frmIva.showData\nAvanz. SQL=SELECT * FROM X\n");
+        QCOMPARE(cError::logEntry(r, QDateTime(QDate(2025, 1, 5), QTime(7, 8, 9))), expected);
+    }
+
+    // A report appends to Err.log, takes the run-time error of the moment,
+    // clears it, and holds the in-error flag while the handler shows it.
+    void reportFlow()
+    {
+        QFile::remove(programFile(QStringLiteral("Err.log")));
+        bool flagDuringReport = false;
+        ErrorReport seen;
+        bool left = false;
+        gError().setLeaveHook([&] { left = true; });
+        gError().setHandler([&](const ErrorReport& r) {
+            flagDuringReport = gError().inError();
+            seen = r;
+            return 1;
+        });
+        Err().raise(9999, QStringLiteral("TLSOFT::cAdoSqlServer"), QStringLiteral("Testo mancante"));
+        notifyError(QStringLiteral("bOrvantis"), QStringLiteral("getOpzione"), QString());
+        QVERIFY(flagDuringReport);
+        QVERIFY(!gError().inError());
+        QVERIFY(!left);
+        QCOMPARE(seen.number, qint64(9999));
+        QCOMPARE(seen.source, QStringLiteral("TLSOFT::cAdoSqlServer"));
+        QCOMPARE(Err().number, qint64(0));
+        const QString log = read(QStringLiteral("Err.log"));
+        QVERIFY(log.contains(QStringLiteral("\nModulo bOrvantis.getOpzione\nAvanz. \n")));
+
+        // "Esci da Orvantis": the handler answers 0 and the program leaves.
+        gError().setHandler([](const ErrorReport&) { return 0; });
+        notifyError(QStringLiteral("bOrvantis"), QStringLiteral("x"), QString());
+        QVERIFY(left);
+        QCOMPARE(read(QStringLiteral("Err.log")).count(QString(80, QLatin1Char('*'))), 2);
+        gError().setHandler({});
+        gError().setLeaveHook({});
+    }
+
+    void debugLine()
+    {
+        QFile::remove(programFile(QStringLiteral("debug.txt")));
+        writeDebugLine(QStringLiteral("frmAnagrafica: caricamento"));
+        writeDebugLine(QStringLiteral("fine"));
+        const QStringList lines = read(QStringLiteral("debug.txt")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(QRegularExpression(QStringLiteral("^\\d{8}-\\d{6} frmAnagrafica: caricamento$")).match(lines.at(0)).hasMatch());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestErrorLog)
+#include "tst_errorlog.moc"
