@@ -293,22 +293,29 @@ void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QStri
     report(procedure, QStringLiteral("SQL=") + sql, &error);
 }
 
-int cAdoSqlServer::executeSQLWithRA(QString& sql, const QString& tag)
+// executeSQL and executeSQLWithRA: run one statement, show an integrity
+// refusal as its message, report any other failure.
+bool cAdoSqlServer::runStatement(QString& sql, const QString& procedure, bool withRA, int* affected)
 {
     sql = prepareSQL(sql);
     m_lastCommand = sql;
     if (!connectOutsideTransaction())
-        return -1;
+        return false;
     DbError error;
-    int affected = -1;
-    if (!run(sql, nullptr, error, &affected)) {
-        reportStatementFailure(QStringLiteral("executeSQLWithRA -> ") + tag, getLastSQLCommand(), error, true);
+    if (!run(sql, nullptr, error, affected)) {
+        reportStatementFailure(procedure, getLastSQLCommand(), error, withRA);
         abandonCurrent();
-        return -1;
+        return false;
     }
     if (!m_inTransaction)
         disconnect();
-    return affected;
+    return true;
+}
+
+int cAdoSqlServer::executeSQLWithRA(QString& sql, const QString& tag)
+{
+    int affected = -1;
+    return runStatement(sql, QStringLiteral("executeSQLWithRA -> ") + tag, true, &affected) ? affected : -1;
 }
 
 int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
@@ -319,19 +326,7 @@ int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
 
 bool cAdoSqlServer::executeSQL(QString& sql, const QString& tag)
 {
-    sql = prepareSQL(sql);
-    m_lastCommand = sql;
-    if (!connectOutsideTransaction())
-        return false;
-    DbError error;
-    if (!run(sql, nullptr, error)) {
-        reportStatementFailure(QStringLiteral("executeSQL -> ") + tag, getLastSQLCommand(), error, false);
-        abandonCurrent();
-        return false;
-    }
-    if (!m_inTransaction)
-        disconnect();
-    return true;
+    return runStatement(sql, QStringLiteral("executeSQL -> ") + tag, false, nullptr);
 }
 
 bool cAdoSqlServer::executeSQL(const QString& sql, const QString& tag)

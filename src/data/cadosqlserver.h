@@ -134,6 +134,7 @@ private:
     bool run(const QString& prepared, QSqlQuery* query, DbError& error, int* rowsAffected = nullptr);
     RecordsetPtr openRecordset(QString& text, const QString& procedure, const QString& infoKey);
     void report(const QString& procedure, const QString& information, const DbError* error = nullptr);
+    bool runStatement(QString& sql, const QString& procedure, bool withRA, int* affected);
     void reportStatementFailure(const QString& procedure, const QString& sql, const DbError& error, bool withRA);
     void abandonCurrent();
 

@@ -6,16 +6,11 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QtTest>
-#include <clocale>
+
+#include "localerows.h"
 
 namespace {
 const int S = TipoServer::SqlServer, A = TipoServer::FileDb, M = TipoServer::MySql;
-
-void useLocale(const QString& name)
-{
-    QLocale::setDefault(QLocale(name));
-    std::setlocale(LC_ALL, name == QLatin1String("it_IT") ? "it_IT.UTF-8" : "C");
-}
 } // namespace
 
 class TestSqlLiteral : public QObject
@@ -23,8 +18,6 @@ class TestSqlLiteral : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { useLocale(QStringLiteral("en_US")); }
-
     void numbers_data()
     {
         QTest::addColumn<QString>("locale");
@@ -55,7 +48,7 @@ private Q_SLOTS:
         QFETCH(QVariant, value);
         QFETCH(QString, number);
         QFETCH(QString, orZero);
-        useLocale(locale);
+        const ProcessLocale scope(locale);
         QCOMPARE(getSqlNumber(value), number);
         QCOMPARE(getSqlNumberOrZero(value), orZero);
     }
