@@ -5,6 +5,7 @@
 #include "apphome.h"
 #include "modeldatabase.h"
 #include "modelseed.h"
+#include "optionstore.h"
 #include "serversettings.h"
 #include "session.h"
 #include "sqldialect.h"
@@ -86,9 +87,7 @@ int checkConnection(QString& out, QString& err)
     }
     db.disconnect();
     const int version = model::storedSchemaVersion();
-    const QString year = db.getValueBySQL(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤AnnoCorrente¤"),
-                                          QStringLiteral("bOrvantis.start"))
-                             .toString();
+    const QString year = getOpzione(QStringLiteral("AnnoCorrente"));
     out += QStringLiteral("Database pronto: ") + gSession().strDescrizioneDB + QStringLiteral(" (schema ")
         + QString::number(version) + QStringLiteral(", anno corrente ") + year + QStringLiteral(").\n");
     return 0;
