@@ -8,6 +8,8 @@ bash "$top/scripts/build.sh"
 
 dbdir=$(mktemp -d /tmp/orvantis-mariadb.XXXXXX)
 port=$(( 33000 + RANDOM % 2000 ))
+# A port nobody listens on.
+while (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null; do port=$(( port + 1 )); done
 cleanup() { bash "$top/scripts/test-db-server.sh" stop "$dbdir"; rm -rf "$dbdir"; }
 trap cleanup EXIT
 bash "$top/scripts/test-db-server.sh" start "$dbdir" "$port"
