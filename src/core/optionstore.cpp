@@ -7,6 +7,8 @@
 #include "sqlliteral.h"
 
 #include <QSettings>
+#include <type_traits>
+#include <variant>
 
 namespace {
 const QString kModule = QStringLiteral("bOrvantis");
@@ -20,6 +22,69 @@ bool asFlag(const QString& text)
 {
     return getValoreNumerico(text) != 0;
 }
+
+using OptionMember = std::variant<QString OptionGlobals::*, int OptionGlobals::*, bool OptionGlobals::*>;
+
+struct OptionField
+{
+    const char* name;
+    OptionMember member;
+};
+
+// The firm options in the order of the option table: the order in which
+// they are loaded at start and written back by the options screen.
+const OptionField kFirmOptions[] = {
+    {"Amministratore", &OptionGlobals::amministratore},
+    {"TipoStampaDistinta", &OptionGlobals::tipoStampaDistinta},
+    {"IvaPredRigaLibera", &OptionGlobals::ivaPredRigaLibera},
+    {"CatPrezziNetti", &OptionGlobals::catPrezziNetti},
+    {"ClientePredefinito", &OptionGlobals::clientePredefinito},
+    {"TipoDocVb", &OptionGlobals::tipoDocVb},
+    {"CausalePagVb", &OptionGlobals::causalePagVb},
+    {"AnnoCorrente", &OptionGlobals::annoCorrente},
+    {"ContoClienti", &OptionGlobals::contoClienti},
+    {"ContoFornitori", &OptionGlobals::contoFornitori},
+    {"DecimaliDopo", &OptionGlobals::decimaliDopo},
+    {"VenditoreChar", &OptionGlobals::venditoreChar},
+    {"DistintaBase", &OptionGlobals::distintaBase},
+    {"RigaLibera", &OptionGlobals::rigaLibera},
+    {"GruppoPredefinito", &OptionGlobals::gruppoPredefinito},
+    {"GruppoProdInteg", &OptionGlobals::gruppoProdInteg},
+    {"GruppoProdCL", &OptionGlobals::gruppoProdCL},
+    {"Marca", &OptionGlobals::marca},
+    {"Fornitore", &OptionGlobals::fornitore},
+    {"TipoDocProd", &OptionGlobals::tipoDocProd},
+    {"DocConversione", &OptionGlobals::docConversione},
+    {"DocConversioneDDT", &OptionGlobals::docConversioneDDT},
+    {"PagamentoVB", &OptionGlobals::pagamentoVB},
+    {"PrezzoMedio", &OptionGlobals::prezzoMedio},
+    {"MesiPrezzoMedio", &OptionGlobals::mesiPrezzoMedio},
+    {"BloccoPN", &OptionGlobals::bloccoPN},
+    {"DescPN", &OptionGlobals::descPN},
+    {"FidoAllaData", &OptionGlobals::fidoAllaData},
+    {"NoShowCptEstratto", &OptionGlobals::noShowCptEstratto},
+    {"MostraTotaleRigaMov", &OptionGlobals::mostraTotaleRigaMov},
+    {"UsaPrezziIva", &OptionGlobals::usaPrezziIva},
+    {"PiePagina", &OptionGlobals::piePagina},
+    {"RidIvaProdotti", &OptionGlobals::ridIvaProdotti},
+    {"RidUMProdotti", &OptionGlobals::ridUMProdotti},
+    {"RidMarcaProdotti", &OptionGlobals::ridMarcaProdotti},
+    {"RidCollezioneProdotti", &OptionGlobals::ridCollezioneProdotti},
+    {"ReportElencoSpeciale", &OptionGlobals::reportElencoSpeciale},
+    {"NumeratoreElencoSpeciale", &OptionGlobals::numeratoreElencoSpeciale},
+    {"SottoScorta", &OptionGlobals::sottoScorta},
+    {"BloccaSottoScorta", &OptionGlobals::bloccaSottoScorta},
+    {"AvvisaSottoScorta", &OptionGlobals::avvisaSottoScorta},
+    {"VenditeGiorniDiversi", &OptionGlobals::venditeGiorniDiversi},
+    {"BloccaVenditeGiorniDiversi", &OptionGlobals::bloccaVenditeGiorniDiversi},
+    {"AvvisaVenditeGiorniDiversi", &OptionGlobals::avvisaVenditeGiorniDiversi},
+    {"LockVBEdit", &OptionGlobals::lockVBEdit},
+    {"LockVBPrezzo", &OptionGlobals::lockVBPrezzo},
+    {"VenditoriObbligatori", &OptionGlobals::venditoriObbligatori},
+    {"VenditoriBlocco", &OptionGlobals::venditoriBlocco},
+    {"PagatoAltriClienti", &OptionGlobals::pagatoAltriClienti},
+    {"PrezzoListino", &OptionGlobals::prezzoListino},
+};
 
 bool machineFlag(QSettings& s, const char* key)
 {
@@ -82,58 +147,20 @@ void setOpzione(const QString& nome, const QString& valore)
 void loadOptionGlobals()
 {
     OptionGlobals& o = gOptions();
-    o.amministratore = getOpzione(QStringLiteral("Amministratore"));
-    o.tipoStampaDistinta = asInt(getOpzione(QStringLiteral("TipoStampaDistinta")));
-    o.ivaPredRigaLibera = asInt(getOpzione(QStringLiteral("IvaPredRigaLibera")));
-    o.catPrezziNetti = asInt(getOpzione(QStringLiteral("CatPrezziNetti")));
-    o.clientePredefinito = asInt(getOpzione(QStringLiteral("ClientePredefinito")));
-    o.tipoDocVb = asInt(getOpzione(QStringLiteral("TipoDocVb")));
-    o.causalePagVb = asInt(getOpzione(QStringLiteral("CausalePagVb")));
-    o.annoCorrente = getOpzione(QStringLiteral("AnnoCorrente"));
-    o.contoClienti = asInt(getOpzione(QStringLiteral("ContoClienti")));
-    o.contoFornitori = asInt(getOpzione(QStringLiteral("ContoFornitori")));
-    o.decimaliDopo = asInt(getOpzione(QStringLiteral("DecimaliDopo")));
-    o.venditoreChar = getOpzione(QStringLiteral("VenditoreChar"));
+    for (const OptionField& field : kFirmOptions) {
+        const QString value = getOpzione(QLatin1String(field.name));
+        std::visit([&](auto member) {
+            using Type = std::remove_reference_t<decltype(o.*member)>;
+            if constexpr (std::is_same_v<Type, QString>)
+                o.*member = value;
+            else if constexpr (std::is_same_v<Type, bool>)
+                o.*member = asFlag(value);
+            else
+                o.*member = asInt(value);
+        }, field.member);
+    }
     if (o.venditoreChar.isEmpty())
         o.venditoreChar = QStringLiteral("%");
-    o.distintaBase = getOpzione(QStringLiteral("DistintaBase"));
-    o.rigaLibera = getOpzione(QStringLiteral("RigaLibera"));
-    o.gruppoPredefinito = asInt(getOpzione(QStringLiteral("GruppoPredefinito")));
-    o.gruppoProdInteg = asInt(getOpzione(QStringLiteral("GruppoProdInteg")));
-    o.gruppoProdCL = asInt(getOpzione(QStringLiteral("GruppoProdCL")));
-    o.marca = asInt(getOpzione(QStringLiteral("Marca")));
-    o.fornitore = asInt(getOpzione(QStringLiteral("Fornitore")));
-    o.tipoDocProd = asInt(getOpzione(QStringLiteral("TipoDocProd")));
-    o.docConversione = asInt(getOpzione(QStringLiteral("DocConversione")));
-    o.docConversioneDDT = asInt(getOpzione(QStringLiteral("DocConversioneDDT")));
-    o.pagamentoVB = asInt(getOpzione(QStringLiteral("PagamentoVB")));
-    o.prezzoMedio = asFlag(getOpzione(QStringLiteral("PrezzoMedio")));
-    o.mesiPrezzoMedio = asInt(getOpzione(QStringLiteral("MesiPrezzoMedio")));
-    o.bloccoPN = asFlag(getOpzione(QStringLiteral("BloccoPN")));
-    o.descPN = asFlag(getOpzione(QStringLiteral("DescPN")));
-    o.fidoAllaData = asFlag(getOpzione(QStringLiteral("FidoAllaData")));
-    o.noShowCptEstratto = asFlag(getOpzione(QStringLiteral("NoShowCptEstratto")));
-    o.mostraTotaleRigaMov = asFlag(getOpzione(QStringLiteral("MostraTotaleRigaMov")));
-    o.usaPrezziIva = asFlag(getOpzione(QStringLiteral("UsaPrezziIva")));
-    o.piePagina = getOpzione(QStringLiteral("PiePagina"));
-    o.ridIvaProdotti = asInt(getOpzione(QStringLiteral("RidIvaProdotti")));
-    o.ridUMProdotti = asInt(getOpzione(QStringLiteral("RidUMProdotti")));
-    o.ridMarcaProdotti = asInt(getOpzione(QStringLiteral("RidMarcaProdotti")));
-    o.ridCollezioneProdotti = asInt(getOpzione(QStringLiteral("RidCollezioneProdotti")));
-    o.reportElencoSpeciale = getOpzione(QStringLiteral("ReportElencoSpeciale"));
-    o.numeratoreElencoSpeciale = asInt(getOpzione(QStringLiteral("NumeratoreElencoSpeciale")));
-    o.sottoScorta = asFlag(getOpzione(QStringLiteral("SottoScorta")));
-    o.bloccaSottoScorta = asFlag(getOpzione(QStringLiteral("BloccaSottoScorta")));
-    o.avvisaSottoScorta = asFlag(getOpzione(QStringLiteral("AvvisaSottoScorta")));
-    o.venditeGiorniDiversi = asFlag(getOpzione(QStringLiteral("VenditeGiorniDiversi")));
-    o.bloccaVenditeGiorniDiversi = asFlag(getOpzione(QStringLiteral("BloccaVenditeGiorniDiversi")));
-    o.avvisaVenditeGiorniDiversi = asFlag(getOpzione(QStringLiteral("AvvisaVenditeGiorniDiversi")));
-    o.lockVBEdit = asFlag(getOpzione(QStringLiteral("LockVBEdit")));
-    o.lockVBPrezzo = asFlag(getOpzione(QStringLiteral("LockVBPrezzo")));
-    o.venditoriObbligatori = asFlag(getOpzione(QStringLiteral("VenditoriObbligatori")));
-    o.venditoriBlocco = asFlag(getOpzione(QStringLiteral("VenditoriBlocco")));
-    o.pagatoAltriClienti = asFlag(getOpzione(QStringLiteral("PagatoAltriClienti")));
-    o.prezzoListino = asFlag(getOpzione(QStringLiteral("PrezzoListino")));
 
     QSettings& s = machineSettings();
     s.beginGroup(QStringLiteral("Opzioni"));
