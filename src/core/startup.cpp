@@ -4,7 +4,6 @@
 #include "connectionstring.h"
 #include "apphome.h"
 #include "modeldatabase.h"
-#include "modelseed.h"
 #include "optionstore.h"
 #include "serversettings.h"
 #include "session.h"

@@ -360,9 +360,7 @@ bool cAdoSqlServer::executeCmd(cCommand& cmd, const QString& tag)
     const ConnectionPtr previous = m_current;
     m_current = connection;
     DbError error;
-    if (!run(statement, nullptr, error)) {
-        // the error stays in the connection's Errors for checkForErrors
-    }
+    run(statement, nullptr, error);   // a failure stays in the connection's Errors
     const bool failed = checkForErrors(tag);
     m_current = previous;
     return !failed;
