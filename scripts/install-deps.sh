@@ -9,7 +9,7 @@ PACKAGES=(
   libsqlite3-dev
   mariadb-server mariadb-client
   unixodbc tdsodbc
-  poppler-utils fonts-dejavu-core adwaita-icon-theme
+  poppler-utils fonts-dejavu-core tango-icon-theme qt6-translations-l10n
 )
 
 missing=()

@@ -1,19 +1,35 @@
-// prgOrvantis: the program's entry point.
+// prgOrvantis: the program's entry point. The command-line jobs run without
+// screens; everything else starts the application.
+#include "shellapp.h"
 #include "startup.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTextStream>
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("prgOrvantis"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(ORVANTIS_VERSION));
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const StartOptions options = parseStartOptions(arguments);
 
-    QString out;
-    QString err;
-    const int code = runStart(parseStartOptions(QCoreApplication::arguments()), out, err);
-    QTextStream(stdout) << out;
-    QTextStream(stderr) << err;
-    return code;
+    if (!startsScreens(options)) {
+        QCoreApplication app(argc, argv);
+        QCoreApplication::setApplicationName(QStringLiteral("prgOrvantis"));
+        QString out;
+        QString err;
+        const int code = runStart(options, out, err);
+        QTextStream(stdout) << out;
+        QTextStream(stderr) << err;
+        return code;
+    }
+
+    // A picture needs no screen: without a display the offscreen platform draws it.
+    if (!options.screenshot.isEmpty() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
+        && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("prgOrvantis"));
+    QApplication::setApplicationVersion(QStringLiteral(ORVANTIS_VERSION));
+    return runShell(options);
 }

@@ -7,7 +7,9 @@
 #include "sqldialect.h"
 
 #include <QDir>
+#include <QHash>
 #include <QSettings>
+#include <functional>
 
 namespace {
 const QString kMySqlPrompt = QStringLiteral("digitare una stringa di connessione MySQL (solo per esperti)");
@@ -37,63 +39,135 @@ QString defaultModelPath()
     return programFile(QStringLiteral("OModel.db"));
 }
 
-void readServerSettings()
+namespace {
+
+// The keys of section "Server" that belong to one back end.
+struct BackendKeys
+{
+    QString connection;
+    QString reportPath;
+    QString reportConnection;
+};
+
+BackendKeys keysFor(int tipoServer)
+{
+    switch (tipoServer) {
+    case TipoServer::SqlServer:
+        return {QStringLiteral("SqlSrv"), QStringLiteral("ReportPathSqlSrv"), QStringLiteral("RptConnectionSqlSrv")};
+    case TipoServer::MySql:
+        return {QStringLiteral("MySql"), QStringLiteral("ReportPathMySql"), QStringLiteral("RptConnectionMySql")};
+    default:
+        return {QStringLiteral("Path"), QStringLiteral("ReportPathAccess"), QStringLiteral("RptConnectionAccess")};
+    }
+}
+
+QString reportFolder(const QString& name)
+{
+    return QDir(programFolder()).filePath(name) + QLatin1Char('/');
+}
+
+// The value a key of section "Server" has when the settings lack it.
+QString defaultOf(const QString& key)
+{
+    static const QHash<QString, std::function<QString()>> defaults{
+        {QStringLiteral("DBType"), [] { return QStringLiteral("1"); }},
+        {QStringLiteral("Path"), [] { return defaultDatabasePath(); }},
+        {QStringLiteral("ModelPath"), [] { return defaultModelPath(); }},
+        {QStringLiteral("MySql"), [] { return kMySqlPrompt; }},
+        {QStringLiteral("SqlSrv"), [] { return kSqlSrvPrompt; }},
+        {QStringLiteral("ReportPathAccess"), [] { return reportFolder(QStringLiteral("AccessReports")); }},
+        {QStringLiteral("ReportPathMySql"), [] { return reportFolder(QStringLiteral("ODBCReports")); }},
+        {QStringLiteral("ReportPathSqlSrv"), [] { return reportFolder(QStringLiteral("ODBCReports")); }},
+        {QStringLiteral("RptConnectionAccess"), [] { return fileDbConnectionString(defaultDatabasePath()); }},
+        {QStringLiteral("RptConnectionMySql"), [] { return kReportPrompt; }},
+        {QStringLiteral("RptConnectionSqlSrv"), [] { return kReportPrompt; }},
+        {QStringLiteral("Name"), [] { return defaultDatabasePath(); }},
+    };
+    const auto it = defaults.constFind(key);
+    return it == defaults.constEnd() ? QString() : (*it)();
+}
+
+QString serverValue(const QString& key)
+{
+    return machineSettings().value(QStringLiteral("Server/") + key, defaultOf(key)).toString();
+}
+
+void setServerValue(const QString& key, const QString& value)
+{
+    machineSettings().setValue(QStringLiteral("Server/") + key, value);
+}
+
+} // namespace
+
+ServerFields storedServerFields(int tipoServer)
+{
+    const BackendKeys keys = keysFor(tipoServer);
+    return {serverValue(keys.connection), serverValue(keys.reportPath), serverValue(keys.reportConnection)};
+}
+
+void saveServerSettings(int tipoServer, const ServerFields& fields)
+{
+    const BackendKeys keys = keysFor(tipoServer);
+    setServerValue(QStringLiteral("DBType"), QString::number(tipoServer));
+    setServerValue(keys.connection, fields.connection);
+    setServerValue(keys.reportPath, fields.reportPath);
+    setServerValue(keys.reportConnection, fields.reportConnection);
+    machineSettings().sync();
+}
+
+QString databaseName()
+{
+    return serverValue(QStringLiteral("Name"));
+}
+
+void saveDatabaseName(const QString& path)
+{
+    setServerValue(QStringLiteral("Name"), path);
+    machineSettings().sync();
+}
+
+void saveRunningInfo(const QString& version)
 {
     QSettings& s = machineSettings();
-    s.sync();
-    s.beginGroup(QStringLiteral("Server"));
-    const int tipo = s.value(QStringLiteral("DBType"), QStringLiteral("1")).toInt();
-    const QString path = s.value(QStringLiteral("Path"), defaultDatabasePath()).toString();
-    const QString modelPath = s.value(QStringLiteral("ModelPath"), defaultModelPath()).toString();
-    const QString mySql = s.value(QStringLiteral("MySql"), kMySqlPrompt).toString();
-    const QString sqlSrv = s.value(QStringLiteral("SqlSrv"), kSqlSrvPrompt).toString();
-    const QString odbcReports = QDir(programFolder()).filePath(QStringLiteral("ODBCReports")) + QLatin1Char('/');
-    const QString accessReports = QDir(programFolder()).filePath(QStringLiteral("AccessReports")) + QLatin1Char('/');
-    const QString reportAccess = s.value(QStringLiteral("ReportPathAccess"), accessReports).toString();
-    const QString reportMySql = s.value(QStringLiteral("ReportPathMySql"), odbcReports).toString();
-    const QString reportSqlSrv = s.value(QStringLiteral("ReportPathSqlSrv"), odbcReports).toString();
-    const QString rptAccess = s.value(QStringLiteral("RptConnectionAccess"), fileDbConnectionString(defaultDatabasePath())).toString();
-    const QString rptMySql = s.value(QStringLiteral("RptConnectionMySql"), kReportPrompt).toString();
-    const QString rptSqlSrv = s.value(QStringLiteral("RptConnectionSqlSrv"), kReportPrompt).toString();
+    s.beginGroup(QString(QChar(0)));   // the nameless section
+    s.setValue(QStringLiteral("ver"), version);
+    s.setValue(QStringLiteral("path"), programFolder());
     s.endGroup();
+    s.sync();
+}
+
+void readServerSettings()
+{
+    machineSettings().sync();
+    const int tipo = serverValue(QStringLiteral("DBType")).toInt();
+    const ServerFields fields = storedServerFields(tipo);
 
     SessionGlobals& g = gSession();
     g.tipoServer = tipo;
     gAdoSqlServer().setTipoServer(tipo);
+    g.strReportPath = fields.reportPath;
+    g.strReportConnection = fields.reportConnection;
     switch (tipo) {
     case TipoServer::SqlServer:
-        g.strConnessione = sqlSrv;
-        g.strReportPath = reportSqlSrv;
-        g.strReportConnection = rptSqlSrv;
-        g.strDescrizioneDB = QStringLiteral("SQL Server: ") + withoutLineEnds(sqlSrv);
+        g.strConnessione = fields.connection;
+        g.strDescrizioneDB = QStringLiteral("SQL Server: ") + withoutLineEnds(fields.connection);
         break;
     case TipoServer::MySql:
-        g.strConnessione = mySql;
-        g.strReportPath = reportMySql;
-        g.strReportConnection = rptMySql;
-        g.strDescrizioneDB = QStringLiteral("MySql: ") + withoutLineEnds(mySql.section(QLatin1Char(';'), 0, 0));
+        g.strConnessione = fields.connection;
+        g.strDescrizioneDB = QStringLiteral("MySql: ") + withoutLineEnds(fields.connection.section(QLatin1Char(';'), 0, 0));
         break;
     default:
-        g.strConnessione = fileDbConnectionString(path);
-        g.strConnessioneModello = fileDbConnectionString(modelPath);
-        g.strReportPath = reportAccess;
-        g.strReportConnection = rptAccess;
-        g.strDescrizioneDB = QStringLiteral("SQLite: ") + path;
+        g.strConnessione = fileDbConnectionString(fields.connection);
+        g.strConnessioneModello = fileDbConnectionString(serverValue(QStringLiteral("ModelPath")));
+        g.strDescrizioneDB = QStringLiteral("SQLite: ") + fields.connection;
         break;
     }
 }
 
 void saveServerConnection(int tipoServer, const QString& connectionString)
 {
-    QSettings& s = machineSettings();
-    s.beginGroup(QStringLiteral("Server"));
-    s.setValue(QStringLiteral("DBType"), QString::number(tipoServer));
-    if (tipoServer == TipoServer::MySql)
-        s.setValue(QStringLiteral("MySql"), connectionString);
-    else if (tipoServer == TipoServer::SqlServer)
-        s.setValue(QStringLiteral("SqlSrv"), connectionString);
-    else
-        s.setValue(QStringLiteral("Path"), fileDbPath(connectionString));
-    s.endGroup();
-    s.sync();
+    setServerValue(QStringLiteral("DBType"), QString::number(tipoServer));
+    setServerValue(keysFor(tipoServer).connection,
+                   tipoServer == TipoServer::FileDb ? fileDbPath(connectionString) : connectionString);
+    machineSettings().sync();
 }

@@ -37,6 +37,13 @@ StartOptions parseStartOptions(const QStringList& arguments)
             next(o.connection);
         } else if (a == QLatin1String("--build-model")) {
             next(o.buildModel);
+        } else if (a == QLatin1String("--password")) {
+            o.hasPassword = true;
+            next(o.password);
+        } else if (a == QLatin1String("--screenshot")) {
+            next(o.screenshot);
+        } else if (a == QLatin1String("--open")) {
+            next(o.open);
         } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
             o.help = true;
         } else {
@@ -56,24 +63,50 @@ QString usageText()
         "  --db-type N          con --init-db: 0 SQL Server, 1 file locale, 2 MySQL/MariaDB\n"
         "  --connection TEXT    con --init-db: stringa di connessione del server\n"
         "                       (es. \"Server=127.0.0.1;Port=3306;Database=orvantis;Uid=utente;Pwd=...\")\n"
-        "  --build-model FILE   ricrea il database modello nel file indicato\n");
+        "  --build-model FILE   ricrea il database modello nel file indicato\n"
+        "  --password TEXT      risponde alla richiesta della password di accesso\n"
+        "  --screenshot FILE    dopo l'avvio salva l'immagine della finestra principale (PNG) ed esce;\n"
+        "                       senza schermo usa la piattaforma \"offscreen\"\n"
+        "  --open NAME          con --screenshot: apre prima la schermata indicata (es. frmOptionServer)\n");
+}
+
+bool startsScreens(const StartOptions& options)
+{
+    return options.error.isEmpty() && !options.help && !options.initDb && options.buildModel.isEmpty();
+}
+
+bool prepareFileDatabase(QString* message, bool* created)
+{
+    if (gSession().tipoServer != TipoServer::FileDb)
+        return true;
+    const QString path = fileDbPath(gSession().strConnessione);
+    const QString model = fileDbPath(gSession().strConnessioneModello);
+    const bool existed = QFileInfo(path).isFile();
+    QString detail;
+    if (!model::ensureFileDatabase(path, model, &detail)) {
+        if (message)
+            *message = QStringLiteral("Impossibile preparare il database ") + path + QStringLiteral(": ") + detail;
+        return false;
+    }
+    if (created)
+        *created = !existed;
+    if (message && !existed)
+        *message = QStringLiteral("Creato il database ") + path + QStringLiteral(" dal modello ") + model;
+    return true;
 }
 
 namespace {
 
-// The file database: created from the model when missing, then opened.
 int openFileDatabase(QString& out, QString& err)
 {
-    const QString path = fileDbPath(gSession().strConnessione);
-    const QString model = fileDbPath(gSession().strConnessioneModello);
-    const bool existed = QFileInfo(path).isFile();
     QString message;
-    if (!model::ensureFileDatabase(path, model, &message)) {
-        err = QStringLiteral("Impossibile preparare il database ") + path + QStringLiteral(": ") + message + QLatin1Char('\n');
+    bool created = false;
+    if (!prepareFileDatabase(&message, &created)) {
+        err = message + QLatin1Char('\n');
         return 1;
     }
-    if (!existed)
-        out += QStringLiteral("Creato il database ") + path + QStringLiteral(" dal modello ") + model + QLatin1Char('\n');
+    if (created)
+        out += message + QLatin1Char('\n');
     return 0;
 }
 
@@ -136,9 +169,7 @@ int runStart(const StartOptions& options, QString& out, QString& err)
             return 1;
     }
     const int code = checkConnection(out, err);
-    if (code == 0 && !options.initDb)
-        out += QStringLiteral("Le schermate di Orvantis non sono ancora disponibili in questa versione: "
-                              "il database è pronto per l'uso.\n");
+    gAdoSqlServer().closeAll();
     driver::closeIdle();
     return code;
 }

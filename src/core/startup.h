@@ -13,6 +13,10 @@ struct StartOptions
     int dbType = -1;           // --db-type N (with --init-db)
     QString connection;        // --connection TEXT (with --init-db)
     QString buildModel;        // --build-model FILE
+    bool hasPassword = false;  // --password TEXT (answers the login)
+    QString password;
+    QString screenshot;        // --screenshot FILE (picture of the main window, then exit)
+    QString open;              // --open NAME (a screen opened before the picture)
     bool help = false;
     QString error;             // a switch that could not be read
 };
@@ -20,6 +24,15 @@ struct StartOptions
 StartOptions parseStartOptions(const QStringList& arguments);
 QString usageText();
 
-// Runs the program with the options; returns the process exit code and
+// True when the options start the screens; false for the command-line jobs
+// (--help, --init-db, --build-model) and for unreadable switches.
+bool startsScreens(const StartOptions& options);
+
+// The file database of the session, created from the model when missing.
+// Other back ends need nothing. On failure `message` says why; when the file
+// was created it says so.
+bool prepareFileDatabase(QString* message = nullptr, bool* created = nullptr);
+
+// Runs a command-line job with the options; returns the process exit code and
 // writes what it has to say to `out` and `err`.
 int runStart(const StartOptions& options, QString& out, QString& err);

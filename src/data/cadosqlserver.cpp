@@ -45,10 +45,19 @@ cAdoSqlServer::cAdoSqlServer()
 
 cAdoSqlServer::~cAdoSqlServer()
 {
+    closeAll();
+}
+
+void cAdoSqlServer::closeAll()
+{
     for (const ConnectionPtr& c : std::as_const(m_stack))
         c->close();
     if (m_current)
         m_current->close();
+    m_stack.clear();
+    m_current.reset();
+    m_count = 0;
+    m_inTransaction = false;
 }
 
 void cAdoSqlServer::initClass()

@@ -70,6 +70,8 @@ public:
     bool Connect(const QString& tag = QStringLiteral("N/D"), int timeout = 60, int spare = 0, bool silent = false);
     void disconnect();
     void TerminateConnection();
+    // Closes every connection still held (the program is ending).
+    void closeAll();
     void setConnessione(const ConnectionPtr& connection);
     ConnectionPtr getActiveConnection() const { return m_current; }
     void setAppName(const QString& name) { m_appName = name; }

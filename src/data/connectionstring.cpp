@@ -24,12 +24,16 @@ QString firstOf(const QMap<QString, QString>& map, std::initializer_list<const c
     return QString();
 }
 
+QStringList odbcIniFiles()
+{
+    return {QDir::homePath() + QStringLiteral("/.odbc.ini"), QStringLiteral("/etc/odbc.ini")};
+}
+
 // A data source name looked up in the user's and the system's odbc.ini.
 QMap<QString, QString> odbcDataSource(const QString& dsn)
 {
     QMap<QString, QString> result;
-    const QStringList files = {QDir::homePath() + QStringLiteral("/.odbc.ini"), QStringLiteral("/etc/odbc.ini")};
-    for (const QString& file : files) {
+    for (const QString& file : odbcIniFiles()) {
         QSettings ini(file, QSettings::IniFormat);
         const QStringList groups = ini.childGroups();
         for (const QString& group : groups) {
@@ -47,6 +51,22 @@ QMap<QString, QString> odbcDataSource(const QString& dsn)
 }
 
 } // namespace
+
+QStringList odbcDataSourceNames()
+{
+    QStringList names;
+    for (const QString& file : odbcIniFiles()) {
+        const QStringList groups = QSettings(file, QSettings::IniFormat).childGroups();
+        for (const QString& group : groups) {
+            if (group.compare(QLatin1String("ODBC Data Sources"), Qt::CaseInsensitive) != 0
+                && group.compare(QLatin1String("ODBC"), Qt::CaseInsensitive) != 0
+                && !names.contains(group, Qt::CaseInsensitive))
+                names.append(group);
+        }
+    }
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
 
 QMap<QString, QString> parseConnectionString(const QString& text)
 {

@@ -3,10 +3,14 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 // Keys in lower case; values trimmed. Values may be written in braces
 // ("DRIVER={FreeTDS}") or double quotes; both are removed.
 QMap<QString, QString> parseConnectionString(const QString& text);
+
+// The data source names of the user's and the system's odbc.ini, sorted.
+QStringList odbcDataSourceNames();
 
 // The file of a file-database string ("Provider=SQLite;Data Source=/path/Orvantis.db").
 QString fileDbPath(const QString& connectionString);

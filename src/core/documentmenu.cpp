@@ -1,0 +1,33 @@
+#include "documentmenu.h"
+
+#include "cadosqlserver.h"
+#include "recordset.h"
+
+QList<DocumentMenuEntry> documentMenuEntries()
+{
+    QList<DocumentMenuEntry> entries;
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT RID, DESCRIZIONE FROM TipoDocumenti WHERE (HIDEMENU IS NULL OR HIDEMENU = 0) ORDER BY DESCRIZIONE"),
+        QStringLiteral("fillMenuDocumenti"), 2, 1, 3);
+    if (!rs)
+        return entries;
+    for (; !rs->eof(); rs->moveNext())
+        entries.append({int(rs->integer(QStringLiteral("RID"))), rs->text(QStringLiteral("DESCRIZIONE"))});
+    rs->close();
+    gAdoSqlServer().disconnect();
+    return entries;
+}
+
+QString documentMenuKey(int rid)
+{
+    return QStringLiteral("D_") + QString::number(rid);
+}
+
+int documentMenuRid(const QString& key)
+{
+    if (!key.startsWith(QLatin1Char('D')))
+        return -1;
+    bool ok = false;
+    const int rid = QString(key).remove(QStringLiteral("D_")).toInt(&ok);
+    return ok ? rid : -1;
+}

@@ -1,0 +1,17 @@
+#pragma once
+// The checks of a password change, in the order the dialog makes them: the
+// old password, the two new fields alike, the length. Blanks around every
+// field are ignored; a blank inside the new password is accepted.
+
+#include <QString>
+
+struct PasswordCheck
+{
+    enum Fault { None, WrongOld, Different, TooShort };
+    Fault fault = None;
+    QString message;       // the box to show when fault != None
+    QString newPassword;   // the trimmed new password when fault == None
+};
+
+PasswordCheck checkPasswordChange(const QString& stored, const QString& typedOld, const QString& newPw,
+                                  const QString& newPw2);

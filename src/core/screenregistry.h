@@ -1,0 +1,34 @@
+#pragma once
+// The screens that the main window can open, by name. Each part of the
+// program registers its screens at start; the menu, the toolbar and the
+// --open switch reach them through here, so the main window does not depend
+// on every screen.
+
+#include <QString>
+#include <QVariant>
+#include <functional>
+
+class QWidget;
+
+namespace screens {
+
+enum class Kind {
+    Dialog,   // shown modally over the main window
+    Child     // a child window of the main window
+};
+
+struct ScreenEntry
+{
+    Kind kind = Kind::Child;
+    // Builds the screen; `argument` is what the menu item passes (a document
+    // type, a table, ...). Returns nullptr when the screen refuses to open.
+    std::function<QWidget*(QWidget* parent, const QVariant& argument)> create;
+    // One window for the whole program: a second opening brings it forward.
+    bool single = true;
+};
+
+void registerScreen(const QString& name, ScreenEntry entry);
+const ScreenEntry* findScreen(const QString& name);
+QStringList registeredScreens();
+
+} // namespace screens

@@ -1,0 +1,119 @@
+#include "shellapp.h"
+
+#include "apphome.h"
+#include "cadosqlserver.h"
+#include "dialogservice.h"
+#include "driver.h"
+#include "frmmain.h"
+#include "frmwarning.h"
+#include "msgbox.h"
+#include "screenregistry.h"
+#include "shellscreens.h"
+#include "startsequence.h"
+#include "startup.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <QTranslator>
+
+namespace {
+
+// Lets pending layout and paint work finish before a picture is taken.
+void settle(int milliseconds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < milliseconds)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+int takeScreenshot(frmMain& main, const StartOptions& options)
+{
+    QWidget* target = &main;
+    if (!options.open.isEmpty()) {
+        QWidget* screen = main.showScreenForPicture(options.open);
+        if (!screen) {
+            QTextStream(stderr) << "Schermata sconosciuta: " << options.open << '\n'
+                                << "Schermate disponibili: " << screens::registeredScreens().join(QStringLiteral(", ")) << '\n';
+            return 2;
+        }
+        if (screen->isWindow())
+            target = screen;
+    }
+    settle(300);
+    if (!target->grab().save(options.screenshot, "PNG")) {
+        QTextStream(stderr) << "Impossibile salvare l'immagine " << options.screenshot << '\n';
+        return 1;
+    }
+    QTextStream(stdout) << "Immagine salvata: " << options.screenshot << '\n';
+    return 0;
+}
+
+} // namespace
+
+void setupDesktop()
+{
+    // Some platforms (offscreen among them) know no icon folders of their own.
+    QStringList iconPaths = QIcon::themeSearchPaths();
+    const QStringList dataIcons =
+        QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("icons"), QStandardPaths::LocateDirectory);
+    for (const QString& path : dataIcons) {
+        if (!iconPaths.contains(path))
+            iconPaths.append(path);
+    }
+    QIcon::setThemeSearchPaths(iconPaths);
+    QIcon::setFallbackThemeName(QStringLiteral("Tango"));
+    if (QIcon::themeName().isEmpty() || QIcon::themeName() == QLatin1String("hicolor"))
+        QIcon::setThemeName(QStringLiteral("Tango"));
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
+    auto* translator = new QTranslator(qApp);
+    if (translator->load(QLocale(QLocale::Italian), QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(translator);
+}
+
+int runShell(const StartOptions& options)
+{
+    if (!options.home.isEmpty())
+        setProgramFolder(options.home);
+    QApplication::setQuitOnLastWindowClosed(false);
+    setupDesktop();
+
+    ShellOptions shell;
+    shell.hasPassword = options.hasPassword;
+    shell.password = options.password;
+    shell.interactive = options.screenshot.isEmpty();
+    if (shell.interactive) {
+        dialogs::install();
+        frmWarning::install();
+    } else {
+        shell.pauseMs = 0;
+        if (!options.hasPassword) {
+            QTextStream(stderr) << "--screenshot vuole anche --password\n";
+            return 2;
+        }
+    }
+    registerShellScreens();
+
+    StartSequence start(shell);
+    std::unique_ptr<frmMain> main = start.run();
+    if (!main)
+        return start.exitCode();
+
+    int code = 0;
+    if (!options.screenshot.isEmpty()) {
+        code = takeScreenshot(*main, options);
+    } else {
+        QObject::connect(main.get(), &frmMain::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        code = QApplication::exec();
+    }
+    main.reset();
+    gAdoSqlServer().closeAll();
+    driver::closeIdle();
+    return code;
+}

@@ -1,0 +1,24 @@
+#include "shellscreens.h"
+
+#include "frmcambiapw.h"
+#include "frminformazioni.h"
+#include "frmoptionserver.h"
+#include "frmpw.h"
+#include "screenregistry.h"
+
+namespace {
+template<typename Dialog>
+void registerDialog(const QString& name)
+{
+    screens::registerScreen(name, {screens::Kind::Dialog,
+                                   [](QWidget* parent, const QVariant&) -> QWidget* { return new Dialog(parent); }, true});
+}
+} // namespace
+
+void registerShellScreens()
+{
+    registerDialog<frmOptionServer>(QStringLiteral("frmOptionServer"));
+    registerDialog<frmCambiaPW>(QStringLiteral("frmCambiaPW"));
+    registerDialog<frmInformazioni>(QStringLiteral("frmInformazioni"));
+    registerDialog<frmPw>(QStringLiteral("frmPw"));
+}

@@ -1,0 +1,137 @@
+#include "startsequence.h"
+
+#include "appinfo.h"
+#include "cadosqlserver.h"
+#include "dialogservice.h"
+#include "frmmain.h"
+#include "frmoptionserver.h"
+#include "frmpw.h"
+#include "frmsplash.h"
+#include "helpfiles.h"
+#include "msgbox.h"
+#include "optionstore.h"
+#include "serversettings.h"
+#include "session.h"
+#include "singleinstance.h"
+#include "startup.h"
+
+#include <QApplication>
+#include <QPrinterInfo>
+#include <QThread>
+
+StartSequence::StartSequence(ShellOptions options)
+    : m_options(std::move(options))
+{
+}
+
+StartSequence::~StartSequence() = default;
+
+std::unique_ptr<frmMain> StartSequence::run()
+{
+    gSession().moduleName = QStringLiteral("bOrvantis");
+
+    m_instance = std::make_unique<SingleInstance>(
+        m_options.instanceKey.isEmpty() ? SingleInstance::keyForProgramFolder() : m_options.instanceKey);
+    if (!m_instance->claim()) {
+        m_exitCode = 0;   // the running copy has come forward
+        return nullptr;
+    }
+
+    m_splash = std::make_unique<frmSplash>();
+    m_splash->show();
+    m_splash->addInfo(QStringLiteral("Inizializzazione in corso..."));
+    helpIndexFile();
+
+    m_splash->addInfo(QStringLiteral("Lettura informazioni..."));
+    gSession().sqlSeparator = gAdoSqlServer().getSQLSeparator();
+    readServerSettings();
+    saveRunningInfo(versionText());
+    gSession().defaultPrinter = QPrinterInfo::defaultPrinterName();
+
+    if (!connectDatabase())
+        return nullptr;
+    gAdoSqlServer().disconnect();
+    if (m_options.pauseMs > 0)
+        QThread::msleep(m_options.pauseMs);
+    m_splash->hide();
+
+    if (!login())
+        return nullptr;
+
+    m_splash->show();
+    m_splash->addInfo(QStringLiteral("Lettura informazioni..."));
+    loadOptionGlobals();
+
+    auto main = std::make_unique<frmMain>(m_splash.get());
+    QObject::connect(m_instance.get(), &SingleInstance::raiseRequested, main.get(), &frmMain::bringForward);
+    main->show();
+    m_splash->addInfo(QStringLiteral("Connessione avvenuta."));
+    m_splash->closeIt();
+    // The splash goes away by its own timer.
+    m_splash.release()->setAttribute(Qt::WA_DeleteOnClose);
+    return main;
+}
+
+bool StartSequence::connectDatabase()
+{
+    auto tryConnect = [this](bool silent) {
+        m_splash->addInfo(QStringLiteral("Connessione al DB ") + gSession().strDescrizioneDB + QStringLiteral("..."));
+        QString message;
+        if (!prepareFileDatabase(&message)) {
+            if (!silent)
+                msgBox(message, vb::Critical);
+            return false;
+        }
+        return gAdoSqlServer().Connect(QStringLiteral("N/D"), 60, 0, silent);
+    };
+    if (tryConnect(true))
+        return true;
+    if (m_options.interactive) {
+        m_splash->hide();
+        frmOptionServer::startMe(nullptr, true);
+        readServerSettings();
+        m_splash->show();
+        if (tryConnect(false))
+            return true;
+    }
+    msgBox(QStringLiteral("Impossibile connettere il DataBase!"), vb::Critical);
+    m_exitCode = 1;
+    return false;
+}
+
+bool StartSequence::askPassword(QString& typed)
+{
+    if (m_options.hasPassword) {
+        // The switch answers the first question; a person answers the next ones.
+        m_options.hasPassword = false;
+        typed = m_options.password;
+        return true;
+    }
+    if (!m_options.interactive) {
+        m_exitCode = 1;
+        return false;
+    }
+    frmPw dialog;
+    dialogs::exec(dialog);
+    typed = dialog.password();
+    if (dialog.exitAsked()) {
+        m_exitCode = 0;
+        return false;
+    }
+    if (dialog.settingsChanged())
+        readServerSettings();
+    return true;
+}
+
+bool StartSequence::login()
+{
+    for (;;) {
+        QString typed;
+        if (!askPassword(typed))
+            return false;
+        gSession().password = typed;
+        if (typed.trimmed() == getOpzione(QStringLiteral("Amministratore")))
+            return true;
+        msgBox(QStringLiteral("Password non corretta.\nAccesso negato!"), vb::Critical);
+    }
+}
