@@ -21,7 +21,7 @@ frmPw::frmPw(QWidget* parent)
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 
     auto* icon = new QLabel(this);
-    icon->setPixmap(QIcon::fromTheme(QStringLiteral("dialog-password"),
+    icon->setPixmap(QIcon::fromTheme(QStringLiteral("system-lock-screen"),
                                      style()->standardIcon(QStyle::SP_MessageBoxInformation)).pixmap(48, 48));
     auto* prompt = new QLabel(QStringLiteral("Inserire la password di accesso"), this);
     m_txtPassword = new QLineEdit(this);

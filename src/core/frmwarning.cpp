@@ -23,6 +23,8 @@ QPlainTextEdit* readOnlyText(const QString& name, const QString& text, int lines
     auto* edit = new QPlainTextEdit(text, parent);
     edit->setObjectName(name);
     edit->setReadOnly(true);
+    edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    edit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     edit->setFixedHeight(edit->fontMetrics().lineSpacing() * lines + 12);
     return edit;
 }
@@ -55,7 +57,6 @@ frmWarning::frmWarning(const ErrorReport& report, QWidget* parent)
     const QString information = report.information.trimmed().isEmpty() ? QStringLiteral("Nessuna Informazione.")
                                                                         : report.information;
     m_txtAvanzate = readOnlyText(QStringLiteral("txtAvanzate"), information, 8, this);
-    m_txtAvanzate->setLineWrapMode(QPlainTextEdit::WidgetWidth);
 
     auto* shortForm = new QFormLayout;
     shortForm->addRow(QStringLiteral("Errore n.:"), m_lblNumero);

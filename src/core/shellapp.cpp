@@ -100,19 +100,20 @@ int runShell(const StartOptions& options)
     }
     registerShellScreens();
 
-    StartSequence start(shell);
-    std::unique_ptr<frmMain> main = start.run();
-    if (!main)
-        return start.exitCode();
-
     int code = 0;
-    if (!options.screenshot.isEmpty()) {
-        code = takeScreenshot(*main, options);
-    } else {
-        QObject::connect(main.get(), &frmMain::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-        code = QApplication::exec();
+    {
+        StartSequence start(shell);
+        std::unique_ptr<frmMain> main = start.run();
+        if (!main) {
+            code = start.exitCode();
+        } else if (!options.screenshot.isEmpty()) {
+            code = takeScreenshot(*main, options);
+        } else {
+            QObject::connect(main.get(), &frmMain::closed, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+            code = QApplication::exec();
+        }
     }
-    main.reset();
+    // The database connections go before Qt's own objects do.
     gAdoSqlServer().closeAll();
     driver::closeIdle();
     return code;

@@ -1,0 +1,60 @@
+#pragma once
+// Answers the program's dialogs from a script, in order: message boxes by a
+// fragment of their text, modal dialogs by object name (a function drives
+// the dialog's controls), file choices with a path. Anything unexpected
+// fails the test.
+
+#include "dialogservice.h"
+#include "msgbox.h"
+
+#include <QList>
+#include <QStringList>
+#include <QUrl>
+#include <functional>
+
+class QDialog;
+
+namespace testdb {
+
+class ScriptedDialogs : public dialogs::Responder
+{
+public:
+    using Driver = std::function<void(QDialog&)>;
+
+    ScriptedDialogs();
+    ~ScriptedDialogs() override;
+
+    void expectMessage(const QString& fragment, int answer);
+    void expectDialog(const QString& objectName, Driver drive);
+    void expectFile(const QString& answer);
+
+    // Everything shown, in order ("message: ...", "dialog: frmPw", "file: ...").
+    QStringList shown;
+    QList<QUrl> openedUrls;
+    bool allAnswered() const { return m_steps.isEmpty(); }
+
+    int message(const QString& prompt, int style, const QString& title) override;
+    int dialog(QDialog& dialog) override;
+    QString fileChoice(dialogs::FileChoice kind, const QString& caption, const QString& filter) override;
+    void openUrl(const QUrl& url) override;
+
+private:
+    struct Step
+    {
+        enum Kind { Message, Dialog, File } kind;
+        QString text;   // fragment, object name or file
+        int answer = 0;
+        Driver drive;
+    };
+    bool next(Step::Kind kind, const QString& what, Step& step);
+
+    QList<Step> m_steps;
+    dialogs::Responder* m_previous = nullptr;
+    MsgBoxHandler m_previousBox;
+};
+
+// Types `text` into the child named `name` of `parent` and clicks buttons by name.
+void typeInto(QWidget& parent, const QString& name, const QString& text);
+void click(QWidget& parent, const QString& name);
+
+} // namespace testdb
