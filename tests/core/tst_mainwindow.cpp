@@ -8,6 +8,7 @@
 #include "modelseed.h"
 #include "msgbox.h"
 #include "optionstore.h"
+#include "screenregistry.h"
 #include "scripteddialogs.h"
 #include "serversettings.h"
 #include "session.h"
@@ -15,6 +16,7 @@
 #include "testdb.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
@@ -31,6 +33,21 @@
 using testdb::ScriptedDialogs;
 
 namespace {
+
+// A child screen with unsaved changes: it refuses to close while `keep` is set.
+class GuardedScreen : public QWidget
+{
+public:
+    static inline bool keep = true;
+    using QWidget::QWidget;
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        if (keep)
+            event->ignore();
+    }
+};
 
 QStringList captions(const QList<QAction*>& actions)
 {
@@ -173,6 +190,32 @@ private Q_SLOTS:
         // A screen of a later version says so and opens nothing.
         main.runCommand(QStringLiteral("mnuAnagrafica"));
         QVERIFY(main.mdiArea()->subWindowList().isEmpty());
+    }
+
+    void childScreens()
+    {
+        QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
+        screens::registerScreen(QStringLiteral("frmProva"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
+            auto* screen = new GuardedScreen(parent);
+            screen->setObjectName(QStringLiteral("frmProva"));
+            screen->setWindowTitle(QStringLiteral("Prova"));
+            return screen;
+        }, true});
+        frmMain main;
+        main.show();
+        QWidget* first = main.openScreen(QStringLiteral("frmProva"));
+        QVERIFY(first);
+        QCOMPARE(main.openScreen(QStringLiteral("frmProva")), first);   // one window for the program
+        QCOMPARE(main.mdiArea()->subWindowList().size(), 1);
+
+        // The child's refusal stops the closing after the question.
+        ScriptedDialogs script;
+        script.expectMessage(QStringLiteral("Terminare l'esecuzione del programma?"), vb::Yes);
+        QVERIFY(!main.close());
+        QVERIFY(main.isVisible());
+        GuardedScreen::keep = false;
+        script.expectMessage(QStringLiteral("Terminare l'esecuzione del programma?"), vb::Yes);
+        QVERIFY(main.close());
     }
 
     void exitQuestion()
