@@ -566,7 +566,10 @@ QString formattaImportoSingle(Single value, int decimals)
 
 QString formattaIntero(const QVariant& value)
 {
-    return formattaImporto(value, 0, false);
+    // "###,##0" has no decimal separator: the amount pattern less its final comma.
+    QString text = formattaImporto(value, 0, false);
+    text.chop(1);
+    return text;
 }
 
 QString plainTextIt(double value)

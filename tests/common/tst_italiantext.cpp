@@ -193,7 +193,7 @@ private Q_SLOTS:
         if (value.typeId() == QMetaType::Float)
             QCOMPARE(::formattaImporto(value.toFloat(), decimals), expected);  // picks the Single overload
         if (decimals == 0)
-            QCOMPARE(formattaIntero(value), expected);
+            QCOMPARE(formattaIntero(value), expected.chopped(1));   // the same without the final comma
     }
 
     void plainText_data()
