@@ -6,6 +6,7 @@
 #include "driver.h"
 #include "frmmain.h"
 #include "frmwarning.h"
+#include "masterdatascreens.h"
 #include "msgbox.h"
 #include "screenregistry.h"
 #include "shellscreens.h"
@@ -99,6 +100,7 @@ int runShell(const StartOptions& options)
         }
     }
     registerShellScreens();
+    registerMasterdataScreens();
 
     int code = 0;
     {

@@ -1,0 +1,3 @@
+#pragma once
+// Registers the screens of the master data with the screen registry.
+void registerMasterdataScreens();

@@ -1,0 +1,278 @@
+#include "crecordscreen.h"
+
+#include "cadosqlserver.h"
+#include "cinputs.h"
+#include "ckeyfunction.h"
+#include "msgbox.h"
+#include "recordset.h"
+#include "sqlliteral.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace {
+
+// The hourglass for the time of a database step.
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+};
+
+struct Command
+{
+    const char* caption;
+    const char* icon;
+    Qt::Key key;
+};
+
+const Command kCommands[] = {
+    {"Nuovo [F2]", "document-new", Qt::Key_F2},
+    {"Salva [F5]", "document-save", Qt::Key_F5},
+    {"Elimina [F7]", "edit-delete", Qt::Key_F7},
+    {"Aggiorna [F11]", "view-refresh", Qt::Key_F11},
+};
+
+} // namespace
+
+cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWidget* parent)
+    : QWidget(parent)
+    , m_typeName(typeName)
+    , m_title(title)
+{
+    setObjectName(typeName);
+    setWindowTitle(title);
+    m_keys = new cKeyFunction(this);
+    connect(m_keys, &cKeyFunction::evtFunctionKeyPressed, this, &cRecordScreen::onFunctionKey);
+
+    m_fraMain = new QWidget(this);
+    m_fraMain->setObjectName(QStringLiteral("fraMain"));
+    m_lblRID = new QLabel(this);
+    m_lblRID->setObjectName(QStringLiteral("lblRID"));
+    m_lblRID->setVisible(false);
+
+    auto* commands = new QHBoxLayout;
+    for (int i = 0; i < int(std::size(kCommands)); ++i) {
+        auto* button = new QPushButton(QIcon::fromTheme(QString::fromLatin1(kCommands[i].icon)),
+                                       QString::fromLatin1(kCommands[i].caption), this);
+        button->setObjectName(QStringLiteral("cmdCommand_") + QString::number(i));
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, i] { cmdCommand_Click(i); });
+        commands->addWidget(button);
+        m_cmdCommand.append(button);
+        auto* shortcut = new QShortcut(QKeySequence(kCommands[i].key), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, i] { pressCommand(i); });
+    }
+    commands->addStretch(1);
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(escape, &QShortcut::activated, this, &cRecordScreen::closeScreen);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_fraMain, 1);
+    layout->addLayout(commands);
+}
+
+cRecordScreen::~cRecordScreen() = default;
+
+QString cRecordScreen::tag(const QString& procedure) const
+{
+    return m_typeName + QLatin1Char('.') + procedure;
+}
+
+void cRecordScreen::setCodeField(cTextBox* code)
+{
+    m_code = code;
+    code->setCaseState(1);
+    code->setCKeyRef(m_keys);
+    connect(code, &cTextBox::destroyed, this, [this] { m_code = nullptr; });
+    // Leaving the code field loads the record of the code typed, if any.
+    QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget*) {
+        if (!m_code || old != m_code->TextBoxRef())
+            return;
+        const QString code = m_code->TextBoxRef()->text().trimmed();
+        m_code->TextBoxRef()->setText(code);
+        if (!code.isEmpty())
+            showData(0, code);
+    });
+}
+
+void cRecordScreen::setDescriptionField(cTextBox* description)
+{
+    m_description = description;
+    description->setCKeyRef(m_keys);
+}
+
+QString cRecordScreen::codeText() const
+{
+    return m_code ? m_code->TextBoxRef()->text() : QString();
+}
+
+int cRecordScreen::currentRid() const
+{
+    return m_lblRID->text().toInt();
+}
+
+void cRecordScreen::setRid(int rid)
+{
+    m_lblRID->setText(rid > 0 ? QString::number(rid) : QString());
+}
+
+void cRecordScreen::startMe(bool keepCase, bool startNew, int rid)
+{
+    m_keepCase = keepCase;
+    if (m_description)
+        m_description->setCaseState(keepCase ? 0 : 1);
+    setWindowTitle(m_title);
+    if (startNew)
+        newRecord();
+    else
+        showData(rid, QString());
+}
+
+void cRecordScreen::showData(int rid, const QString& codice)
+{
+    if (rid < 1 && codice.isEmpty())
+        return;
+    QString sql = selectStatement();
+    sql += rid >= 1 ? QStringLiteral(" WHERE RID = ") + QString::number(rid)
+                    : QStringLiteral(" WHERE CODICE = ") + sqlText(codice);
+    sql += QStringLiteral(" ORDER BY CODICE ");
+    WaitCursor wait;
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag(QStringLiteral("showData ")), 2, 1, 3);
+    if (!rs)
+        return;
+    if (!rs->eof()) {
+        clearFields();
+        fillFields(*rs);
+        setRid(int(rs->integer(QStringLiteral("RID"))));
+    }
+    rs->close();
+    gAdoSqlServer().disconnect();
+}
+
+bool cRecordScreen::newRecord()
+{
+    m_lastRid = currentRid();
+    clearFields();
+    setRid(0);
+    setWindowTitle(m_title);
+    if (m_code)
+        m_code->TextBoxRef()->setFocus();
+    return true;
+}
+
+QString cRecordScreen::faultsMessage(const QStringList& faults)
+{
+    return QStringLiteral("Attenzione:\n") + faults.join(QLatin1Char('\n'));
+}
+
+bool cRecordScreen::controllaInserimento()
+{
+    const QStringList found = faults();
+    if (found.isEmpty())
+        return false;
+    msgBox(faultsMessage(found), vb::Exclamation);
+    return true;
+}
+
+bool cRecordScreen::saveRecord()
+{
+    if (controllaInserimento())
+        return false;
+    WaitCursor wait;
+    const int rid = currentRid();
+    if (rid <= 0) {
+        const int id = gAdoSqlServer().getIDByInsert(insertStatement(), tag(QStringLiteral("saveRecord")),
+                                                     QStringLiteral("RID"), tableName());
+        if (id < 0)
+            return false;
+        setRid(id);
+    } else if (!gAdoSqlServer().executeSQL(updateStatement(rid), tag(QStringLiteral("saveRecord")))) {
+        return false;
+    }
+    setWindowTitle(m_title + QStringLiteral(" - ") + codeText());
+    return true;
+}
+
+bool cRecordScreen::deleteRecord()
+{
+    const int rid = currentRid();
+    if (rid <= 0)
+        return false;
+    if (msgBox(QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?"),
+               vb::YesNo | vb::Question | vb::DefaultButton2)
+        != vb::Yes)
+        return false;
+    if (rid == 1 && protectsFirstRow()) {
+        msgBox(QStringLiteral("Impossibile eliminare questo record"), vb::Critical);
+        return false;
+    }
+    WaitCursor wait;
+    if (!gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM ") + tableName() + QStringLiteral(" WHERE RID = ")
+                                        + QString::number(rid),
+                                    tag(QStringLiteral("deleteRecord"))))
+        return false;
+    newRecord();
+    return true;
+}
+
+void cRecordScreen::refreshRecord()
+{
+    showData(currentRid(), QString());
+}
+
+void cRecordScreen::cmdCommand_Click(int index)
+{
+    switch (index) {
+    case 0: newRecord(); break;
+    case 1: saveRecord(); break;
+    case 2: deleteRecord(); break;
+    case 3: refreshRecord(); break;
+    default: break;
+    }
+}
+
+void cRecordScreen::pressCommand(int index)
+{
+    // As a click: the field being left formats itself first.
+    QPushButton* button = m_cmdCommand.at(index);
+    button->setFocus(Qt::ShortcutFocusReason);
+    button->click();
+}
+
+void cRecordScreen::cmdSfoglia_Click(int)
+{
+    // The search dialog over searchStatement() comes with the search screens.
+}
+
+void cRecordScreen::onFunctionKey(const QString& controlName, int keyCode, int)
+{
+    if (keyCode == 114 && m_code && controlName == m_code->TextBoxRef()->objectName())
+        cmdSfoglia_Click(0);
+}
+
+void cRecordScreen::closeScreen()
+{
+    if (auto* window = qobject_cast<QMdiSubWindow*>(parentWidget()))
+        window->close();
+    else
+        close();
+}
+
+void cRecordScreen::closeEvent(QCloseEvent* event)
+{
+    if (!m_unloadRaised && !m_lblRID->text().isEmpty()) {
+        m_unloadRaised = true;
+        Q_EMIT evtUnloadWithRecord(m_lblRID->text().toInt());
+    }
+    event->accept();
+}

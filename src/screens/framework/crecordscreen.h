@@ -1,0 +1,103 @@
+#pragma once
+// The pattern of every screen that edits one row of a table: a code field,
+// the fields of the row, the hidden key label lblRID (empty or 0 for a new
+// record) and the four commands Nuovo [F2], Salva [F5], Elimina [F7],
+// Aggiorna [F11]. A screen says which table, which columns, how its fields
+// are filled and written, and which faults its checks find; the flows are
+// the same for all.
+
+#include <QStringList>
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QVBoxLayout;
+class Recordset;
+class cKeyFunction;
+class cTextBox;
+
+class cRecordScreen : public QWidget
+{
+    Q_OBJECT
+
+public:
+    cRecordScreen(const QString& typeName, const QString& title, QWidget* parent = nullptr);
+    ~cRecordScreen() override;
+
+    // keepCase false puts the description in upper case; the code always is.
+    // newRecord true starts empty, otherwise the record with key rid is shown.
+    void startMe(bool keepCase, bool newRecord, int rid);
+
+    // The record by key, or by code when rid is below 1.
+    virtual void showData(int rid, const QString& codice);
+    virtual bool saveRecord();
+    virtual bool newRecord();
+    virtual bool deleteRecord();
+    virtual void refreshRecord();
+    // True when faults were found and shown.
+    bool controllaInserimento();
+
+    void cmdCommand_Click(int index);
+    virtual void cmdSfoglia_Click(int index);
+
+    QString typeName() const { return m_typeName; }
+    QString title() const { return m_title; }
+    // The key of the shown record, 0 for a new one.
+    int currentRid() const;
+
+    // "Attenzione:" and the faults, one a line.
+    static QString faultsMessage(const QStringList& faults);
+
+Q_SIGNALS:
+    // The screen closes with a record shown.
+    void evtUnloadWithRecord(int rid);
+
+protected:
+    // --- what each screen says
+    virtual QString tableName() const = 0;
+    // "SELECT RID, CODICE, ... FROM Table", without WHERE and ORDER BY.
+    virtual QString selectStatement() const = 0;
+    virtual void clearFields() = 0;
+    virtual void fillFields(const Recordset& rs) = 0;
+    // The lines of controllaInserimento (" - Campo [Codice] Obbligatorio.").
+    virtual QStringList faults() const = 0;
+    virtual QString insertStatement() const = 0;
+    virtual QString updateStatement(int rid) const = 0;
+    // The statement of the search behind cmdSfoglia_Click(0).
+    virtual QString searchStatement() const = 0;
+    // The row with key 1 belongs to the system and cannot be deleted.
+    virtual bool protectsFirstRow() const { return true; }
+
+    // --- for the screens
+    // The area of the fields, above the commands.
+    QWidget* fraMain() const { return m_fraMain; }
+    cKeyFunction* keys() const { return m_keys; }
+    // The code and description fields, wrapped (the code is upper case).
+    void setCodeField(cTextBox* code);
+    void setDescriptionField(cTextBox* description);
+    cTextBox* codeField() const { return m_code; }
+    QString codeText() const;
+    // The function keys F3 to F7 of the fields; F3 in the code field browses.
+    virtual void onFunctionKey(const QString& controlName, int keyCode, int shift);
+    void setRid(int rid);
+
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void pressCommand(int index);
+    void closeScreen();
+    QString tag(const QString& procedure) const;
+
+    QString m_typeName;
+    QString m_title;
+    QWidget* m_fraMain;
+    QLabel* m_lblRID;
+    QList<QPushButton*> m_cmdCommand;
+    cKeyFunction* m_keys;
+    cTextBox* m_code = nullptr;
+    cTextBox* m_description = nullptr;
+    int m_lastRid = 0;
+    bool m_keepCase = false;
+    bool m_unloadRaised = false;
+};
