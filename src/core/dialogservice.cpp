@@ -105,11 +105,6 @@ Responder* setResponder(Responder* responder)
     return previous;
 }
 
-Responder* responder()
-{
-    return g_responder;
-}
-
 int exec(QDialog& dialog)
 {
     if (g_responder) {

@@ -33,7 +33,6 @@ void install();
 
 // Puts a responder in place (nullptr: real dialogs again); returns the previous one.
 Responder* setResponder(Responder* responder);
-Responder* responder();
 
 // Shows a dialog modally and returns its result code.
 int exec(QDialog& dialog);

@@ -27,7 +27,6 @@ public:
     explicit cInputBase(QObject* parent = nullptr) : QObject(parent) {}
 
     void setCKeyRef(cKeyFunction* keyFunction) { m_keys = keyFunction; }
-    cKeyFunction* keyRef() const { return m_keys; }
 
     // Background colours: white at rest, light yellow with focus, grey with
     // focus on a locked field.

@@ -128,7 +128,6 @@ void cRecordScreen::setRid(int rid)
 
 void cRecordScreen::startMe(bool keepCase, bool startNew, int rid)
 {
-    m_keepCase = keepCase;
     if (m_description)
         m_description->setCaseState(keepCase ? 0 : 1);
     setWindowTitle(m_title);
@@ -161,7 +160,6 @@ void cRecordScreen::showData(int rid, const QString& codice)
 
 bool cRecordScreen::newRecord()
 {
-    m_lastRid = currentRid();
     clearFields();
     setRid(0);
     setWindowTitle(m_title);

@@ -97,7 +97,5 @@ private:
     cKeyFunction* m_keys;
     cTextBox* m_code = nullptr;
     cTextBox* m_description = nullptr;
-    int m_lastRid = 0;
-    bool m_keepCase = false;
     bool m_unloadRaised = false;
 };
