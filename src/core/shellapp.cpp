@@ -5,6 +5,7 @@
 #include "dialogservice.h"
 #include "driver.h"
 #include "frmmain.h"
+#include "frmselectelement.h"
 #include "frmwarning.h"
 #include "masterdatascreens.h"
 #include "msgbox.h"
@@ -101,6 +102,7 @@ int runShell(const StartOptions& options)
     }
     registerShellScreens();
     registerMasterdataScreens();
+    installElementChooser();
 
     int code = 0;
     {

@@ -6,6 +6,7 @@
 #include "scripteddialogs.h"
 #include "testdb.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -154,6 +155,26 @@ private Q_SLOTS:
         QVERIFY(s.screen.deleteRecord());
         QCOMPARE(rowsWithCode(QStringLiteral("DEL")), 0);
         QVERIFY(rid(s.screen).isEmpty());
+    }
+
+    // F3 in the code field searches the rates; the row chosen is loaded.
+    void browseFromTheCodeField_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void browseFromTheCodeField()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        Screen s;
+        ScriptedDialogs script;
+        script.expectDialog(QStringLiteral("frmRicerca"), [](QDialog& dialog) {
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Ricerca - Aliquote Iva"));
+            auto* filtro = dialog.findChild<QLineEdit*>(QStringLiteral("txtFiltro"));
+            QTest::keyClicks(filtro, QStringLiteral("E1"));
+            QTest::keyClick(filtro, Qt::Key_Return);
+        });
+        s.key("txtCodice", Qt::Key_F3);
+        QCOMPARE(field(s.screen, "txtCodice"), QStringLiteral("E10"));
+        QCOMPARE(field(s.screen, "txtValoreIva"), QStringLiteral("0,00"));
+        QVERIFY(script.allAnswered());
     }
 
     void closingWithARecordTellsItsKey()

@@ -3,6 +3,7 @@
 #include "cadosqlserver.h"
 #include "cinputs.h"
 #include "ckeyfunction.h"
+#include "frmricerca.h"
 #include "msgbox.h"
 #include "recordset.h"
 #include "sqlliteral.h"
@@ -81,7 +82,11 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
     layout->addLayout(commands);
 }
 
-cRecordScreen::~cRecordScreen() = default;
+cRecordScreen::~cRecordScreen()
+{
+    // The base class still moves the focus while it closes the window.
+    QObject::disconnect(m_focusWatch);
+}
 
 QString cRecordScreen::tag(const QString& procedure) const
 {
@@ -95,7 +100,7 @@ void cRecordScreen::setCodeField(cTextBox* code)
     code->setCKeyRef(m_keys);
     connect(code, &cTextBox::destroyed, this, [this] { m_code = nullptr; });
     // Leaving the code field loads the record of the code typed, if any.
-    QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget*) {
+    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget*) {
         if (!m_code || old != m_code->TextBoxRef())
             return;
         const QString code = m_code->TextBoxRef()->text().trimmed();
@@ -249,7 +254,9 @@ void cRecordScreen::pressCommand(int index)
 
 void cRecordScreen::cmdSfoglia_Click(int)
 {
-    // The search dialog over searchStatement() comes with the search screens.
+    const int rid = frmRicerca::cerca(searchStatement(), QStringLiteral("Ricerca - ") + m_title);
+    if (rid > 0)
+        showData(rid, QString());
 }
 
 void cRecordScreen::onFunctionKey(const QString& controlName, int keyCode, int)

@@ -98,4 +98,5 @@ private:
     cTextBox* m_code = nullptr;
     cTextBox* m_description = nullptr;
     bool m_unloadRaised = false;
+    QMetaObject::Connection m_focusWatch;
 };

@@ -1,0 +1,256 @@
+// The search dialogs: the statement work as text, then frmRicerca and
+// frmSelectElement on real rows of both back ends.
+#include "cadosqlserver.h"
+#include "frmricerca.h"
+#include "frmselectelement.h"
+#include "recordset.h"
+#include "ricercasql.h"
+#include "scripteddialogs.h"
+#include "serversettings.h"
+#include "sqldialect.h"
+#include "testdb.h"
+
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QTreeWidget>
+#include <QtTest>
+
+namespace {
+
+void run(const QString& sql)
+{
+    QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql));
+}
+
+void addRows()
+{
+    if (gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Marche WHERE CODICE = ¤ZZROVER¤"),
+                                      QStringLiteral("test")).toInt() > 0)
+        return;
+    for (const char* row : {"¤ZZROSSO¤, ¤Rosso fuoco¤", "¤ZZROSA¤, ¤Rosa antico¤", "¤ZZBLU¤, ¤Blu notte¤"})
+        run(QStringLiteral("INSERT INTO Colori (CODICE, DESCRIZIONE) VALUES (") + QString::fromUtf8(row) + QLatin1Char(')'));
+    run(QStringLiteral("INSERT INTO Marche (CODICE, DESCRIZIONE) VALUES (¤ZZROVER¤, ¤Rover¤)"));
+}
+
+const QString kUnion = QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Colori UNION SELECT RID, CODICE, DESCRIZIONE "
+                                      "FROM Marche ORDER BY CODICE");
+
+QStringList codes(QTreeWidget* list)
+{
+    QStringList shown;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        shown << list->topLevelItem(i)->text(1);
+    return shown;
+}
+
+struct Dialog
+{
+    frmRicerca dialog;
+    Dialog() { dialog.show(); }
+    QTreeWidget* list() { return dialog.findChild<QTreeWidget*>(QStringLiteral("lswMain")); }
+    QLineEdit* edit(const char* name) { return dialog.findChild<QLineEdit*>(QString::fromLatin1(name)); }
+    void filter(const QString& text)
+    {
+        edit("txtFiltro")->clear();
+        QTest::keyClicks(edit("txtFiltro"), text);
+    }
+};
+
+} // namespace
+
+class TestRicerca : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { testdb::isolateProgramFolder(); }
+    void cleanupTestCase() { testdb::dropShared(); }
+    void cleanup() { gAdoSqlServer().closeAll(); }
+
+    void statements_data()
+    {
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("blank column") << "prepare" << "SELECT RID, CODICE FROM T ORDER BY CODICE"
+                                      << "SELECT¤¤ AS BLANK, RID, CODICE FROM T ORDER BY CODICE";
+        QTest::newRow("blank in both halves") << "prepare" << "SELECT RID, A FROM X UNION SELECT RID, B FROM Y"
+                                              << "SELECT¤¤ AS BLANK, RID, A FROM X UNION SELECT¤¤ AS BLANK, RID, B FROM Y";
+        QTest::newRow("distinct stays") << "prepare" << "SELECT DISTINCT RID, A FROM X" << "SELECT DISTINCT RID, A FROM X";
+        QTest::newRow("start empty before order") << "empty" << "SELECT RID FROM T ORDER BY C"
+                                                  << "SELECT¤¤ AS BLANK, RID FROM T WHERE RID = -1 ORDER BY C";
+        QTest::newRow("start empty after where") << "empty" << "SELECT RID FROM T WHERE A = 1"
+                                                 << "SELECT¤¤ AS BLANK, RID FROM T WHERE A = 1 AND RID = -1";
+        QTest::newRow("filter in both halves")
+            << "filter" << "SELECT RID FROM X WHERE K = 1 UNION SELECT RID FROM Y ORDER BY C"
+            << "SELECT RID FROM X WHERE K = 1 AND C LIKE ¤AB%¤ UNION SELECT RID FROM Y WHERE C LIKE ¤AB%¤ ORDER BY C";
+        QTest::newRow("filter beside a sub-select")
+            << "filter" << "SELECT RID FROM (SELECT RID FROM X WHERE K = 1) Q"
+            << "SELECT RID FROM (SELECT RID FROM X WHERE K = 1) Q WHERE C LIKE ¤AB%¤";
+        QTest::newRow("limit, file database") << "max1" << "SELECT¤¤ AS BLANK, RID FROM X UNION SELECT¤¤ AS BLANK, RID FROM Y"
+                                              << "SELECT TOP 7 ¤¤ AS BLANK, RID FROM X UNION SELECT¤¤ AS BLANK, RID FROM Y";
+        QTest::newRow("limit, SQL Server") << "max0" << "SELECT RID FROM X UNION SELECT DISTINCT RID FROM Y"
+                                           << "SELECT TOP 7 RID FROM X UNION SELECT DISTINCT TOP 7 RID FROM Y";
+        QTest::newRow("column by position") << "name2" << "SELECT¤¤ AS BLANK, RID, P.CODICE, P.DESCRIZIONE AS DESCPRODOTTO FROM P"
+                                            << "P.DESCRIZIONE";
+        QTest::newRow("protected commas") << "name1" << "SELECT RID, IIf(A = 1‡ B‡ C) AS X, D FROM P" << "IIF(A = 1, B, C)";
+        QTest::newRow("back end block") << "name1" << "SELECT RID, •A•Left(N‡ 2)•/A••M•LEFT(N‡ 2)•/M• AS L FROM P"
+                                        << "LEFT(N, 2)";
+    }
+    void statements()
+    {
+        QFETCH(QString, step);
+        QFETCH(QString, given);
+        QFETCH(QString, expected);
+        gAdoSqlServer().setTipoServer(TipoServer::FileDb);
+        QString result;
+        if (step == QLatin1String("prepare"))
+            result = ricerca::prepareStatement(given, false);
+        else if (step == QLatin1String("empty"))
+            result = ricerca::prepareStatement(given, true);
+        else if (step == QLatin1String("filter"))
+            result = ricerca::addCondition(given, ricerca::likeCondition(QStringLiteral("C"), QStringLiteral("AB"), false));
+        else if (step.startsWith(QLatin1String("max")))
+            result = ricerca::withMaxRows(given, QStringLiteral("7"), step.mid(3).toInt());
+        else
+            result = ricerca::nomeCampo(given, step.mid(4).toInt());
+        QCOMPARE(result, expected);
+    }
+
+    // A UNION search filters both halves, stops at "Max. Righe", searches
+    // anywhere with chkLike and by the column whose header was clicked.
+    void filterAndLimit_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void filterAndLimit()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        Dialog d;
+        d.dialog.startMe(kUnion, 0, false, false, 1, QString(), QStringLiteral("ChkLike_Prova"), false);
+        QCOMPARE(d.edit("txtMax")->text(), QStringLiteral("500"));
+        QCOMPARE(d.list()->headerItem()->text(1), QStringLiteral("CODICE"));
+        QVERIFY(d.list()->isColumnHidden(0));
+        QVERIFY(d.list()->topLevelItemCount() >= 5);
+
+        d.filter(QStringLiteral("zzro"));
+        QCOMPARE(codes(d.list()), (QStringList{"ZZROSA", "ZZROSSO", "ZZROVER"}));
+        d.edit("txtMax")->setText(QStringLiteral("2"));
+        d.filter(QStringLiteral("ZZRO"));
+        QCOMPARE(d.list()->topLevelItemCount(), 2);
+
+        d.edit("txtMax")->setText(QStringLiteral("500"));
+        d.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->setChecked(true);
+        d.filter(QStringLiteral("OSS"));
+        QCOMPARE(codes(d.list()), QStringList{"ZZROSSO"});
+
+        // The description becomes the search column; a second click inverts.
+        d.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->setChecked(false);
+        d.filter(QString());
+        QHeaderView* header = d.list()->header();
+        const QPoint description(header->sectionViewportPosition(2) + 5, 5);
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, description);
+        d.filter(QStringLiteral("Ros"));
+        QCOMPARE(codes(d.list()), (QStringList{"ZZROSA", "ZZROSSO"}));
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, description);
+        QCOMPARE(codes(d.list()), (QStringList{"ZZROSSO", "ZZROSA"}));
+
+        d.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->setChecked(true);
+        d.dialog.reject();
+        QCOMPARE(machineSettings().value(QStringLiteral("Options/ChkLike_Prova")).toInt(), 1);
+        Dialog again;
+        again.dialog.startMe(kUnion, 0, false, false, 1, QString(), QStringLiteral("ChkLike_Prova"), false);
+        QVERIFY(again.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->isChecked());
+        QVERIFY(machineSettings().value(QStringLiteral("Options/FrmRicerca_Widht")).toInt() > 0);
+    }
+
+    // Cancel, the close box, a choice, Enter in the filter, "&Nuovo".
+    void choice_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("expected");   // "rid" for the row ZZBLU
+        for (const QString& b : testdb::backends()) {
+            QTest::newRow(qPrintable(b + QStringLiteral(" cancel"))) << b << "cmdCancel" << "0";
+            QTest::newRow(qPrintable(b + QStringLiteral(" close box"))) << b << "close" << "0";
+            QTest::newRow(qPrintable(b + QStringLiteral(" escape"))) << b << "escape" << "0";
+            QTest::newRow(qPrintable(b + QStringLiteral(" ok"))) << b << "cmdOK" << "rid";
+            QTest::newRow(qPrintable(b + QStringLiteral(" enter"))) << b << "enter" << "rid";
+            QTest::newRow(qPrintable(b + QStringLiteral(" new"))) << b << "cmdNuovo" << "-1";
+        }
+    }
+    void choice()
+    {
+        QFETCH(QString, backend);
+        QFETCH(QString, how);
+        QFETCH(QString, expected);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        const int blu = gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT RID FROM Colori WHERE CODICE = ¤ZZBLU¤"),
+                                                      QStringLiteral("test")).toInt();
+        testdb::ScriptedDialogs script;
+        script.expectDialog(QStringLiteral("frmRicerca"), [&](QDialog& dialog) {
+            auto* filtro = dialog.findChild<QLineEdit*>(QStringLiteral("txtFiltro"));
+            QTest::keyClicks(filtro, QStringLiteral("ZZB"));
+            if (how == QLatin1String("close"))
+                dialog.close();
+            else if (how == QLatin1String("escape"))
+                QTest::keyClick(filtro, Qt::Key_Escape);
+            else if (how == QLatin1String("enter"))
+                QTest::keyClick(filtro, Qt::Key_Return);
+            else
+                testdb::click(dialog, how);
+        });
+        const int rid = frmRicerca::cerca(kUnion, QStringLiteral("Colori e marche"), 1, true, true);
+        QCOMPARE(rid, expected == QLatin1String("rid") ? blu : expected.toInt());
+    }
+
+    // Starting empty shows the headers and no row until a filter is typed.
+    void startEmpty_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void startEmpty()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        Dialog d;
+        d.dialog.startMe(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Colori ORDER BY CODICE"), 0, true);
+        QCOMPARE(d.list()->topLevelItemCount(), 0);
+        QCOMPARE(d.list()->headerItem()->text(2), QStringLiteral("DESCRIZIONE"));
+        d.filter(QStringLiteral("ZZ"));
+        QCOMPARE(codes(d.list()), (QStringList{"ZZBLU", "ZZROSA", "ZZROSSO"}));
+        d.filter(QString());
+        QCOMPARE(d.list()->topLevelItemCount(), 0);
+    }
+
+    // The chooser gives back the keys of the rows picked, in list order.
+    void selectElement_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void selectElement()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+            QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Colori WHERE CODICE LIKE ¤ZZ%¤ ORDER BY CODICE"), QStringLiteral("test"));
+        QVERIFY(rs);
+        gAdoSqlServer().disconnect();
+        frmSelectElement dialog;
+        dialog.startMe(QStringLiteral("Codice¤1800¤CODICE|Descrizione¤4500¤DESCRIZIONE|"), *rs, true, false);
+        auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("lswElenco"));
+        QCOMPARE(list->headerItem()->text(1), QStringLiteral("Codice"));
+        QCOMPARE(list->columnWidth(2), 300);
+        QCOMPARE(codes(list), (QStringList{"ZZBLU", "ZZROSA", "ZZROSSO"}));
+        list->topLevelItem(2)->setSelected(true);
+        list->topLevelItem(0)->setSelected(true);
+        testdb::click(dialog, QStringLiteral("cmdOK"));
+        rs->moveFirst();
+        const QString first = QStringLiteral("E_") + rs->value(QStringLiteral("RID")).toString();
+        rs->moveLast();
+        const QString last = QStringLiteral("E_") + rs->value(QStringLiteral("RID")).toString();
+        QCOMPARE(dialog.selectedKeys(), (QStringList{first, last}));
+    }
+};
+
+QTEST_MAIN(TestRicerca)
+#include "tst_ricerca.moc"
