@@ -257,7 +257,9 @@ QWidget* frmMain::openScreen(const QString& name, const QVariant& argument)
     if (entry->single) {
         const QList<QMdiSubWindow*> windows = m_mdiMain->subWindowList();
         for (QMdiSubWindow* window : windows) {
-            if (window->widget() && window->widget()->objectName() == name) {
+            // A screen opened on another argument (another table) is another window.
+            if (window->widget() && window->widget()->objectName() == name
+                && window->widget()->property("screenArgument") == argument) {
                 window->showNormal();
                 m_mdiMain->setActiveSubWindow(window);
                 return window->widget();
@@ -267,6 +269,7 @@ QWidget* frmMain::openScreen(const QString& name, const QVariant& argument)
     QWidget* screen = entry->create(m_mdiMain, argument);
     if (!screen)
         return nullptr;
+    screen->setProperty("screenArgument", argument);
     QMdiSubWindow* window = m_mdiMain->addSubWindow(screen);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(screen->windowIcon());
@@ -274,14 +277,18 @@ QWidget* frmMain::openScreen(const QString& name, const QVariant& argument)
     return screen;
 }
 
-QWidget* frmMain::showScreenForPicture(const QString& name)
+QWidget* frmMain::showScreenForPicture(const QString& nameAndArgument)
 {
+    // "frmSimpleForm:mnuTab_10": the screen and the argument of its menu item.
+    const QString name = nameAndArgument.section(QLatin1Char(':'), 0, 0);
+    const QString argument = nameAndArgument.section(QLatin1Char(':'), 1);
+    const QVariant shown = argument.isEmpty() ? QVariant() : QVariant(argument);
     const screens::ScreenEntry* entry = screens::findScreen(name);
     if (!entry)
         return nullptr;
     if (entry->kind == screens::Kind::Child)
-        return openScreen(name);
-    QWidget* dialog = entry->create(this, QVariant());
+        return openScreen(name, shown);
+    QWidget* dialog = entry->create(this, shown);
     if (dialog) {
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         dialog->show();

@@ -32,7 +32,7 @@ public:
     // screen that does not exist yet.
     QWidget* openScreen(const QString& name, const QVariant& argument = QVariant());
     // Builds a screen and shows it without waiting, to take its picture.
-    QWidget* showScreenForPicture(const QString& name);
+    QWidget* showScreenForPicture(const QString& nameAndArgument);
 
     // Runs the command of a menu item or toolbar button by its control name.
     void runCommand(const QString& name);

@@ -67,7 +67,8 @@ QString usageText()
         "  --password TEXT      risponde alla richiesta della password di accesso\n"
         "  --screenshot FILE    dopo l'avvio salva l'immagine della finestra principale (PNG) ed esce;\n"
         "                       senza schermo usa la piattaforma \"offscreen\"\n"
-        "  --open NAME          con --screenshot: apre prima la schermata indicata (es. frmOptionServer)\n");
+        "  --open NAME          con --screenshot: apre prima la schermata indicata (es. frmOptionServer,\n"
+        "                       frmSimpleForm:mnuTab_10 per una tabella del menu)\n");
 }
 
 bool startsScreens(const StartOptions& options)

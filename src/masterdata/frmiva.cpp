@@ -24,7 +24,7 @@ frmIva::frmIva(QWidget* parent)
     m_txtValoreIva->setMaximumWidth(120);
 
     auto* form = new QFormLayout(fraMain());
-    form->addRow(QStringLiteral("Codice:"), m_txtCodice);
+    form->addRow(QStringLiteral("Codice:"), withBrowseButton(m_txtCodice, 0));
     form->addRow(QStringLiteral("Descrizione:"), m_txtDescrizione);
     form->addRow(QStringLiteral("Valore%:"), m_txtValoreIva);
 

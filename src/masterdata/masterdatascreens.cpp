@@ -1,6 +1,7 @@
 #include "masterdatascreens.h"
 
 #include "frmiva.h"
+#include "frmsimpleform.h"
 #include "screenregistry.h"
 
 void registerMasterdataScreens()
@@ -8,6 +9,16 @@ void registerMasterdataScreens()
     screens::registerScreen(QStringLiteral("frmIva"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
         auto* screen = new frmIva(parent);
         screen->startMe(false, true, 0);
+        return screen;
+    }, true});
+
+    // One window per code table: the menu item is the argument.
+    screens::registerScreen(QStringLiteral("frmSimpleForm"), {screens::Kind::Child, [](QWidget* parent, const QVariant& item) -> QWidget* {
+        const SimpleFormUse use = simpleFormUse(item.toString());
+        if (use.tabella.isEmpty())
+            return nullptr;
+        auto* screen = new frmSimpleForm(parent);
+        screen->startMe(use.nome, use.titolo, use.tabella, false, true, 0);
         return screen;
     }, true});
 }

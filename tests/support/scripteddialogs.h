@@ -12,7 +12,7 @@
 #include <QUrl>
 #include <functional>
 
-class QDialog;
+#include <QDialog>
 
 namespace testdb {
 

@@ -4,6 +4,7 @@
 // between fields, the colour of the field with focus, formatting on leaving
 // and the function keys passed to the screen's cKeyFunction.
 
+#include "ckeyfunction.h"
 #include "typedinput.h"
 
 #include <QObject>
@@ -16,7 +17,6 @@ class QKeyEvent;
 class QLineEdit;
 class QRadioButton;
 class QWidget;
-class cKeyFunction;
 
 // The common part: the wrapped control, the key object, focus colours.
 class cInputBase : public QObject

@@ -17,6 +17,7 @@
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QShortcut>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace {
@@ -126,6 +127,12 @@ int cRecordScreen::currentRid() const
     return m_lblRID->text().toInt();
 }
 
+void cRecordScreen::setTitle(const QString& title)
+{
+    m_title = title;
+    setWindowTitle(title);
+}
+
 void cRecordScreen::setRid(int rid)
 {
     m_lblRID->setText(rid > 0 ? QString::number(rid) : QString());
@@ -215,10 +222,16 @@ bool cRecordScreen::deleteRecord()
                vb::YesNo | vb::Question | vb::DefaultButton2)
         != vb::Yes)
         return false;
-    if (rid == 1 && protectsFirstRow()) {
+    // The row with key 1 belongs to the system.
+    if (rid == 1) {
         msgBox(QStringLiteral("Impossibile eliminare questo record"), vb::Critical);
         return false;
     }
+    return removeRecord(rid);
+}
+
+bool cRecordScreen::removeRecord(int rid)
+{
     WaitCursor wait;
     if (!gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM ") + tableName() + QStringLiteral(" WHERE RID = ")
                                         + QString::number(rid),
@@ -226,6 +239,25 @@ bool cRecordScreen::deleteRecord()
         return false;
     newRecord();
     return true;
+}
+
+QWidget* cRecordScreen::withBrowseButton(QWidget* field, int index)
+{
+    auto* row = new QWidget(field->parentWidget());
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    field->setParent(row);
+    layout->addWidget(field);
+    auto* button = new QToolButton(row);
+    button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(index));
+    button->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));
+    button->setToolTip(QStringLiteral("Cerca [F3]"));
+    button->setFocusPolicy(Qt::NoFocus);
+    connect(button, &QToolButton::clicked, this, [this, index] { cmdSfoglia_Click(index); });
+    layout->addWidget(button);
+    layout->addStretch(1);
+    return row;
 }
 
 void cRecordScreen::refreshRecord()

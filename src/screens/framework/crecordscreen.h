@@ -66,8 +66,6 @@ protected:
     virtual QString updateStatement(int rid) const = 0;
     // The statement of the search behind cmdSfoglia_Click(0).
     virtual QString searchStatement() const = 0;
-    // The row with key 1 belongs to the system and cannot be deleted.
-    virtual bool protectsFirstRow() const { return true; }
 
     // --- for the screens
     // The area of the fields, above the commands.
@@ -81,6 +79,13 @@ protected:
     // The function keys F3 to F7 of the fields; F3 in the code field browses.
     virtual void onFunctionKey(const QString& controlName, int keyCode, int shift);
     void setRid(int rid);
+    // The caption, and the name that leads the caller tags of the statements.
+    void setTitle(const QString& title);
+    void setTypeName(const QString& typeName) { m_typeName = typeName; }
+    // The field with its browse button cmdSfoglia_<index> beside it.
+    QWidget* withBrowseButton(QWidget* field, int index);
+    // Deletes the shown record after the screen's own questions; true when gone.
+    bool removeRecord(int rid);
 
     void closeEvent(QCloseEvent* event) override;
 
