@@ -1,15 +1,69 @@
 #include "masterdatascreens.h"
 
+#include "ctablescreen.h"
+#include "frmcausali.h"
 #include "frmiva.h"
+#include "frmpianoconti.h"
+#include "frmricercaconto.h"
 #include "frmsimpleform.h"
 #include "screenregistry.h"
 
+namespace {
+
+// A record screen of the menu, opened on a new record.
+template <typename Screen>
+void registerRecordScreen(const char* name, bool keepCase)
+{
+    screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [keepCase](QWidget* parent, const QVariant&) -> QWidget* {
+        auto* screen = new Screen(parent);
+        screen->startMe(keepCase, true, 0);
+        return screen;
+    }, true});
+}
+
+// A record screen of plain text columns.
+void registerTableScreen(const char* name, const char* title, const char* table, QList<TableColumn> columns)
+{
+    screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [=](QWidget* parent, const QVariant&) -> QWidget* {
+        auto* screen = new cTableScreen(QString::fromLatin1(name), QString::fromLatin1(title), QString::fromLatin1(table),
+                                        columns, parent);
+        screen->startMe(true, true, 0);
+        return screen;
+    }, true});
+}
+
+} // namespace
+
 void registerMasterdataScreens()
 {
-    screens::registerScreen(QStringLiteral("frmIva"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
-        auto* screen = new frmIva(parent);
-        screen->startMe(false, true, 0);
-        return screen;
+    registerRecordScreen<frmIva>("frmIva", false);
+    registerRecordScreen<frmCausali>("frmCausali", true);
+    registerRecordScreen<frmPianoConti>("frmPianoConti", true);
+
+    registerTableScreen("frmBanche", "Banche", "Banche",
+                        {{"CODICE", "Codice:", "txtCodice", 140},
+                         {"DESCRIZIONE", "Descrizione:", "txtDescrizione"},
+                         {"ABI", "ABI:", "txtABI", 90},
+                         {"CAB", "CAB:", "txtCAB", 90},
+                         {"CIN", "CIN:", "txtCIN", 50},
+                         {"AGENZIA", "Agenzia:", "txtAgenzia"},
+                         {"INDIRIZZO", "Indirizzo:", "txtIndirizzo"},
+                         {"CIVICO", "Civico:", "txtCivico", 90},
+                         {"CAP", "CAP:", "txtCAP", 90},
+                         {"CITTA", "Città:", "txtCitta"},
+                         {"PROVINCIA", "Provincia:", "txtProvincia", 50},
+                         {"TELEFONO", "Telefono:", "txtTelefono", 200},
+                         {"FAX", "Fax:", "txtFax", 200}});
+    registerTableScreen("frmVenditore", "Venditori", "Venditori",
+                        {{"CODICE", "Codice:", "txtCodice", 140},
+                         {"DESCRIZIONE", "Descrizione:", "txtDescrizione"},
+                         {"CODICEEXTRA", "Codice tessera:", "txtCodiceExtra", 200}});
+
+    // The account tree, also by itself from --open.
+    screens::registerScreen(QStringLiteral("frmRicercaConto"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
+        auto* dialog = new frmRicercaConto(parent);
+        dialog->getData();
+        return dialog;
     }, true});
 
     // One window per code table: the menu item is the argument.

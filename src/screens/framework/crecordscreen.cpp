@@ -3,6 +3,7 @@
 #include "cadosqlserver.h"
 #include "cinputs.h"
 #include "ckeyfunction.h"
+#include "clookupfield.h"
 #include "frmricerca.h"
 #include "msgbox.h"
 #include "recordset.h"
@@ -107,7 +108,7 @@ void cRecordScreen::setCodeField(cTextBox* code)
         const QString code = m_code->TextBoxRef()->text().trimmed();
         m_code->TextBoxRef()->setText(code);
         if (!code.isEmpty())
-            showData(0, code);
+            codeLeft(code);
     });
 }
 
@@ -115,6 +116,16 @@ void cRecordScreen::setDescriptionField(cTextBox* description)
 {
     m_description = description;
     description->setCKeyRef(m_keys);
+}
+
+void cRecordScreen::codeLeft(const QString& code)
+{
+    showData(0, code);
+}
+
+void cRecordScreen::setCommandCaption(int index, const QString& caption)
+{
+    m_cmdCommand.at(index)->setText(caption);
 }
 
 QString cRecordScreen::codeText() const
@@ -255,6 +266,8 @@ QWidget* cRecordScreen::withBrowseButton(QWidget* field, int index)
     button->setToolTip(QStringLiteral("Cerca [F3]"));
     button->setFocusPolicy(Qt::NoFocus);
     connect(button, &QToolButton::clicked, this, [this, index] { cmdSfoglia_Click(index); });
+    if (cLookupField* lookup = m_lookups.value(index))
+        lookup->setButton(button);
     layout->addWidget(button);
     layout->addStretch(1);
     return row;
@@ -284,17 +297,40 @@ void cRecordScreen::pressCommand(int index)
     button->click();
 }
 
-void cRecordScreen::cmdSfoglia_Click(int)
+void cRecordScreen::cmdSfoglia_Click(int index)
 {
+    if (index > 0) {
+        if (cLookupField* lookup = m_lookups.value(index))
+            lookup->browse();
+        return;
+    }
     const int rid = frmRicerca::cerca(searchStatement(), QStringLiteral("Ricerca - ") + m_title);
     if (rid > 0)
         showData(rid, QString());
 }
 
+cLookupField* cRecordScreen::addLookup(int index, QLineEdit* field, QLabel* label,
+                                       std::function<bool(QString&, QString&, int&)> validate, const QString& searchSql)
+{
+    auto* input = new cTextBox(field, typedinput::Testo, this);
+    input->setCaseState(1);
+    input->setCKeyRef(m_keys);
+    auto* lookup = new cLookupField(field, label, std::move(validate), searchSql, this);
+    m_lookups.insert(index, lookup);
+    return lookup;
+}
+
 void cRecordScreen::onFunctionKey(const QString& controlName, int keyCode, int)
 {
-    if (keyCode == 114 && m_code && controlName == m_code->TextBoxRef()->objectName())
+    if (keyCode != 114)
+        return;
+    if (m_code && controlName == m_code->TextBoxRef()->objectName()) {
         cmdSfoglia_Click(0);
+        return;
+    }
+    for (auto it = m_lookups.cbegin(); it != m_lookups.cend(); ++it)
+        if (it.value()->field()->objectName() == controlName)
+            cmdSfoglia_Click(it.key());
 }
 
 void cRecordScreen::closeScreen()

@@ -6,7 +6,9 @@
 // are filled and written, and which faults its checks find; the flows are
 // the same for all.
 
+#include <QHash>
 #include <QStringList>
+#include <functional>
 #include <QWidget>
 
 class QLabel;
@@ -15,7 +17,9 @@ class QPushButton;
 class QVBoxLayout;
 class Recordset;
 class cKeyFunction;
+class cLookupField;
 class cTextBox;
+class QLabel;
 
 class cRecordScreen : public QWidget
 {
@@ -76,14 +80,23 @@ protected:
     void setDescriptionField(cTextBox* description);
     cTextBox* codeField() const { return m_code; }
     QString codeText() const;
+    // Leaving the code field with a code: by default the record of that code
+    // is loaded when there is one.
+    virtual void codeLeft(const QString& code);
+    // The caption of a command button (0 Nuovo ... 3 Aggiorna).
+    void setCommandCaption(int index, const QString& caption);
     // The function keys F3 to F7 of the fields; F3 in the code field browses.
     virtual void onFunctionKey(const QString& controlName, int keyCode, int shift);
     void setRid(int rid);
     // The caption, and the name that leads the caller tags of the statements.
     void setTitle(const QString& title);
     void setTypeName(const QString& typeName) { m_typeName = typeName; }
-    // The field with its browse button cmdSfoglia_<index> beside it.
+    // The field with its browse button cmdSfoglia_<index> beside it; the
+    // button (and F3 in the field) calls cmdSfoglia_Click(index).
     QWidget* withBrowseButton(QWidget* field, int index);
+    // A field with the code of another table's row, browsed as cmdSfoglia_<index>.
+    cLookupField* addLookup(int index, QLineEdit* field, QLabel* label,
+                            std::function<bool(QString&, QString&, int&)> validate, const QString& searchSql);
     // Deletes the shown record after the screen's own questions; true when gone.
     bool removeRecord(int rid);
 
@@ -104,4 +117,5 @@ private:
     cTextBox* m_description = nullptr;
     bool m_unloadRaised = false;
     QMetaObject::Connection m_focusWatch;
+    QHash<int, cLookupField*> m_lookups;
 };

@@ -1,13 +1,8 @@
 #include "frmsimpleform.h"
 
-#include "cinputs.h"
 #include "msgbox.h"
-#include "recordset.h"
-#include "sqlliteral.h"
 
-#include <QFormLayout>
 #include <QHash>
-#include <QLineEdit>
 
 namespace {
 
@@ -45,19 +40,9 @@ SimpleFormUse simpleFormUse(const QString& menuItem)
 }
 
 frmSimpleForm::frmSimpleForm(QWidget* parent)
-    : cRecordScreen(QStringLiteral("frmSimpleForm"), QString(), parent)
+    : cTableScreen(QStringLiteral("frmSimpleForm"), QString(), QString(),
+                   {{"CODICE", "Codice:", "txtCodice", 140}, {"DESCRIZIONE", "Descrizione:", "txtDescrizione"}}, parent)
 {
-    m_txtCodice = new QLineEdit(fraMain());
-    m_txtCodice->setObjectName(QStringLiteral("txtCodice"));
-    m_txtCodice->setMaximumWidth(140);
-    m_txtDescrizione = new QLineEdit(fraMain());
-    m_txtDescrizione->setObjectName(QStringLiteral("txtDescrizione"));
-
-    auto* form = new QFormLayout(fraMain());
-    form->addRow(QStringLiteral("Codice:"), withBrowseButton(m_txtCodice, 0));
-    form->addRow(QStringLiteral("Descrizione:"), m_txtDescrizione);
-    setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
-    setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
     resize(480, 150);
 }
 
@@ -66,55 +51,11 @@ void frmSimpleForm::startMe(const QString& nome, const QString& titolo, const QS
 {
     m_nome = nome;
     m_tabella = tabella;
+    setTable(tabella);
     m_modale = modale;
     setTitle(titolo);
     setTypeName(nome + QStringLiteral("(frmSimpleForm)"));
     cRecordScreen::startMe(true, nuovo, rid);
-}
-
-QString frmSimpleForm::selectStatement() const
-{
-    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM ") + m_tabella;
-}
-
-void frmSimpleForm::clearFields()
-{
-    m_txtCodice->clear();
-    m_txtDescrizione->clear();
-}
-
-void frmSimpleForm::fillFields(const Recordset& rs)
-{
-    m_txtCodice->setText(rs.text(QStringLiteral("CODICE")));
-    m_txtDescrizione->setText(rs.text(QStringLiteral("DESCRIZIONE")));
-}
-
-QStringList frmSimpleForm::faults() const
-{
-    QStringList found;
-    if (m_txtCodice->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-    if (m_txtDescrizione->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
-    return found;
-}
-
-QString frmSimpleForm::insertStatement() const
-{
-    return QStringLiteral("INSERT INTO ") + m_tabella + QStringLiteral(" (CODICE, DESCRIZIONE) VALUES (")
-        + sqlText(m_txtCodice->text()) + QStringLiteral(", ") + sqlText(m_txtDescrizione->text()) + QLatin1Char(')');
-}
-
-QString frmSimpleForm::updateStatement(int rid) const
-{
-    return QStringLiteral("UPDATE ") + m_tabella + QStringLiteral(" SET CODICE = ") + sqlText(m_txtCodice->text())
-        + QStringLiteral(", DESCRIZIONE = ") + sqlText(m_txtDescrizione->text()) + QStringLiteral(" WHERE RID = ")
-        + QString::number(rid);
-}
-
-QString frmSimpleForm::searchStatement() const
-{
-    return QStringLiteral("SELECT RID, CODICE, Descrizione FROM ") + m_tabella + QStringLiteral(" ORDER BY DESCRIZIONE");
 }
 
 bool frmSimpleForm::deleteRecord()

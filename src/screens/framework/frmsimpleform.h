@@ -2,9 +2,7 @@
 // The one editor of every code table (RID, CODICE, DESCRIZIONE): which
 // table, its caption and the name of its records come as arguments.
 
-#include "crecordscreen.h"
-
-class QLineEdit;
+#include "ctablescreen.h"
 
 // A use of the editor from the menu: the table, the caption, the record name.
 struct SimpleFormUse
@@ -17,7 +15,7 @@ struct SimpleFormUse
 // The use behind a menu item ("mnuTab_5", "mnuCollezioni"); empty when none.
 SimpleFormUse simpleFormUse(const QString& menuItem);
 
-class frmSimpleForm : public cRecordScreen
+class frmSimpleForm : public cTableScreen
 {
     Q_OBJECT
 
@@ -34,19 +32,7 @@ public:
 
     bool deleteRecord() override;
 
-protected:
-    QString tableName() const override { return m_tabella; }
-    QString selectStatement() const override;
-    void clearFields() override;
-    void fillFields(const Recordset& rs) override;
-    QStringList faults() const override;
-    QString insertStatement() const override;
-    QString updateStatement(int rid) const override;
-    QString searchStatement() const override;
-
 private:
-    QLineEdit* m_txtCodice;
-    QLineEdit* m_txtDescrizione;
     QString m_nome;
     QString m_tabella;
     bool m_modale = false;

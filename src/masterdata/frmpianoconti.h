@@ -1,0 +1,43 @@
+#pragma once
+// The chart of accounts: three levels in one table, the level being the
+// length of the code (mastro 2, conto 5, sottoconto 8 characters).
+
+#include "crecordscreen.h"
+
+class QLabel;
+class QLineEdit;
+
+class frmPianoConti : public cRecordScreen
+{
+    Q_OBJECT
+
+public:
+    explicit frmPianoConti(QWidget* parent = nullptr);
+
+    // The descriptions of mastro and conto of a code; true when the parents
+    // that the code's level needs exist.
+    bool setInformation(const QString& code);
+    // An existing code other than the open record's is loaded.
+    void checkCodice(const QString& code);
+
+    void cmdSfoglia_Click(int index) override;
+
+protected:
+    QString tableName() const override { return QStringLiteral("PianoConti"); }
+    QString selectStatement() const override;
+    void clearFields() override;
+    void fillFields(const Recordset& rs) override;
+    QStringList faults() const override;
+    QString insertStatement() const override;
+    QString updateStatement(int rid) const override;
+    QString searchStatement() const override;
+    void codeLeft(const QString& code) override;
+
+private:
+    QVariant descriptionOf(const QString& code) const;
+
+    QLineEdit* m_txtCodice;
+    QLineEdit* m_txtDescrizione;
+    QLabel* m_lblMastro;
+    QLabel* m_lblConto;
+};

@@ -1,0 +1,53 @@
+#pragma once
+// A field that holds the code of a row of another table: beside it the
+// description label and the browse button, behind it the row's key. Leaving
+// the field with a changed code looks the code up with its valida...
+// procedure (an unknown code empties field and label); the browse button
+// and F3 search the table and take the row chosen.
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+
+class QAbstractButton;
+class QLabel;
+class QLineEdit;
+
+class cLookupField : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The valida... procedure: code, description and key by reference.
+    using Validator = std::function<bool(QString& codice, QString& descrizione, int& rid)>;
+
+    cLookupField(QLineEdit* field, QLabel* label, Validator validate, const QString& searchSql, QObject* parent);
+
+    int rid() const { return m_rid; }
+    // Shows the row with this key (0 clears the field).
+    void setRid(int rid);
+    void clear();
+    // Searches the table and takes the row chosen.
+    void browse();
+    // Field, label and browse button together.
+    void setEnabled(bool enabled);
+    // The browse button that goes with the field (its click calls browse()).
+    void setButton(QAbstractButton* button);
+    QLineEdit* field() const { return m_field; }
+
+Q_SIGNALS:
+    // The key changed by the user (0 when the code was emptied or unknown).
+    void changed(int rid);
+
+private:
+    void validateTyped();
+    void show(const QString& code, const QString& description);
+
+    QLineEdit* m_field;
+    QLabel* m_label;
+    QPointer<QAbstractButton> m_button;
+    Validator m_validate;
+    QString m_searchSql;
+    QString m_shownCode;
+    int m_rid = 0;
+};

@@ -1,0 +1,94 @@
+#include "ctablescreen.h"
+
+#include "cinputs.h"
+#include "recordset.h"
+#include "sqlliteral.h"
+
+#include <QFormLayout>
+#include <QLineEdit>
+
+cTableScreen::cTableScreen(const QString& typeName, const QString& title, const QString& table,
+                           QList<TableColumn> columns, QWidget* parent)
+    : cRecordScreen(typeName, title, parent)
+    , m_table(table)
+    , m_columns(std::move(columns))
+{
+    auto* form = new QFormLayout(fraMain());
+    for (const TableColumn& c : std::as_const(m_columns)) {
+        auto* edit = new QLineEdit(fraMain());
+        edit->setObjectName(QString::fromLatin1(c.control));
+        if (c.width > 0)
+            edit->setMaximumWidth(c.width);
+        m_fields << edit;
+        const QString column = QString::fromLatin1(c.column);
+        auto* input = new cTextBox(edit, typedinput::Testo, this);
+        if (column == QLatin1String("CODICE")) {
+            setCodeField(input);
+            form->addRow(QString::fromUtf8(c.caption), withBrowseButton(edit, 0));
+            continue;
+        }
+        if (column == QLatin1String("DESCRIZIONE"))
+            setDescriptionField(input);
+        else
+            input->setCKeyRef(keys());
+        form->addRow(QString::fromUtf8(c.caption), edit);
+    }
+}
+
+QString cTableScreen::selectStatement() const
+{
+    QStringList names{QStringLiteral("RID")};
+    for (const TableColumn& c : m_columns)
+        names << QString::fromLatin1(c.column);
+    return QStringLiteral("SELECT ") + names.join(QStringLiteral(", ")) + QStringLiteral(" FROM ") + m_table;
+}
+
+void cTableScreen::clearFields()
+{
+    for (QLineEdit* field : m_fields)
+        field->clear();
+}
+
+void cTableScreen::fillFields(const Recordset& rs)
+{
+    for (qsizetype i = 0; i < m_columns.size(); ++i)
+        m_fields.at(i)->setText(rs.text(QString::fromLatin1(m_columns.at(i).column)));
+}
+
+QStringList cTableScreen::faults() const
+{
+    QStringList found;
+    for (qsizetype i = 0; i < m_columns.size(); ++i) {
+        const QString column = QString::fromLatin1(m_columns.at(i).column);
+        if (m_fields.at(i)->text().trimmed().isEmpty() && column == QLatin1String("CODICE"))
+            found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
+        if (m_fields.at(i)->text().trimmed().isEmpty() && column == QLatin1String("DESCRIZIONE"))
+            found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
+    }
+    return found;
+}
+
+QString cTableScreen::insertStatement() const
+{
+    QStringList names, values;
+    for (qsizetype i = 0; i < m_columns.size(); ++i) {
+        names << QString::fromLatin1(m_columns.at(i).column);
+        values << sqlText(m_fields.at(i)->text().trimmed());
+    }
+    return QStringLiteral("INSERT INTO ") + m_table + QStringLiteral(" (") + names.join(QStringLiteral(", "))
+        + QStringLiteral(") VALUES (") + values.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
+QString cTableScreen::updateStatement(int rid) const
+{
+    QStringList sets;
+    for (qsizetype i = 0; i < m_columns.size(); ++i)
+        sets << QString::fromLatin1(m_columns.at(i).column) + QStringLiteral(" = ") + sqlText(m_fields.at(i)->text().trimmed());
+    return QStringLiteral("UPDATE ") + m_table + QStringLiteral(" SET ") + sets.join(QStringLiteral(", "))
+        + QStringLiteral(" WHERE RID = ") + QString::number(rid);
+}
+
+QString cTableScreen::searchStatement() const
+{
+    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM ") + m_table + QStringLiteral(" ORDER BY DESCRIZIONE");
+}
