@@ -70,6 +70,7 @@ frmMain::frmMain(frmSplash* splash, QWidget* parent)
     : QMainWindow(parent)
 {
     setObjectName(QStringLiteral("frmMain"));
+    screens::setOpener([this](const QString& name, const QVariant& argument) { return openScreen(name, argument); });
     if (splash)
         splash->addInfo(QStringLiteral("Creazione Menu..."));
 
@@ -104,6 +105,7 @@ frmMain::~frmMain()
 {
     if (dialogs::ownerWindow() == this)
         dialogs::setOwnerWindow(nullptr);
+    screens::setOpener({});
 }
 
 void frmMain::adaptMenuToMode()

@@ -31,4 +31,11 @@ void registerScreen(const QString& name, ScreenEntry entry);
 const ScreenEntry* findScreen(const QString& name);
 QStringList registeredScreens();
 
+// Opens a screen where the program shows its screens (the main window's
+// area once it is up; a window of its own before) and gives it back, or
+// nullptr when it did not open or was a modal dialog, already closed.
+QWidget* openScreen(const QString& name, const QVariant& argument = QVariant());
+using Opener = std::function<QWidget*(const QString& name, const QVariant& argument)>;
+void setOpener(Opener opener);
+
 } // namespace screens

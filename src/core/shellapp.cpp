@@ -5,6 +5,7 @@
 #include "dialogservice.h"
 #include "driver.h"
 #include "frmmain.h"
+#include "frameworkscreens.h"
 #include "frmselectelement.h"
 #include "frmwarning.h"
 #include "masterdatascreens.h"
@@ -103,6 +104,7 @@ int runShell(const StartOptions& options)
     registerShellScreens();
     registerMasterdataScreens();
     installElementChooser();
+    registerFrameworkScreens();
 
     int code = 0;
     {

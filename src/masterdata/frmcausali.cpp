@@ -111,6 +111,7 @@ QWidget* frmCausali::sideBox(const QString& title, const QString& name, QButtonG
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("Magazzino:"), box));
     row->addWidget(withBrowseButton(field, index));
+    warehouse->setEditor(QStringLiteral("frmSimpleForm"), QStringLiteral("mnuTab_6"));
     row->addWidget(label, 1);
     layout->addLayout(row, 2, 0, 1, 2);
     return box;
@@ -134,6 +135,7 @@ QWidget* frmCausali::accountsBox()
         m_conti << addLookup(3 + i, field, label, &validaConto, kConti);
         layout->addWidget(new QLabel(QString::fromLatin1(captions[i]) + QLatin1Char(':'), box), 1 + i, 0);
         layout->addWidget(withBrowseButton(field, 3 + i), 1 + i, 1);
+        m_conti.last()->setEditor(QStringLiteral("frmPianoConti"));
         layout->addWidget(label, 1 + i, 2);
     }
     layout->setColumnStretch(2, 1);

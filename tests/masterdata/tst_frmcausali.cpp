@@ -2,6 +2,8 @@
 // accounts reach the table, and the fields that depend on its choices.
 #include "cadosqlserver.h"
 #include "frmcausali.h"
+#include "frmsimpleform.h"
+#include "masterdatascreens.h"
 #include "msgbox.h"
 #include "scripteddialogs.h"
 #include "testdb.h"
@@ -62,7 +64,11 @@ class TestFrmCausali : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { testdb::isolateProgramFolder(); }
+    void initTestCase()
+    {
+        testdb::isolateProgramFolder();
+        registerMasterdataScreens();
+    }
     void cleanupTestCase() { testdb::dropShared(); }
     void cleanup() { gAdoSqlServer().closeAll(); }
 
@@ -140,6 +146,30 @@ private Q_SLOTS:
         QVERIFY(s.get<QLineEdit>("txtDare2")->text().isEmpty());
         QVERIFY(s.get<QLabel>("lblDare2")->text().isEmpty());
         QVERIFY(script.allAnswered());
+    }
+
+    // The button beside a warehouse opens the warehouses on a new record;
+    // the warehouse saved there comes back into the field on closing.
+    void createWhileTyping_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void createWhileTyping()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        Screen s;
+        s.tick("optDestinazione_3", true);
+        testdb::click(s.screen, QStringLiteral("cmdNuovoMagazzinoDest"));
+        frmSimpleForm* editor = nullptr;
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* form = qobject_cast<frmSimpleForm*>(window); form && form->isVisible())
+                editor = form;
+        QVERIFY(editor);
+        QCOMPARE(editor->tabella(), QStringLiteral("Magazzini"));
+        testdb::typeInto(*editor, QStringLiteral("txtCodice"), QStringLiteral("NEG2"));
+        testdb::typeInto(*editor, QStringLiteral("txtDescrizione"), QStringLiteral("Negozio due"));
+        QVERIFY(editor->saveRecord());
+        editor->close();
+        QCOMPARE(s.get<QLineEdit>("txtMagazzinoDest")->text(), QStringLiteral("NEG2"));
+        QCOMPARE(s.get<QLabel>("lblMagazzinoDest")->text(), QStringLiteral("Negozio due"));
     }
 };
 

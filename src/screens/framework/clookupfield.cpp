@@ -1,8 +1,13 @@
 #include "clookupfield.h"
 
+#include "crecordscreen.h"
 #include "frmricerca.h"
+#include "screenregistry.h"
 
 #include <QAbstractButton>
+#include <QBoxLayout>
+#include <QIcon>
+#include <QToolButton>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -76,8 +81,45 @@ void cLookupField::setEnabled(bool enabled)
 {
     m_field->setEnabled(enabled);
     m_label->setEnabled(enabled);
-    if (m_button)
-        m_button->setEnabled(enabled);
+    for (QAbstractButton* button : {m_button.data(), m_newButton.data()})
+        if (button)
+            button->setEnabled(enabled);
+}
+
+void cLookupField::setEditor(const QString& screen, const QVariant& argument)
+{
+    m_editor = screen;
+    m_editorArgument = argument;
+    auto* row = m_button ? qobject_cast<QBoxLayout*>(m_button->parentWidget()->layout()) : nullptr;
+    if (!row || m_newButton)
+        return;
+    auto* button = new QToolButton(m_button->parentWidget());
+    button->setObjectName(QStringLiteral("cmdNuovo") + m_field->objectName().mid(3));
+    button->setIcon(QIcon::fromTheme(QStringLiteral("document-new")));
+    button->setToolTip(QStringLiteral("Nuovo [F4]"));
+    button->setFocusPolicy(Qt::NoFocus);
+    row->insertWidget(row->indexOf(m_button) + 1, button);
+    connect(button, &QToolButton::clicked, this, &cLookupField::openEditor);
+    m_newButton = button;
+}
+
+void cLookupField::openEditor()
+{
+    if (m_editor.isEmpty() || !m_field->isEnabled())
+        return;
+    auto* screen = qobject_cast<cRecordScreen*>(screens::openScreen(m_editor, m_editorArgument));
+    if (!screen)
+        return;
+    screen->newRecord();
+    connect(screen, &cRecordScreen::evtUnloadWithRecord, this, &cLookupField::takeBack, Qt::UniqueConnection);
+}
+
+void cLookupField::takeBack(int rid)
+{
+    const int before = m_rid;
+    setRid(rid);
+    if (m_rid != before)
+        Q_EMIT changed(m_rid);
 }
 
 void cLookupField::setButton(QAbstractButton* button)

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QVariant>
 #include <functional>
 
 class QAbstractButton;
@@ -33,6 +34,12 @@ public:
     void setEnabled(bool enabled);
     // The browse button that goes with the field (its click calls browse()).
     void setButton(QAbstractButton* button);
+    // The screen that makes a new row of the table (a record screen, by its
+    // registered name). A button beside the browse button, and F4 in the
+    // field, open it on a new record; the record it closes with comes back
+    // into the field, so a user can create it in the middle of typing.
+    void setEditor(const QString& screen, const QVariant& argument = QVariant());
+    void openEditor();
     QLineEdit* field() const { return m_field; }
 
 Q_SIGNALS:
@@ -41,11 +48,15 @@ Q_SIGNALS:
 
 private:
     void validateTyped();
+    void takeBack(int rid);
     void show(const QString& code, const QString& description);
 
     QLineEdit* m_field;
     QLabel* m_label;
     QPointer<QAbstractButton> m_button;
+    QPointer<QAbstractButton> m_newButton;
+    QString m_editor;
+    QVariant m_editorArgument;
     Validator m_validate;
     QString m_searchSql;
     QString m_shownCode;

@@ -322,15 +322,19 @@ cLookupField* cRecordScreen::addLookup(int index, QLineEdit* field, QLabel* labe
 
 void cRecordScreen::onFunctionKey(const QString& controlName, int keyCode, int)
 {
-    if (keyCode != 114)
-        return;
-    if (m_code && controlName == m_code->TextBoxRef()->objectName()) {
+    // F3 browses, F4 creates the row of a look-up field.
+    if (keyCode == 114 && m_code && controlName == m_code->TextBoxRef()->objectName()) {
         cmdSfoglia_Click(0);
         return;
     }
-    for (auto it = m_lookups.cbegin(); it != m_lookups.cend(); ++it)
-        if (it.value()->field()->objectName() == controlName)
+    for (auto it = m_lookups.cbegin(); it != m_lookups.cend(); ++it) {
+        if (it.value()->field()->objectName() != controlName)
+            continue;
+        if (keyCode == 114)
             cmdSfoglia_Click(it.key());
+        else if (keyCode == 115)
+            it.value()->openEditor();
+    }
 }
 
 void cRecordScreen::closeScreen()

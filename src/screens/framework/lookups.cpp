@@ -220,6 +220,15 @@ void fillProdotto(ProdottoEsteso& p, const Recordset& rs, int magazzino)
     p.elencoSpeciale = getChekByBool(rs.value(QStringLiteral("ELENCOSPECIALE")));
 }
 
+} // namespace
+
+QString colonneProdotto()
+{
+    return kProdottoColumns;
+}
+
+namespace {
+
 RecordsetPtr openProdotti(const QString& code, int rid, const RicercaProdotto& ricerca)
 {
     return gAdoSqlServer().getNewRecordset(kProdottoEstesoSql + prodottoCondition(code, rid, ricerca),

@@ -76,6 +76,9 @@ struct RicercaProdotto
     QString filtro;               // a further condition on P, joined by AND
 };
 
+// The chooser's columns for products: brand, code, description.
+QString colonneProdotto();
+
 // Several rows open the chooser; one row fills the product; none shows the
 // box (and the question, when asked for). True when a product was found.
 bool validaProdottoEsteso(ProdottoEsteso& prodotto, const RicercaProdotto& ricerca);

@@ -1,0 +1,36 @@
+#include "frameworkscreens.h"
+
+#include "cadosqlserver.h"
+#include "frmricerca.h"
+#include "frmselectelement.h"
+#include "lookups.h"
+#include "recordset.h"
+#include "screenregistry.h"
+
+#include <QRegularExpression>
+
+void registerFrameworkScreens()
+{
+    screens::registerScreen(QStringLiteral("frmRicerca"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant& argument) -> QWidget* {
+        static const QRegularExpression identifier(QStringLiteral("^[A-Za-z_]+$"));
+        const QString table = argument.toString().isEmpty() ? QStringLiteral("Iva") : argument.toString();
+        if (!identifier.match(table).hasMatch())
+            return nullptr;
+        auto* dialog = new frmRicerca(parent);
+        dialog->startMe(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM ") + table + QStringLiteral(" ORDER BY CODICE"), 0);
+        return dialog;
+    }, true});
+
+    screens::registerScreen(QStringLiteral("frmSelectElement"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
+        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+            QStringLiteral("SELECT P.RID, P.CODICE, P.DESCRIZIONE AS DESCPRODOTTO, M.CODICE AS CODMARCA FROM Prodotti P "
+                           "LEFT JOIN Marche M ON P.FK_MARCA = M.RID ORDER BY P.CODICE"),
+            QStringLiteral("frmSelectElement.startMe"));
+        gAdoSqlServer().disconnect();
+        if (!rs)
+            return nullptr;
+        auto* dialog = new frmSelectElement(parent);
+        dialog->startMe(colonneProdotto(), *rs, false, false);
+        return dialog;
+    }, true});
+}
