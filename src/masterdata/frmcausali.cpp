@@ -199,12 +199,7 @@ void frmCausali::fillFields(const Recordset& rs)
 
 QStringList frmCausali::faults() const
 {
-    QStringList found;
-    if (m_txtCodice->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-    if (m_txtDescrizione->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
-    return found;
+    return requiredFaults();
 }
 
 causale::Causale frmCausali::shown() const

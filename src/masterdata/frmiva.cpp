@@ -58,11 +58,7 @@ void frmIva::fillFields(const Recordset& rs)
 
 QStringList frmIva::faults() const
 {
-    QStringList found;
-    if (m_txtCodice->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-    if (m_txtDescrizione->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
+    QStringList found = requiredFaults();
     if (getValoreNumerico(m_txtValoreIva->text()) < 0)
         found << QStringLiteral(" - Campo [Valore%] Errato.");
     return found;

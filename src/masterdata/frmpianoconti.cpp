@@ -1,7 +1,6 @@
 #include "frmpianoconti.h"
 
 #include "cadosqlserver.h"
-#include "cinputs.h"
 #include "frmricercaconto.h"
 #include "msgbox.h"
 #include "recordset.h"
@@ -13,26 +12,16 @@
 #include <QTimer>
 
 frmPianoConti::frmPianoConti(QWidget* parent)
-    : cRecordScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"), parent)
+    : cTableScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"), QStringLiteral("PianoConti"),
+                   {{"CODICE", "Codice:", "txtCodice", 120}, {"DESCRIZIONE", "Descrizione:", "txtDescrizione"}}, parent)
 {
-    m_txtCodice = new QLineEdit(fraMain());
-    m_txtCodice->setObjectName(QStringLiteral("txtCodice"));
-    m_txtCodice->setMaximumWidth(120);
-    m_txtCodice->setMaxLength(8);
-    m_txtDescrizione = new QLineEdit(fraMain());
-    m_txtDescrizione->setObjectName(QStringLiteral("txtDescrizione"));
+    field(0)->setMaxLength(8);
     m_lblMastro = new QLabel(fraMain());
     m_lblMastro->setObjectName(QStringLiteral("lblMastro"));
     m_lblConto = new QLabel(fraMain());
     m_lblConto->setObjectName(QStringLiteral("lblConto"));
-
-    auto* form = new QFormLayout(fraMain());
-    form->addRow(QStringLiteral("Mastro:"), m_lblMastro);
-    form->addRow(QStringLiteral("Conto:"), m_lblConto);
-    form->addRow(QStringLiteral("Codice:"), withBrowseButton(m_txtCodice, 0));
-    form->addRow(QStringLiteral("Descrizione:"), m_txtDescrizione);
-    setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
-    setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
+    form()->insertRow(0, QStringLiteral("Mastro:"), m_lblMastro);
+    form()->insertRow(1, QStringLiteral("Conto:"), m_lblConto);
     // The fourth command refreshes like everywhere else, under this caption.
     setCommandCaption(3, QStringLiteral("Elimina [F11]"));
     resize(520, 200);
@@ -74,7 +63,7 @@ void frmPianoConti::checkCodice(const QString& code)
 
 void frmPianoConti::codeLeft(const QString& code)
 {
-    const auto backToCode = [this] { QTimer::singleShot(0, m_txtCodice, [this] { m_txtCodice->setFocus(); }); };
+    const auto backToCode = [this] { QTimer::singleShot(0, field(0), [this] { field(0)->setFocus(); }); };
     if (code.size() == 8 || code.size() == 5 || code.size() == 2) {
         if (currentRid() <= 0)
             checkCodice(code);
@@ -99,49 +88,15 @@ void frmPianoConti::cmdSfoglia_Click(int index)
         showData(rid, QString());
 }
 
-QString frmPianoConti::selectStatement() const
-{
-    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM PianoConti");
-}
-
 void frmPianoConti::clearFields()
 {
-    m_txtCodice->clear();
-    m_txtDescrizione->clear();
+    cTableScreen::clearFields();
     m_lblMastro->clear();
     m_lblConto->clear();
 }
 
 void frmPianoConti::fillFields(const Recordset& rs)
 {
-    m_txtCodice->setText(rs.text(QStringLiteral("CODICE")));
-    m_txtDescrizione->setText(rs.text(QStringLiteral("DESCRIZIONE")));
-    setInformation(m_txtCodice->text());
-}
-
-QStringList frmPianoConti::faults() const
-{
-    QStringList found;
-    if (m_txtCodice->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-    if (m_txtDescrizione->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
-    return found;
-}
-
-QString frmPianoConti::insertStatement() const
-{
-    return QStringLiteral("INSERT INTO PianoConti (CODICE, DESCRIZIONE) VALUES (") + sqlText(m_txtCodice->text())
-        + QStringLiteral(", ") + sqlText(m_txtDescrizione->text()) + QLatin1Char(')');
-}
-
-QString frmPianoConti::updateStatement(int rid) const
-{
-    return QStringLiteral("UPDATE PianoConti SET CODICE = ") + sqlText(m_txtCodice->text()) + QStringLiteral(", DESCRIZIONE = ")
-        + sqlText(m_txtDescrizione->text()) + QStringLiteral(" WHERE RID = ") + QString::number(rid);
-}
-
-QString frmPianoConti::searchStatement() const
-{
-    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM PianoConti ORDER BY CODICE");
+    cTableScreen::fillFields(rs);
+    setInformation(field(0)->text());
 }

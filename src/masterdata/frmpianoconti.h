@@ -2,12 +2,11 @@
 // The chart of accounts: three levels in one table, the level being the
 // length of the code (mastro 2, conto 5, sottoconto 8 characters).
 
-#include "crecordscreen.h"
+#include "ctablescreen.h"
 
 class QLabel;
-class QLineEdit;
 
-class frmPianoConti : public cRecordScreen
+class frmPianoConti : public cTableScreen
 {
     Q_OBJECT
 
@@ -23,21 +22,13 @@ public:
     void cmdSfoglia_Click(int index) override;
 
 protected:
-    QString tableName() const override { return QStringLiteral("PianoConti"); }
-    QString selectStatement() const override;
     void clearFields() override;
     void fillFields(const Recordset& rs) override;
-    QStringList faults() const override;
-    QString insertStatement() const override;
-    QString updateStatement(int rid) const override;
-    QString searchStatement() const override;
     void codeLeft(const QString& code) override;
 
 private:
     QVariant descriptionOf(const QString& code) const;
 
-    QLineEdit* m_txtCodice;
-    QLineEdit* m_txtDescrizione;
     QLabel* m_lblMastro;
     QLabel* m_lblConto;
 };

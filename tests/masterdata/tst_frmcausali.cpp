@@ -24,22 +24,12 @@ struct Screen
     Screen()
     {
         screen.startMe(true, true, 0);
-        screen.show();
-        QApplication::setActiveWindow(&screen);
-        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        testdb::showActive(screen);
     }
     template <typename T = QWidget>
     T* get(const char* name) { return screen.findChild<T*>(QString::fromLatin1(name)); }
     void tick(const char* name, bool on) { get<QAbstractButton>(name)->setChecked(on); }
-    // Types a code and leaves the field, as the user does.
-    void enter(const char* name, const QString& text)
-    {
-        auto* edit = get<QLineEdit>(name);
-        edit->setFocus();
-        edit->clear();
-        QTest::keyClicks(edit, text);
-        QTest::keyClick(edit, Qt::Key_Tab);
-    }
+    void enter(const char* name, const QString& text) { testdb::enter(screen, QString::fromLatin1(name), text); }
 };
 
 QVariantList stored(const QString& code)

@@ -38,14 +38,7 @@ struct Screen
     Screen()
     {
         screen.startMe(false, true, 0);
-        show(screen);
-    }
-    // The function keys are shortcuts of the active window.
-    static void show(QWidget& screen)
-    {
-        screen.show();
-        QApplication::setActiveWindow(&screen);
-        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        testdb::showActive(screen);
     }
     void key(const char* name, Qt::Key key)
     {
@@ -182,7 +175,7 @@ private Q_SLOTS:
         QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
         frmIva screen;
         screen.startMe(false, false, 1);
-        Screen::show(screen);
+        testdb::showActive(screen);
         QSignalSpy unloaded(&screen, &cRecordScreen::evtUnloadWithRecord);
         auto* description = screen.findChild<QLineEdit*>(QStringLiteral("txtDescrizione"));
         description->setFocus();

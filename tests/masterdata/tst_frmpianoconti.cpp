@@ -27,9 +27,7 @@ struct Screen
     Screen()
     {
         screen.startMe(true, true, 0);
-        screen.show();
-        QApplication::setActiveWindow(&screen);
-        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        testdb::showActive(screen);
     }
     QString text(const char* name) const
     {
@@ -84,10 +82,8 @@ private Q_SLOTS:
         ScriptedDialogs script;
         if (!message.isEmpty())
             script.expectMessage(message, vb::OK);
+        testdb::enter(s.screen, QStringLiteral("txtCodice"), code);
         auto* field = s.screen.findChild<QLineEdit*>(QStringLiteral("txtCodice"));
-        field->setFocus();
-        QTest::keyClicks(field, code);
-        QTest::keyClick(field, Qt::Key_Tab);
         QVERIFY(script.allAnswered());
         QCOMPARE(s.text("lblMastro"), mastro);
         QCOMPARE(s.text("lblConto"), conto);

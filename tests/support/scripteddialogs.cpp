@@ -1,5 +1,7 @@
 #include "scripteddialogs.h"
 
+#include <QApplication>
+
 #include "msgbox.h"
 
 #include <QAbstractButton>
@@ -107,6 +109,23 @@ void click(QWidget& parent, const QString& name)
     auto* button = parent.findChild<QAbstractButton*>(name);
     QVERIFY2(button, qPrintable(QStringLiteral("no button ") + name));
     QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void showActive(QWidget& screen)
+{
+    screen.show();
+    QApplication::setActiveWindow(&screen);
+    QVERIFY(QTest::qWaitForWindowActive(&screen));
+}
+
+void enter(QWidget& parent, const QString& name, const QString& text)
+{
+    auto* field = parent.findChild<QLineEdit*>(name);
+    QVERIFY2(field, qPrintable(QStringLiteral("no field ") + name));
+    field->setFocus();
+    field->clear();
+    QTest::keyClicks(field, text);
+    QTest::keyClick(field, Qt::Key_Tab);
 }
 
 } // namespace testdb

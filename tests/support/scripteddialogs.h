@@ -56,5 +56,10 @@ private:
 // Types `text` into the child named `name` of `parent` and clicks buttons by name.
 void typeInto(QWidget& parent, const QString& name, const QString& text);
 void click(QWidget& parent, const QString& name);
+// Shows a screen as the active window: its function keys are shortcuts of
+// the active window, and leaving a field needs real focus.
+void showActive(QWidget& screen);
+// Types text into a field and leaves it with Tab, as the user does.
+void enter(QWidget& parent, const QString& name, const QString& text);
 
 } // namespace testdb

@@ -196,6 +196,16 @@ QString cRecordScreen::faultsMessage(const QStringList& faults)
     return QStringLiteral("Attenzione:\n") + faults.join(QLatin1Char('\n'));
 }
 
+QStringList cRecordScreen::requiredFaults() const
+{
+    QStringList found;
+    if (m_code && m_code->TextBoxRef()->text().trimmed().isEmpty())
+        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
+    if (m_description && m_description->TextBoxRef()->text().trimmed().isEmpty())
+        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
+    return found;
+}
+
 bool cRecordScreen::controllaInserimento()
 {
     const QStringList found = faults();

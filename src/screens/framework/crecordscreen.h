@@ -52,6 +52,8 @@ public:
 
     // "Attenzione:" and the faults, one a line.
     static QString faultsMessage(const QStringList& faults);
+    // The faults of an empty code field and an empty description field.
+    QStringList requiredFaults() const;
 
 Q_SIGNALS:
     // The screen closes with a record shown.

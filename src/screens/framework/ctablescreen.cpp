@@ -13,7 +13,8 @@ cTableScreen::cTableScreen(const QString& typeName, const QString& title, const 
     , m_table(table)
     , m_columns(std::move(columns))
 {
-    auto* form = new QFormLayout(fraMain());
+    m_form = new QFormLayout(fraMain());
+    QFormLayout* form = m_form;
     for (const TableColumn& c : std::as_const(m_columns)) {
         auto* edit = new QLineEdit(fraMain());
         edit->setObjectName(QString::fromLatin1(c.control));
@@ -57,15 +58,7 @@ void cTableScreen::fillFields(const Recordset& rs)
 
 QStringList cTableScreen::faults() const
 {
-    QStringList found;
-    for (qsizetype i = 0; i < m_columns.size(); ++i) {
-        const QString column = QString::fromLatin1(m_columns.at(i).column);
-        if (m_fields.at(i)->text().trimmed().isEmpty() && column == QLatin1String("CODICE"))
-            found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-        if (m_fields.at(i)->text().trimmed().isEmpty() && column == QLatin1String("DESCRIZIONE"))
-            found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
-    }
-    return found;
+    return requiredFaults();
 }
 
 QString cTableScreen::insertStatement() const

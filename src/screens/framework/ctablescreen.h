@@ -7,6 +7,7 @@
 
 #include <QList>
 
+class QFormLayout;
 class QLineEdit;
 
 struct TableColumn
@@ -27,6 +28,9 @@ public:
 
 protected:
     void setTable(const QString& table) { m_table = table; }
+    // The form of the fields, for screens that add rows of their own.
+    QFormLayout* form() const { return m_form; }
+    QLineEdit* field(int column) const { return m_fields.at(column); }
     QString tableName() const override { return m_table; }
     QString selectStatement() const override;
     void clearFields() override;
@@ -40,4 +44,5 @@ private:
     QString m_table;
     QList<TableColumn> m_columns;
     QList<QLineEdit*> m_fields;
+    QFormLayout* m_form;
 };
