@@ -1,6 +1,7 @@
 #include "masterdatascreens.h"
 
 #include "frmiva.h"
+#include "frmopzioni.h"
 #include "frmsimpleform.h"
 #include "screenregistry.h"
 
@@ -10,6 +11,11 @@ void registerMasterdataScreens()
         auto* screen = new frmIva(parent);
         screen->startMe(false, true, 0);
         return screen;
+    }, true});
+
+    // A settings dialog with OK and Annulla: modal over the main window.
+    screens::registerScreen(QStringLiteral("frmOpzioni"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
+        return new frmOpzioni(parent);
     }, true});
 
     // One window per code table: the menu item is the argument.
