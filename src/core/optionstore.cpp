@@ -86,9 +86,63 @@ const OptionField kFirmOptions[] = {
     {"PrezzoListino", &OptionGlobals::prezzoListino},
 };
 
+// The machine options that the options screen edits: section, key, global.
+// CheckUpgrade belongs to the notice of a newer version, which writes it.
+struct MachineField
+{
+    const char* section;
+    const char* name;
+    OptionMember member;
+};
+
+const MachineField kMachineOptions[] = {
+    {"Opzioni", "LaserChar", &OptionGlobals::laserChar},
+    {"Opzioni", "ClienteChar", &OptionGlobals::clienteChar},
+    {"Options", "UsaGrassetto", &OptionGlobals::usaGrassetto},
+    {"Options", "MostraClienteVB", &OptionGlobals::mostraClienteVB},
+    {"Options", "IgnoraVerificaCodiceProdotto", &OptionGlobals::ignoraVerificaCodiceProdotto},
+};
+
 bool machineFlag(QSettings& s, const char* key)
 {
     return asFlag(s.value(QLatin1String(key), QStringLiteral("0")).toString());
+}
+
+const OptionMember* memberOf(const QString& nome)
+{
+    for (const OptionField& field : kFirmOptions)
+        if (nome == QLatin1String(field.name))
+            return &field.member;
+    for (const MachineField& field : kMachineOptions)
+        if (nome == QLatin1String(field.name))
+            return &field.member;
+    return nullptr;
+}
+
+QString memberText(const OptionGlobals& o, const OptionMember& member)
+{
+    return std::visit([&](auto m) -> QString {
+        using Type = std::remove_cvref_t<decltype(o.*m)>;
+        if constexpr (std::is_same_v<Type, QString>)
+            return o.*m;
+        else if constexpr (std::is_same_v<Type, bool>)
+            return (o.*m) ? QStringLiteral("1") : QStringLiteral("0");
+        else
+            return QString::number(o.*m);
+    }, member);
+}
+
+void setMember(OptionGlobals& o, const OptionMember& member, const QString& value)
+{
+    std::visit([&](auto m) {
+        using Type = std::remove_reference_t<decltype(o.*m)>;
+        if constexpr (std::is_same_v<Type, QString>)
+            o.*m = value;
+        else if constexpr (std::is_same_v<Type, bool>)
+            o.*m = asFlag(value);
+        else
+            o.*m = asInt(value);
+    }, member);
 }
 } // namespace
 
@@ -148,16 +202,7 @@ void loadOptionGlobals()
 {
     OptionGlobals& o = gOptions();
     for (const OptionField& field : kFirmOptions) {
-        const QString value = getOpzione(QLatin1String(field.name));
-        std::visit([&](auto member) {
-            using Type = std::remove_reference_t<decltype(o.*member)>;
-            if constexpr (std::is_same_v<Type, QString>)
-                o.*member = value;
-            else if constexpr (std::is_same_v<Type, bool>)
-                o.*member = asFlag(value);
-            else
-                o.*member = asInt(value);
-        }, field.member);
+        setMember(o, field.member, getOpzione(QLatin1String(field.name)));
     }
     if (o.venditoreChar.isEmpty())
         o.venditoreChar = QStringLiteral("%");
@@ -173,4 +218,46 @@ void loadOptionGlobals()
     o.ignoraVerificaCodiceProdotto = machineFlag(s, "IgnoraVerificaCodiceProdotto");
     o.checkUpgrade = machineFlag(s, "CheckUpgrade");
     s.endGroup();
+}
+
+QStringList firmOptionNames()
+{
+    QStringList names;
+    for (const OptionField& field : kFirmOptions)
+        names << QLatin1String(field.name);
+    return names;
+}
+
+QString optionText(const OptionGlobals& options, const QString& nome)
+{
+    const OptionMember* member = memberOf(nome);
+    return member ? memberText(options, *member) : QString();
+}
+
+bool setOptionText(OptionGlobals& options, const QString& nome, const QString& valore)
+{
+    const OptionMember* member = memberOf(nome);
+    if (!member)
+        return false;
+    setMember(options, *member, valore);
+    if (options.venditoreChar.isEmpty())
+        options.venditoreChar = QStringLiteral("%");   // as at start
+    return true;
+}
+
+void saveMachineOptions(const OptionGlobals& options)
+{
+    QSettings& s = machineSettings();
+    for (const MachineField& field : kMachineOptions)
+        s.setValue(QLatin1String(field.section) + QLatin1Char('/') + QLatin1String(field.name),
+                   memberText(options, field.member));
+    s.sync();
+}
+
+void saveOptionGlobals()
+{
+    const OptionGlobals& o = gOptions();
+    for (const OptionField& field : kFirmOptions)
+        setOpzione(QLatin1String(field.name), memberText(o, field.member));
+    saveMachineOptions(o);
 }

@@ -5,6 +5,7 @@
 // start and written by the options screen.
 
 #include <QString>
+#include <QStringList>
 
 // The value of an option, or an empty text (after an error report) when the
 // row is missing or Null.
@@ -81,3 +82,22 @@ OptionGlobals& gOptions();
 // Reads every firm option, in the order of the option table, and the machine
 // options into gOptions().
 void loadOptionGlobals();
+
+// The firm options' names, in the order of the option table.
+QStringList firmOptionNames();
+
+// The global of an option (firm or machine, by its key) as text, the way the
+// table keeps it: digits for numbers and keys, "0" or "1" for flags. Empty
+// for an unknown name.
+QString optionText(const OptionGlobals& options, const QString& nome);
+
+// Sets the global of an option from text, read as at start (not a number
+// gives 0). False for an unknown name.
+bool setOptionText(OptionGlobals& options, const QString& nome, const QString& valore);
+
+// Writes the machine options of the globals to the settings store.
+void saveMachineOptions(const OptionGlobals& options);
+
+// Writes every firm option of gOptions() by setOpzione, in the order of the
+// option table, then the machine options.
+void saveOptionGlobals();

@@ -3,6 +3,7 @@
 #include "ctablescreen.h"
 #include "frmcausali.h"
 #include "frmiva.h"
+#include "frmopzioni.h"
 #include "frmpianoconti.h"
 #include "frmricercaconto.h"
 #include "frmsimpleform.h"
@@ -64,6 +65,11 @@ void registerMasterdataScreens()
         auto* dialog = new frmRicercaConto(parent);
         dialog->getData();
         return dialog;
+    }, true});
+
+    // A settings dialog with OK and Annulla: modal over the main window.
+    screens::registerScreen(QStringLiteral("frmOpzioni"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
+        return new frmOpzioni(parent);
     }, true});
 
     // One window per code table: the menu item is the argument.

@@ -1,0 +1,238 @@
+#include "opzionicampi.h"
+
+#include "lookups.h"
+
+#include <QDir>
+
+namespace opzioni {
+
+namespace {
+
+bool validaIvaSenzaValore(QString& codice, QString& descrizione, int& rid)
+{
+    Single valore = 0;
+    return validaIva(codice, descrizione, rid, valore);
+}
+
+const Tabella kIva{"Iva", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaIvaSenzaValore};
+const Tabella kCategorieSconti{"CategorieSconti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCategoriaSconto};
+const Tabella kClienti{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4C\u00A4", "DENOMINAZIONE", validaCliente};
+const Tabella kFornitori{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4F\u00A4", "DENOMINAZIONE", validaFornitore};
+const Tabella kTipoDocumenti{"TipoDocumenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaDocumento};
+const Tabella kCausali{"Causali", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCausale};
+// The chart of accounts reads best in the order of its codes.
+const Tabella kPianoConti{"PianoConti", "CODICE", "DESCRIZIONE", "", "CODICE", validaConto};
+const Tabella kGruppi{"Gruppi", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaGruppo};
+const Tabella kMarche{"Marche", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaMarca};
+const Tabella kPagamenti{"Pagamenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaPagamento};
+const Tabella kUnitaMisura{"UnitaMisura", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaUnitaMisura};
+const Tabella kCollezioni{"Collezioni", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCollezione};
+
+Campo semplice(const char* opzione, const char* controllo, Controllo tipo, Frame frame, const char* etichetta,
+               int lunghezza = 0)
+{
+    Campo c{opzione, controllo, tipo, frame, etichetta};
+    c.lunghezza = lunghezza;
+    return c;
+}
+
+// The browse buttons are numbered in the order of the option table.
+Campo chiave(const char* opzione, const char* controllo, Frame frame, const char* etichetta, const Tabella& tabella,
+             int sfoglia)
+{
+    Campo c{opzione, controllo, Controllo::Chiave, frame, etichetta};
+    c.tabella = &tabella;
+    c.sfoglia = sfoglia;
+    return c;
+}
+
+Campo flag(const char* opzione, const char* controllo, Frame frame, const char* etichetta)
+{
+    return Campo{opzione, controllo, Controllo::Flag, frame, etichetta};
+}
+
+Campo nelPannello(Campo c, const char* contenitore)
+{
+    c.contenitore = contenitore;
+    return c;
+}
+
+Campo diMacchina(Campo c)
+{
+    c.macchina = true;
+    return c;
+}
+
+QList<Campo> costruisci()
+{
+    using C = Controllo;
+    return {
+        // Opzioni Generali
+        semplice("AnnoCorrente", "txtAnnoCorrente", C::Anno, Generali, "Anno corrente:", 4),
+        semplice("DecimaliDopo", "txtDecimalAfter", C::Intero, Generali, "Decimali dopo la virgola:", 1),
+        chiave("CatPrezziNetti", "txtCatPrezziNetti", Generali, "Categoria prezzi netti:", kCategorieSconti, 1),
+        diMacchina(flag("UsaGrassetto", "chkUsaGrassetto", Generali, "Usa il grassetto negli elenchi")),
+
+        // Opzioni Contabili
+        chiave("ContoClienti", "txtContoClienti", Conti, "Conto clienti:", kPianoConti, 5),
+        chiave("ContoFornitori", "txtContoFornitori", Conti, "Conto fornitori:", kPianoConti, 6),
+        flag("BloccoPN", "chkBloccoPN", Conti, "Non bloccare la prima nota generata dai documenti"),
+        flag("DescPN", "chkDescPN", Conti, "In prima nota usa il documento d'origine del movimento"),
+        flag("FidoAllaData", "chkFido", Conti, "Calcola il fido alla data di sistema"),
+        flag("NoShowCptEstratto", "chkNoShowCptEstratto", Conti, "Estratto conto senza ricerca della contropartita"),
+
+        // Prodotti
+        chiave("RidIvaProdotti", "txtIva", Prodotti, "Aliquota Iva:", kIva, 16),
+        chiave("RidUMProdotti", "txtUnitaMisura", Prodotti, "Unità di misura:", kUnitaMisura, 17),
+        chiave("RidMarcaProdotti", "txtMarcaPredefinita", Prodotti, "Marca:", kMarche, 18),
+        chiave("RidCollezioneProdotti", "txtCollezionePredefinita", Prodotti, "Collezione:", kCollezioni, 19),
+        flag("PrezzoMedio", "chkPrezzoMedio", Prodotti, "Valorizza il magazzino a prezzo medio"),
+        nelPannello(semplice("MesiPrezzoMedio", "txtMesiPrezzoMedio", C::Intero, Prodotti, "Mesi:", 3), "pctPrezzoMedio"),
+        flag("SottoScorta", "chkSottoScorta", Prodotti, "Controlla i prodotti sotto scorta"),
+        nelPannello(semplice("BloccaSottoScorta", "optBloccaSottoScorta", C::Opzione, Prodotti, "Blocca"), "pctSottoScorta"),
+        nelPannello(semplice("AvvisaSottoScorta", "optAvvisaSottoScorta", C::Opzione, Prodotti, "Avvisa"), "pctSottoScorta"),
+        flag("PrezzoListino", "chkPrezzoListino", Prodotti, "Non chiedere se cambiare il prezzo di listino"),
+        diMacchina(flag("IgnoraVerificaCodiceProdotto", "chkIgnoraVerificaCodiceProdotto", Prodotti,
+                        "Ignora la verifica del codice prodotto")),
+
+        // Vendita al Banco
+        chiave("ClientePredefinito", "txtCliente", VenditaBanco, "Cliente:", kClienti, 2),
+        chiave("TipoDocVb", "txtDocumentoVB", VenditaBanco, "Documento:", kTipoDocumenti, 3),
+        chiave("CausalePagVb", "txtCausalePagVB", VenditaBanco, "Causale pagamento:", kCausali, 4),
+        chiave("PagamentoVB", "txtPagamento", VenditaBanco, "Pagamento:", kPagamenti, 15),
+        semplice("VenditoreChar", "txtVenditoreChar", C::Testo, VenditaBanco, "Prefisso tessera venditore:", 5),
+        diMacchina(semplice("ClienteChar", "txtClienteChar", C::Testo, VenditaBanco, "Prefisso tessera cliente:", 5)),
+        diMacchina(semplice("LaserChar", "txtLaserChar", C::Testo, VenditaBanco, "Intestazione lettore CCD:", 5)),
+        diMacchina(flag("MostraClienteVB", "chkMostraCVB", VenditaBanco, "Usa questo cliente quando è omesso")),
+        flag("LockVBEdit", "chkLockVBEdit", VenditaBanco, "Blocca modifica ed eliminazione delle vendite"),
+        flag("LockVBPrezzo", "chkBloccoPrezzo", VenditaBanco, "Blocca prezzo e sconti del cliente"),
+        flag("PagatoAltriClienti", "chkPagatoAltriClienti", VenditaBanco, "Imposta pagato per gli altri clienti"),
+        flag("VenditoriObbligatori", "chkVenditoriObbligatori", VenditaBanco, "Venditore obbligatorio"),
+        flag("VenditoriBlocco", "chkVenditoriBlocco", VenditaBanco, "Blocca a fine vendita"),
+        flag("VenditeGiorniDiversi", "chkVenditeGiorniDiversi", VenditaBanco, "Controlla le vendite in giorni diversi"),
+        nelPannello(semplice("BloccaVenditeGiorniDiversi", "optBloccaVenditeGiorniDiversi", C::Opzione, VenditaBanco,
+                             "Blocca"),
+                    "pctVenditeGiorniDiversi"),
+        nelPannello(semplice("AvvisaVenditeGiorniDiversi", "optAvvisaVenditeGiorniDiversi", C::Opzione, VenditaBanco,
+                             "Avvisa"),
+                    "pctVenditeGiorniDiversi"),
+
+        // Impostazioni Documenti
+        semplice("TipoStampaDistinta", "optDistintaBase", C::OpzioniIndice, DistintaBase, "Stampa della distinta base"),
+        semplice("DistintaBase", "txtDistintaBase", C::Testo, DistintaBase, "Carattere della distinta base:", 1),
+        semplice("RigaLibera", "txtRigaLibera", C::Testo, DistintaBase, "Carattere della riga libera:", 1),
+        chiave("IvaPredRigaLibera", "txtIvaRigaLibera", DistintaBase, "Iva della riga libera:", kIva, 0),
+        chiave("DocConversione", "txtDocConversione", DistintaBase, "Conversione in fattura:", kTipoDocumenti, 13),
+        chiave("DocConversioneDDT", "txtDocConversioneDDT", DistintaBase, "Conversione in DDT:", kTipoDocumenti, 14),
+        flag("MostraTotaleRigaMov", "chkMostraTotRiga", DistintaBase, "Mostra il totale di riga nei documenti"),
+        flag("UsaPrezziIva", "chkPrezziIva", DistintaBase, "Prezzi Iva compresa"),
+        semplice("PiePagina", "txtPiePagina", C::TestoMultiriga, DistintaBase, "Piè di pagina:"),
+
+        // Elenco Speciale
+        semplice("ReportElencoSpeciale", "cmbReport", C::ComboReport, ElencoSpeciale, "Report:"),
+        semplice("NumeratoreElencoSpeciale", "cmbNumeratore", C::ComboNumeratore, ElencoSpeciale, "Numeratore:"),
+
+        // Conversione Ordini - Prodotti
+        chiave("GruppoPredefinito", "txtGruppoPredef", Promozioni, "Gruppo predefinito:", kGruppi, 7),
+        chiave("GruppoProdInteg", "txtGruppoProdInteg", Promozioni, "Gruppo produzione integrativa:", kGruppi, 8),
+        chiave("GruppoProdCL", "txtGruppoProdCL", Promozioni, "Gruppo produzione conto lavoro:", kGruppi, 9),
+        chiave("Marca", "txtMarca", Promozioni, "Marca:", kMarche, 10),
+        chiave("Fornitore", "txtFornitore", Promozioni, "Fornitore:", kFornitori, 11),
+        chiave("TipoDocProd", "txtTipoDocProd", Promozioni, "Documento di produzione:", kTipoDocumenti, 12),
+    };
+}
+
+} // namespace
+
+QString Campo::etichettaDescrizione() const
+{
+    return QStringLiteral("lbl") + QString::fromLatin1(controllo).mid(3);
+}
+
+const QList<Campo>& campi()
+{
+    static const QList<Campo> list = costruisci();
+    return list;
+}
+
+const Campo* campo(const QString& controllo)
+{
+    for (const Campo& c : campi())
+        if (controllo == QLatin1String(c.controllo))
+            return &c;
+    return nullptr;
+}
+
+QStringList captionsDistintaBase()
+{
+    return {QStringLiteral("completa"), QStringLiteral("come unico prodotto"), QStringLiteral("come composizione")};
+}
+
+const QList<Dipendenza>& dipendenze()
+{
+    static const QList<Dipendenza> list = {
+        {"chkPrezzoMedio", "pctPrezzoMedio", true},
+        {"chkSottoScorta", "pctSottoScorta", true},
+        {"chkVenditeGiorniDiversi", "pctVenditeGiorniDiversi", true},
+        {"chkVenditoriObbligatori", "chkVenditoriBlocco", false},
+    };
+    return list;
+}
+
+QString sqlRicerca(const Tabella& t)
+{
+    QString sql = QStringLiteral("SELECT RID, ") + QLatin1String(t.colonnaCodice) + QStringLiteral(", ")
+        + QLatin1String(t.colonnaDescrizione) + QStringLiteral(" FROM ") + QLatin1String(t.nome);
+    if (*t.condizione)
+        sql += QStringLiteral(" WHERE ") + QString::fromUtf8(t.condizione);
+    return sql + QStringLiteral(" ORDER BY ") + QLatin1String(t.ordine) + QLatin1Char(' ');
+}
+
+bool valida(const Campo& c, QString& codice, QString& descrizione, int& rid)
+{
+    if (!c.tabella)
+        return false;
+    return c.tabella->valida(codice, descrizione, rid);
+}
+
+QString captionFrame(Frame frame)
+{
+    switch (frame) {
+    case Generali: return QStringLiteral("Opzioni Generali");
+    case Conti: return QStringLiteral("Opzioni Contabili");
+    case Prodotti: return QStringLiteral("Prodotti");
+    case VenditaBanco: return QStringLiteral("Vendita al Banco");
+    case DistintaBase: return QStringLiteral("Impostazioni Documenti");
+    case Logo: return QStringLiteral("Logo azienda");
+    case ElencoSpeciale: return QStringLiteral("Elenco Speciale");
+    case Promozioni: return QStringLiteral("Conversione Ordini - Prodotti");
+    }
+    return QString();
+}
+
+QString nomeFrame(Frame frame)
+{
+    static const char* const nomi[] = {"fraGenerali", "fraConti", "fraProdotti", "fraVenditaBanco",
+                                       "fraDistintaBase", "fraLogo", "fraElencoSpeciale", "fraPromozioni"};
+    return QLatin1String(nomi[frame]);
+}
+
+QString primoCampo(Frame frame)
+{
+    switch (frame) {
+    case Generali: return QStringLiteral("txtAnnoCorrente");
+    case Conti: return QStringLiteral("txtContoClienti");
+    case VenditaBanco: return QStringLiteral("txtCliente");
+    case Promozioni: return QStringLiteral("txtGruppoProdInteg");
+    default: return QString();
+    }
+}
+
+QStringList fileReport(const QString& cartella)
+{
+    if (cartella.isEmpty())
+        return {};
+    return QDir(cartella).entryList({QStringLiteral("*.rpt")}, QDir::Files, QDir::Name | QDir::IgnoreCase);
+}
+
+} // namespace opzioni
