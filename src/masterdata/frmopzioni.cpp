@@ -1,5 +1,7 @@
 #include "frmopzioni.h"
 
+#include "clookupfield.h"
+
 #include "cinputs.h"
 #include "ckeyfunction.h"
 #include "dialogservice.h"
@@ -254,7 +256,6 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     auto* box = new cTextBox(edit, numero ? typedinput::InteroNonFormattato : typedinput::Testo, this);
     box->setCaseState(1);
     box->setCKeyRef(m_keys);
-    edit->installEventFilter(this);
     auto* button = new QToolButton(row);
     button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(campo.sfoglia));
     button->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));
@@ -269,7 +270,13 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     layout->addWidget(button);
     layout->addSpacing(6);
     layout->addWidget(descrizione, 1);
-    m_chiavi.append({&campo, edit, descrizione, 0, QString()});
+    const Campo* chiave = &campo;
+    auto* lookup = new cLookupField(
+        edit, descrizione, [chiave](QString& c, QString& d, int& r) { return opzioni::valida(*chiave, c, d, r); },
+        opzioni::sqlRicerca(*campo.tabella), this);
+    lookup->setSearchTitle(titoloRicerca(campo));
+    lookup->setButton(button);
+    m_chiavi.append({&campo, lookup});
     return row;
 }
 
@@ -359,7 +366,7 @@ void frmOpzioni::caricaOpzioni()
         }
     }
     for (CampoChiave& chiave : m_chiavi)
-        mostraChiave(chiave, optionText(o, QLatin1String(chiave.campo->opzione)).toInt());
+        chiave.lookup->setRid(optionText(o, QLatin1String(chiave.campo->opzione)).toInt());
 
     const QString logo = logoazienda::percorso(gSession().strReportPath);
     if (QFile::exists(logo))
@@ -373,71 +380,13 @@ void frmOpzioni::initReport()
     combo->addItems(opzioni::fileReport(gSession().strReportPath));
 }
 
-// Shows the code and description of a key; a key that no longer exists
-// shows nothing and counts as none.
-void frmOpzioni::mostraChiave(CampoChiave& chiave, int rid)
-{
-    QString codice;
-    QString descrizione;
-    if (rid > 0 && !opzioni::valida(*chiave.campo, codice, descrizione, rid))
-        rid = 0;
-    chiave.rid = rid > 0 ? rid : 0;
-    chiave.codice = chiave.rid > 0 ? codice : QString();
-    chiave.edit->setText(chiave.codice);
-    chiave.descrizione->setText(chiave.rid > 0 ? descrizione : QString());
-}
-
 // --- the fields -------------------------------------------------------------
-
-bool frmOpzioni::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::FocusOut) {
-        for (CampoChiave& chiave : m_chiavi)
-            if (chiave.edit == watched) {
-                lasciaChiave(chiave);
-                break;
-            }
-    }
-    return QDialog::eventFilter(watched, event);
-}
-
-// Leaving a key field looks up a code that has changed; an unknown one is
-// told and emptied with its description.
-void frmOpzioni::lasciaChiave(CampoChiave& chiave)
-{
-    if (m_validando)
-        return;
-    const QString typed = chiave.edit->text().trimmed();
-    if (typed == chiave.codice)
-        return;
-    m_validando = true;
-    QString codice = typed;
-    QString descrizione;
-    int rid = 0;
-    if (!typed.isEmpty() && opzioni::valida(*chiave.campo, codice, descrizione, rid)) {
-        chiave.rid = rid;
-        chiave.codice = codice;
-    } else {
-        chiave.rid = 0;
-        chiave.codice.clear();
-        descrizione.clear();
-    }
-    chiave.edit->setText(chiave.codice);
-    chiave.descrizione->setText(descrizione);
-    m_validando = false;
-}
 
 void frmOpzioni::cmdSfoglia_Click(int index)
 {
-    for (CampoChiave& chiave : m_chiavi) {
-        if (chiave.campo->sfoglia != index)
-            continue;
-        const int rid = frmRicerca::cerca(opzioni::sqlRicerca(*chiave.campo->tabella), titoloRicerca(*chiave.campo));
-        if (rid > 0)
-            mostraChiave(chiave, rid);
-        chiave.edit->setFocus();
-        return;
-    }
+    for (const CampoChiave& chiave : std::as_const(m_chiavi))
+        if (chiave.campo->sfoglia == index)
+            chiave.lookup->browse();
 }
 
 void frmOpzioni::onFunctionKey(const QString& controlName, int keyCode, int)
@@ -504,7 +453,7 @@ void frmOpzioni::copiaInGlobali()
         case Controllo::Chiave:
             for (const CampoChiave& chiave : m_chiavi)
                 if (chiave.campo == &campo)
-                    valore = QString::number(chiave.rid);
+                    valore = QString::number(chiave.lookup->rid());
             break;
         case Controllo::Flag:
         case Controllo::Opzione:
@@ -536,8 +485,8 @@ void frmOpzioni::copiaInGlobali()
 void frmOpzioni::cmdOk_Click()
 {
     // A code typed and not yet left is looked up first, as leaving the field would.
-    for (CampoChiave& chiave : m_chiavi)
-        lasciaChiave(chiave);
+    for (const CampoChiave& chiave : std::as_const(m_chiavi))
+        chiave.lookup->validate();
     copiaInGlobali();
     saveOptionGlobals();
     if (!m_logoNuovo.isNull() && !logoazienda::salva(m_logoNuovo, gSession().strReportPath))

@@ -14,6 +14,7 @@ class QLineEdit;
 class QTabWidget;
 class QVBoxLayout;
 class cKeyFunction;
+class cLookupField;
 
 namespace opzioni {
 struct Campo;
@@ -30,18 +31,12 @@ public:
     void cmdSfoglia_Click(int index);
     void cmdLogoStretch_Click();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    // A field that holds the code of another table's row; the key is kept here.
+    // A field that holds the code of another table's row.
     struct CampoChiave
     {
         const opzioni::Campo* campo;
-        QLineEdit* edit;
-        QLabel* descrizione;
-        int rid = 0;
-        QString codice;     // the code last validated
+        cLookupField* lookup;
     };
 
     void costruisci();
@@ -53,8 +48,6 @@ private:
 
     void caricaOpzioni();
     void initReport();
-    void mostraChiave(CampoChiave& chiave, int rid);
-    void lasciaChiave(CampoChiave& chiave);
     void copiaInGlobali();
     void caricaImmagine(const QString& file);
     void mostraLogo(const QImage& logo);
@@ -69,5 +62,4 @@ private:
     QList<CampoChiave> m_chiavi;
     QLabel* m_pctImmagine = nullptr;
     QImage m_logoNuovo;     // chosen, written at OK
-    bool m_validando = false;
 };

@@ -18,7 +18,7 @@ cLookupField::cLookupField(QLineEdit* field, QLabel* label, Validator validate, 
     , m_validate(std::move(validate))
     , m_searchSql(searchSql)
 {
-    connect(field, &QLineEdit::editingFinished, this, &cLookupField::validateTyped);
+    connect(field, &QLineEdit::editingFinished, this, &cLookupField::validate);
 }
 
 void cLookupField::show(const QString& code, const QString& description)
@@ -39,15 +39,16 @@ void cLookupField::setRid(int rid)
     clear();
     if (rid < 1)
         return;
+    // A key whose row no longer exists shows nothing and counts as none.
     QString code, description;
     int found = rid;
-    if (m_validate(code, description, found)) {
+    if (m_validate(code, description, found) && found > 0) {
         m_rid = found;
         show(code, description);
     }
 }
 
-void cLookupField::validateTyped()
+void cLookupField::validate()
 {
     const QString typed = m_field->text().trimmed();
     if (typed == m_shownCode)
@@ -67,7 +68,7 @@ void cLookupField::browse()
 {
     if (!m_field->isEnabled())
         return;
-    const int chosen = frmRicerca::cerca(m_searchSql);
+    const int chosen = frmRicerca::cerca(m_searchSql, m_searchTitle);
     if (chosen <= 0)
         return;
     const int before = m_rid;

@@ -19,7 +19,8 @@ class cLookupField : public QObject
     Q_OBJECT
 
 public:
-    // The valida... procedure: code, description and key by reference.
+    // The valida... procedure: code, description and key by reference;
+    // true when a row was found.
     using Validator = std::function<bool(QString& codice, QString& descrizione, int& rid)>;
 
     cLookupField(QLineEdit* field, QLabel* label, Validator validate, const QString& searchSql, QObject* parent);
@@ -30,6 +31,9 @@ public:
     void clear();
     // Searches the table and takes the row chosen.
     void browse();
+    void setSearchTitle(const QString& title) { m_searchTitle = title; }
+    // Looks up a code typed and not yet left, as leaving the field does.
+    void validate();
     // Field, label and browse button together.
     void setEnabled(bool enabled);
     // The browse button that goes with the field (its click calls browse()).
@@ -47,7 +51,6 @@ Q_SIGNALS:
     void changed(int rid);
 
 private:
-    void validateTyped();
     void takeBack(int rid);
     void show(const QString& code, const QString& description);
 
@@ -59,6 +62,7 @@ private:
     QVariant m_editorArgument;
     Validator m_validate;
     QString m_searchSql;
+    QString m_searchTitle;
     QString m_shownCode;
     int m_rid = 0;
 };

@@ -66,6 +66,7 @@ bool lookup(const Lookup& l, QString& codice, QString& descrizione, int& rid, co
     else
         return false;   // nothing to look for: no statement, no box
 
+    bool found = false;
     if (!where.isEmpty()) {
         QString sql = QStringLiteral("SELECT RID, ") + latin(l.codeColumn) + QStringLiteral(", ") + latin(l.descriptionColumn)
             + latin(l.extraColumns) + QStringLiteral(" FROM ") + latin(l.table) + QStringLiteral(" WHERE ") + where;
@@ -77,6 +78,7 @@ bool lookup(const Lookup& l, QString& codice, QString& descrizione, int& rid, co
                 codice = rs->value(latin(l.codeColumn)).toString();
                 descrizione = rs->text(latin(l.descriptionColumn));
                 rid = int(rs->integer(QStringLiteral("RID")));
+                found = true;
                 if (extras)
                     extras(*rs);
             }
@@ -87,9 +89,8 @@ bool lookup(const Lookup& l, QString& codice, QString& descrizione, int& rid, co
     if (rid < 1) {
         showNotFound(codice);
         codice.clear();
-        return false;
     }
-    return true;
+    return found;
 }
 
 const Lookup kAnagrafe{"validaAnagrafe", "Anagrafiche", "NUMERO", "DENOMINAZIONE"};

@@ -5,7 +5,7 @@
 // output. When nothing is found the box "Codice: ... inesistente!" appears
 // and the code comes back empty; the key keeps what the caller passed, so a
 // caller clears it before looking up a code. They return whether a row was
-// found. No widgets here: the document editor calls them too.
+// found (a key whose row is gone comes back unchanged, without the box). No widgets here: the document editor calls them too.
 
 #include "single.h"
 
