@@ -87,6 +87,8 @@ frmMain::frmMain(frmSplash* splash, QWidget* parent)
     adaptMenuToMode();
     setToolbar();
     fillMenuDocumenti();
+    screens::onDocumentTypesChanged(this, [this] { fillMenuDocumenti(); });
+    screens::setScreenOpener(this, [this](const QString& name, const QVariant& argument) { openScreen(name, argument); });
     dialogs::setOwnerWindow(this);
     setBackground();
     setWindowTitle(mainWindowTitle());

@@ -1,6 +1,9 @@
 #include "screenregistry.h"
 
+#include <QList>
 #include <QMap>
+#include <QObject>
+#include <QPointer>
 
 namespace screens {
 
@@ -9,6 +12,30 @@ QMap<QString, ScreenEntry>& registry()
 {
     static QMap<QString, ScreenEntry> entries;
     return entries;
+}
+
+struct Subscriber
+{
+    QPointer<QObject> receiver;
+    std::function<void()> handler;
+};
+
+QList<Subscriber>& documentTypeSubscribers()
+{
+    static QList<Subscriber> subscribers;
+    return subscribers;
+}
+
+struct Opener
+{
+    QPointer<QObject> receiver;
+    std::function<void(const QString&, const QVariant&)> open;
+};
+
+Opener& opener()
+{
+    static Opener current;
+    return current;
 }
 } // namespace
 
@@ -26,6 +53,34 @@ const ScreenEntry* findScreen(const QString& name)
 QStringList registeredScreens()
 {
     return registry().keys();
+}
+
+void notifyDocumentTypesChanged()
+{
+    QList<Subscriber>& subscribers = documentTypeSubscribers();
+    subscribers.removeIf([](const Subscriber& s) { return s.receiver.isNull(); });
+    // A handler may subscribe again: call a copy.
+    const QList<Subscriber> current = subscribers;
+    for (const Subscriber& s : current)
+        if (s.receiver)
+            s.handler();
+}
+
+void onDocumentTypesChanged(QObject* receiver, std::function<void()> handler)
+{
+    documentTypeSubscribers().append({receiver, std::move(handler)});
+}
+
+void requestScreen(const QString& name, const QVariant& argument)
+{
+    const Opener current = opener();
+    if (current.receiver && current.open)
+        current.open(name, argument);
+}
+
+void setScreenOpener(QObject* receiver, std::function<void(const QString&, const QVariant&)> open)
+{
+    opener() = {receiver, std::move(open)};
 }
 
 } // namespace screens

@@ -8,6 +8,7 @@
 #include <QVariant>
 #include <functional>
 
+class QObject;
 class QWidget;
 
 namespace screens {
@@ -30,5 +31,16 @@ struct ScreenEntry
 void registerScreen(const QString& name, ScreenEntry entry);
 const ScreenEntry* findScreen(const QString& name);
 QStringList registeredScreens();
+
+// A screen saved or deleted a document type: whoever shows the types (the
+// main window's document menu) reads them again. A subscription ends with
+// its receiver.
+void notifyDocumentTypesChanged();
+void onDocumentTypesChanged(QObject* receiver, std::function<void()> handler);
+
+// A screen asks for another one (a related record's own screen); the main
+// window opens it as from the menu. Nothing happens without an opener.
+void requestScreen(const QString& name, const QVariant& argument = QVariant());
+void setScreenOpener(QObject* receiver, std::function<void(const QString& name, const QVariant& argument)> opener);
 
 } // namespace screens
