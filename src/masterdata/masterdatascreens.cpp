@@ -1,6 +1,7 @@
 #include "masterdatascreens.h"
 
 #include "frmiva.h"
+#include "frmnumeratori.h"
 #include "frmsimpleform.h"
 #include "screenregistry.h"
 
@@ -10,6 +11,10 @@ void registerMasterdataScreens()
         auto* screen = new frmIva(parent);
         screen->startMe(false, true, 0);
         return screen;
+    }, true});
+
+    screens::registerScreen(QStringLiteral("frmNumeratori"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
+        return new frmNumeratori(parent);
     }, true});
 
     // One window per code table: the menu item is the argument.
