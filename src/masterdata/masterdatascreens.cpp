@@ -2,6 +2,7 @@
 
 #include "frmiva.h"
 #include "frmnumeratori.h"
+#include "frmtipodocumento.h"
 #include "frmsimpleform.h"
 #include "screenregistry.h"
 
@@ -10,6 +11,13 @@ void registerMasterdataScreens()
     screens::registerScreen(QStringLiteral("frmIva"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
         auto* screen = new frmIva(parent);
         screen->startMe(false, true, 0);
+        return screen;
+    }, true});
+
+    screens::registerScreen(QStringLiteral("frmTipoDocumento"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
+        auto* screen = new frmTipoDocumento(parent);
+        // Descriptions keep their case: they are the captions of the document menu.
+        screen->startMe(true, true, 0);
         return screen;
     }, true});
 
