@@ -88,6 +88,7 @@ frmMain::frmMain(frmSplash* splash, QWidget* parent)
     adaptMenuToMode();
     setToolbar();
     fillMenuDocumenti();
+    screens::onDocumentTypesChanged(this, [this] { fillMenuDocumenti(); });
     dialogs::setOwnerWindow(this);
     setBackground();
     setWindowTitle(mainWindowTitle());

@@ -3,7 +3,10 @@
 #include "dialogservice.h"
 
 #include <QDialog>
+#include <QList>
 #include <QMap>
+#include <QObject>
+#include <QPointer>
 #include <memory>
 
 namespace screens {
@@ -13,6 +16,18 @@ QMap<QString, ScreenEntry>& registry()
 {
     static QMap<QString, ScreenEntry> entries;
     return entries;
+}
+
+struct Subscriber
+{
+    QPointer<QObject> receiver;
+    std::function<void()> handler;
+};
+
+QList<Subscriber>& documentTypeSubscribers()
+{
+    static QList<Subscriber> subscribers;
+    return subscribers;
 }
 
 Opener& opener()
@@ -61,6 +76,22 @@ QWidget* openScreen(const QString& name, const QVariant& argument)
     screen->setAttribute(Qt::WA_DeleteOnClose);
     screen->show();
     return screen;
+}
+
+void notifyDocumentTypesChanged()
+{
+    QList<Subscriber>& subscribers = documentTypeSubscribers();
+    subscribers.removeIf([](const Subscriber& s) { return s.receiver.isNull(); });
+    // A handler may subscribe again: call a copy.
+    const QList<Subscriber> current = subscribers;
+    for (const Subscriber& s : current)
+        if (s.receiver)
+            s.handler();
+}
+
+void onDocumentTypesChanged(QObject* receiver, std::function<void()> handler)
+{
+    documentTypeSubscribers().append({receiver, std::move(handler)});
 }
 
 } // namespace screens

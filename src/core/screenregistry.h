@@ -8,6 +8,7 @@
 #include <QVariant>
 #include <functional>
 
+class QObject;
 class QWidget;
 
 namespace screens {
@@ -37,5 +38,11 @@ QStringList registeredScreens();
 QWidget* openScreen(const QString& name, const QVariant& argument = QVariant());
 using Opener = std::function<QWidget*(const QString& name, const QVariant& argument)>;
 void setOpener(Opener opener);
+
+// A screen saved or deleted a document type: whoever shows the types (the
+// main window's document menu) reads them again. A subscription ends with
+// its receiver.
+void notifyDocumentTypesChanged();
+void onDocumentTypesChanged(QObject* receiver, std::function<void()> handler);
 
 } // namespace screens

@@ -3,21 +3,24 @@
 #include "ctablescreen.h"
 #include "frmcausali.h"
 #include "frmiva.h"
+#include "frmnumeratori.h"
 #include "frmopzioni.h"
 #include "frmpianoconti.h"
 #include "frmricercaconto.h"
+#include "frmtipodocumento.h"
 #include "frmsimpleform.h"
 #include "screenregistry.h"
 
 namespace {
 
-// A record screen of the menu, opened on a new record.
+// A record screen: on a new record from the menu, on the record whose key
+// is the argument when another screen opens it.
 template <typename Screen>
 void registerRecordScreen(const char* name, bool keepCase)
 {
-    screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [keepCase](QWidget* parent, const QVariant&) -> QWidget* {
+    screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [keepCase](QWidget* parent, const QVariant& rid) -> QWidget* {
         auto* screen = new Screen(parent);
-        screen->startMe(keepCase, true, 0);
+        screen->startMe(keepCase, rid.toInt() <= 0, rid.toInt());
         return screen;
     }, true});
 }
@@ -70,6 +73,13 @@ void registerMasterdataScreens()
     // A settings dialog with OK and Annulla: modal over the main window.
     screens::registerScreen(QStringLiteral("frmOpzioni"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
         return new frmOpzioni(parent);
+    }, true});
+
+    // Descriptions keep their case: they are the captions of the document menu.
+    registerRecordScreen<frmTipoDocumento>("frmTipoDocumento", true);
+
+    screens::registerScreen(QStringLiteral("frmNumeratori"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
+        return new frmNumeratori(parent);
     }, true});
 
     // One window per code table: the menu item is the argument.

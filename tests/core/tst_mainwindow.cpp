@@ -107,10 +107,11 @@ private Q_SLOTS:
         QCOMPARE(documentItems(main).first()->objectName(), QStringLiteral("mnudocumento_3"));
         QCOMPARE(documentItems(main).last()->objectName(), QStringLiteral("mnudocumento_9"));
 
-        // A type marked HIDEMENU leaves the menu and the drop-down; filling twice adds nothing.
+        // A type marked HIDEMENU leaves the menu and the drop-down once a
+        // screen tells that the types changed; filling twice adds nothing.
         setHideMenu(QStringLiteral("CODICE = ¤NC¤"), 1);
-        main.fillMenuDocumenti();
-        main.fillMenuDocumenti();
+        screens::notifyDocumentTypesChanged();
+        screens::notifyDocumentTypesChanged();
         QStringList visible = seeded;
         visible.removeAll(QStringLiteral("Nota di credito"));
         QCOMPARE(captions(documentItems(main)), visible);

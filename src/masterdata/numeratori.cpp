@@ -1,0 +1,138 @@
+#include "numeratori.h"
+
+#include "cadosqlserver.h"
+#include "recordset.h"
+#include "sqlliteral.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+QString tag(const char* procedure)
+{
+    return QStringLiteral("frmNumeratori.") + QLatin1String(procedure);
+}
+
+QString insertContatore(int rid, const QString& anno, int numero)
+{
+    return QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (") + QString::number(rid)
+        + QStringLiteral(", ") + sqlText(anno) + QStringLiteral(", ") + QString::number(numero) + QStringLiteral(", ")
+        + sqlText(QStringLiteral("n/d")) + QLatin1Char(')');
+}
+
+} // namespace
+
+int valIntero(const QString& text)
+{
+    const QString t = text.trimmed();
+    qsizetype end = (t.startsWith(QLatin1Char('-')) || t.startsWith(QLatin1Char('+'))) ? 1 : 0;
+    while (end < t.size() && t.at(end).isDigit())
+        ++end;
+    bool ok = false;
+    const qlonglong value = t.left(end).toLongLong(&ok);
+    if (!ok)
+        return 0;
+    return int(std::clamp<qlonglong>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+bool numeratoriAnno(const QString& anno, QList<NumeratoreAnno>& righe)
+{
+    righe.clear();
+    const QString sql = QStringLiteral("SELECT Numeratori.RID, Numeratori.DESCRIZIONE, (Select Contatori.Numero From Contatori "
+                                       "Where Anno = ")
+        + sqlText(anno)
+        + QStringLiteral(" AND Contatori.FK_NUMERATORE = Numeratori.RID) as  Numero From Numeratori ORDER BY "
+                         "Numeratori.DESCRIZIONE ");
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag("bindList"), 2, 1, 3);
+    if (!rs) {
+        gAdoSqlServer().disconnect();
+        return false;
+    }
+    for (; !rs->eof(); rs->moveNext())
+        righe.append({int(rs->integer(QStringLiteral("RID"))), rs->text(QStringLiteral("DESCRIZIONE")),
+                      valIntero(rs->text(QStringLiteral("Numero")))});
+    rs->close();
+    gAdoSqlServer().disconnect();
+    return true;
+}
+
+int aggiungiNumeratore(const QString& descrizione, const QString& anno)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString t = tag("addNewNumeratore");
+    if (!db.beginTrasaction(t))
+        return -1;
+    const QVariant highest = db.getValueBySQL(QStringLiteral("SELECT MAX(RID) FROM Numeratori"), t);
+    // No value at all is a failed statement; a Null is an empty table.
+    const int massimo = !highest.isValid() ? -1 : (highest.isNull() ? 0 : highest.toInt());
+    const int rid = massimo + 1;
+    const bool ok = massimo >= 0
+        && db.getIDByInsert(QStringLiteral("INSERT INTO Numeratori (RID, DESCRIZIONE) VALUES (") + QString::number(rid)
+                                + QStringLiteral(", ") + sqlText(descrizione) + QLatin1Char(')'),
+                            t, QStringLiteral("RID"), QStringLiteral("Numeratori"))
+            >= 0
+        && db.executeSQL(insertContatore(rid, anno, 0), t);
+    if (!ok) {
+        db.rollbackTrasaction(t);
+        return -1;
+    }
+    if (!db.commitTrasaction(t))
+        return -1;
+    return rid;
+}
+
+QStringList tipiDocumentoDelNumeratore(int rid)
+{
+    QStringList tipi;
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT DESCRIZIONE FROM TipoDocumenti WHERE NCONTATORE = ") + QString::number(rid),
+        tag("delNumeratore"), 2, 1, 3);
+    if (!rs) {
+        gAdoSqlServer().disconnect();
+        return tipi;
+    }
+    for (; !rs->eof(); rs->moveNext())
+        tipi << rs->text(QStringLiteral("DESCRIZIONE"));
+    rs->close();
+    gAdoSqlServer().disconnect();
+    return tipi;
+}
+
+bool eliminaNumeratore(int rid)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString t = tag("delNumeratore");
+    if (!db.beginTrasaction(t))
+        return false;
+    const QString key = QString::number(rid);
+    if (!db.executeSQL(QStringLiteral("DELETE FROM Contatori WHERE FK_NUMERATORE = ") + key, t)
+        || !db.executeSQL(QStringLiteral("DELETE FROM Numeratori WHERE RID = ") + key, t)) {
+        db.rollbackTrasaction(t);
+        return false;
+    }
+    return db.commitTrasaction(t);
+}
+
+bool impostaContatore(int rid, const QString& anno, int numero)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString t = tag("getNewNumeroByNumeratore");
+    const QString key = QString::number(rid);
+    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT RID FROM Contatori WHERE ANNO = ") + sqlText(anno)
+                                             + QStringLiteral(" AND FK_NUMERATORE = ") + key,
+                                         t, 2, 1, 3);
+    if (!rs) {
+        db.disconnect();
+        return false;
+    }
+    const bool exists = !rs->eof();
+    rs->close();
+    db.disconnect();
+    if (!exists)
+        return db.executeSQL(insertContatore(rid, anno, numero), t);
+    return db.executeSQL(QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero)
+                             + QStringLiteral(" WHERE FK_NUMERATORE = ") + key + QStringLiteral(" AND  ANNO = ")
+                             + sqlText(anno),
+                         t);
+}
