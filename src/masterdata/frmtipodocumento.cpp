@@ -1,5 +1,7 @@
 #include "frmtipodocumento.h"
 
+#include "clookupfield.h"
+
 #include "cinputs.h"
 #include "frmricerca.h"
 #include "italiantext.h"
@@ -107,6 +109,8 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     // --- layout
     auto* causale = new QHBoxLayout;
     causale->setSpacing(4);
+    m_causale = addLookup(1, m_txtCausale, m_lblCausale, &validaCausale, causaleSearch());
+    m_causale->setSearchTitle(QStringLiteral("Ricerca - Causali"));
     causale->addWidget(withBrowseButton(m_txtCausale, 1));
     causale->addWidget(m_cmdCausale);
     causale->addWidget(m_lblCausale, 1);
@@ -158,12 +162,7 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     // --- wrappers
     setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
     setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
-    for (QLineEdit* text : {m_txtDescStampa, m_txtCausale}) {
-        auto* box = new cTextBox(text, typedinput::Testo, this);
-        box->setCKeyRef(keys());
-        if (text == m_txtCausale)
-            box->setCaseState(1);
-    }
+    (new cTextBox(m_txtDescStampa, typedinput::Testo, this))->setCKeyRef(keys());
     m_rda1 = new cTextBox(m_txtRDA1, typedinput::DecimaleZero, this);
     m_rda2 = new cTextBox(m_txtRDA2, typedinput::DecimaleZero, this);
     for (cTextBox* rate : {m_rda1, m_rda2})
@@ -172,7 +171,7 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
         (new cComboBox(box, this))->setCKeyRef(keys());
     for (QCheckBox* check : ordered + QList<QCheckBox*>{m_chkRDA})
         (new cCheckBox(check, this))->setCKeyRef(keys());
-    connect(m_txtCausale, &QLineEdit::editingFinished, this, &frmTipoDocumento::txtCausale_LostFocus);
+    connect(m_causale, &cLookupField::changed, this, [this](int rid) { setCausale(m_txtCausale->text(), m_lblCausale->text(), rid); });
 
     fillNumeratori();
     fillCmbReport(1, m_cmbReport);
@@ -222,7 +221,7 @@ TipoDocumento frmTipoDocumento::tipoDocumento() const
     td.codice = m_txtCodice->text().trimmed();
     td.descrizione = m_txtDescrizione->text();
     td.descStampa = m_txtDescStampa->text();
-    td.fkCausale = m_fkCausale;
+    td.fkCausale = m_causale->rid();
     td.nContatore = m_cmbNumeratore->currentIndex() < 0 ? 0 : m_cmbNumeratore->currentData().toInt();
     td.report = m_cmbReport->currentIndex() < 0 ? QString() : m_cmbReport->currentText();
     td.accompagnatorio = m_chkAccompagnatorio->isChecked();
@@ -372,49 +371,19 @@ void frmTipoDocumento::chkRDA_Click()
 
 void frmTipoDocumento::setCausale(const QString& codice, const QString& descrizione, int rid)
 {
-    m_fkCausale = rid > 0 ? rid : 0;
-    m_codCausale = m_fkCausale > 0 ? codice : QString();
-    m_txtCausale->setText(m_codCausale);
-    m_lblCausale->setText(m_fkCausale > 0 ? descrizione : QString());
-    m_cmdCausale->setEnabled(m_fkCausale > 0 && screens::findScreen(kFrmCausali));
-}
-
-void frmTipoDocumento::txtCausale_LostFocus()
-{
-    const QString codice = m_txtCausale->text().trimmed();
-    if (codice == m_codCausale)
-        return;
-    if (codice.isEmpty()) {
-        setCausale(QString(), QString(), 0);
-        return;
-    }
-    QString c = codice;
-    QString descrizione;
-    int rid = 0;
-    validaCausale(c, descrizione, rid);
-    setCausale(c, descrizione, rid);
+    m_causale->setRecord(rid, codice, descrizione);
+    m_cmdCausale->setEnabled(m_causale->rid() > 0 && screens::findScreen(kFrmCausali));
 }
 
 void frmTipoDocumento::cmdCausale_Click()
 {
-    if (m_fkCausale > 0)
-        screens::openScreen(kFrmCausali, m_fkCausale);
+    if (m_causale->rid() > 0)
+        screens::openScreen(kFrmCausali, m_causale->rid());
 }
 
 void frmTipoDocumento::cmdSfoglia_Click(int index)
 {
     switch (index) {
-    case 1: {
-        const int rid = frmRicerca::cerca(causaleSearch(), QStringLiteral("Ricerca - Causali"));
-        if (rid > 0) {
-            QString codice;
-            QString descrizione;
-            int found = rid;
-            validaCausale(codice, descrizione, found);
-            setCausale(codice, descrizione, found);
-        }
-        break;
-    }
     case 2: {
         fillNumeratori();
         const int rid = frmRicerca::cerca(numeratoriCombo(), QStringLiteral("Ricerca - Numeratori"));
@@ -428,9 +397,7 @@ void frmTipoDocumento::cmdSfoglia_Click(int index)
 
 void frmTipoDocumento::onFunctionKey(const QString& controlName, int keyCode, int shift)
 {
-    if (keyCode == 114 && controlName == m_txtCausale->objectName())
-        cmdSfoglia_Click(1);
-    else if (keyCode == 114 && controlName == m_cmbNumeratore->objectName())
+    if (keyCode == 114 && controlName == m_cmbNumeratore->objectName())
         cmdSfoglia_Click(2);
     else
         cRecordScreen::onFunctionKey(controlName, keyCode, shift);

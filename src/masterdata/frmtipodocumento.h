@@ -12,6 +12,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QToolButton;
+class cLookupField;
 
 class frmTipoDocumento : public cRecordScreen
 {
@@ -46,7 +47,6 @@ private:
     void fillNumeratori();
     void fillStampanti();
     void chkRDA_Click();
-    void txtCausale_LostFocus();
     void setCausale(const QString& codice, const QString& descrizione, int rid);
     void cmdCausale_Click();
     QString stampanteScelta() const;
@@ -75,6 +75,5 @@ private:
     cTextBox* m_rda1;
     cTextBox* m_rda2;
 
-    int m_fkCausale = 0;
-    QString m_codCausale;   // the code the causal was found by
+    cLookupField* m_causale;
 };

@@ -48,6 +48,12 @@ void cLookupField::setRid(int rid)
     }
 }
 
+void cLookupField::setRecord(int rid, const QString& code, const QString& description)
+{
+    m_rid = rid > 0 ? rid : 0;
+    show(m_rid > 0 ? code : QString(), m_rid > 0 ? description : QString());
+}
+
 void cLookupField::validate()
 {
     const QString typed = m_field->text().trimmed();

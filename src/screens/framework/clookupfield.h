@@ -28,6 +28,8 @@ public:
     int rid() const { return m_rid; }
     // Shows the row with this key (0 clears the field).
     void setRid(int rid);
+    // Shows a row already read (with the record that refers to it).
+    void setRecord(int rid, const QString& code, const QString& description);
     void clear();
     // Searches the table and takes the row chosen.
     void browse();
