@@ -200,3 +200,18 @@ QString getSqlNumberOrZero(const QVariant& value)
 {
     return sqlNumber(value, QStringLiteral("0"));
 }
+
+QString sqlInsert(const QString& table, const QStringList& columns, const QStringList& values)
+{
+    return QStringLiteral("INSERT INTO ") + table + QStringLiteral(" (") + columns.join(QStringLiteral(", "))
+        + QStringLiteral(") VALUES (") + values.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
+QString sqlUpdate(const QString& table, const QStringList& columns, const QStringList& values, int rid)
+{
+    QStringList sets;
+    for (qsizetype i = 0; i < columns.size() && i < values.size(); ++i)
+        sets << columns.at(i) + QStringLiteral(" = ") + values.at(i);
+    return QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ") + sets.join(QStringLiteral(", "))
+        + QStringLiteral(" WHERE RID = ") + QString::number(rid);
+}

@@ -9,6 +9,7 @@
 // database byte for byte whatever it holds.
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 // The text delimiter of the mark-up: "¤".
@@ -16,6 +17,11 @@ QString getSQLSeparator();
 
 // ¤value¤ with the value protected from the rewriting.
 QString sqlText(const QString& value);
+
+// "INSERT INTO table (c1, c2) VALUES (v1, v2)" and "UPDATE table SET c1 =
+// v1, c2 = v2 WHERE RID = rid", the values already written as literals.
+QString sqlInsert(const QString& table, const QStringList& columns, const QStringList& values);
+QString sqlUpdate(const QString& table, const QStringList& columns, const QStringList& values, int rid);
 
 // The protection alone, and its inverse (applied by the driver).
 QString protectSqlValue(const QString& value);

@@ -46,18 +46,12 @@ QStringList values(const Causale& c)
 
 QString insertStatement(const Causale& c)
 {
-    return QStringLiteral("INSERT INTO Causali (") + kColumns.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (")
-        + values(c).join(QStringLiteral(", ")) + QLatin1Char(')');
+    return sqlInsert(QStringLiteral("Causali"), kColumns, values(c));
 }
 
 QString updateStatement(const Causale& c, int rid)
 {
-    const QStringList v = values(c);
-    QStringList sets;
-    for (qsizetype i = 0; i < kColumns.size(); ++i)
-        sets << kColumns.at(i) + QStringLiteral(" = ") + v.at(i);
-    return QStringLiteral("UPDATE Causali SET ") + sets.join(QStringLiteral(", ")) + QStringLiteral(" WHERE RID = ")
-        + QString::number(rid);
+    return sqlUpdate(QStringLiteral("Causali"), kColumns, values(c), rid);
 }
 
 } // namespace causale

@@ -5,6 +5,7 @@
 #include "msgbox.h"
 #include "numeratori.h"
 #include "optionstore.h"
+#include "waitcursor.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -22,13 +23,6 @@ namespace {
 
 constexpr int kTwipsPerPixel = 15;
 const QString kKeyPrefix = QStringLiteral("L_");
-
-class WaitCursor
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-};
 
 struct Command
 {

@@ -342,17 +342,11 @@ bool frmTipoDocumento::saveRecord()
     return true;
 }
 
-// No check for documents of the type: the database's keys answer.
+// No check for documents of the type, and no type of the system's own: the
+// database's keys answer.
 bool frmTipoDocumento::deleteRecord()
 {
-    const int rid = currentRid();
-    if (rid <= 0)
-        return false;
-    if (msgBox(QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?"),
-               vb::YesNo | vb::Question | vb::DefaultButton2)
-        != vb::Yes)
-        return false;
-    if (!removeRecord(rid))
+    if (!cRecordScreen::deleteRecord())
         return false;
     screens::notifyDocumentTypesChanged();
     return true;

@@ -40,6 +40,7 @@ protected:
     QString updateStatement(int rid) const override;
     QString searchStatement() const override;
     void onFunctionKey(const QString& controlName, int keyCode, int shift) override;
+    bool protectsFirstRow() const override { return false; }
 
 private:
     QLineEdit* lineEdit(const char* name);

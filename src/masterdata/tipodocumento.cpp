@@ -107,18 +107,12 @@ TipoDocumento tipoDocumentoFromRecord(const Recordset& rs)
 
 QString tipoDocumentoInsert(const TipoDocumento& td)
 {
-    return QStringLiteral("INSERT INTO TipoDocumenti (") + kColumns.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (")
-        + values(td).join(QStringLiteral(", ")) + QLatin1Char(')');
+    return sqlInsert(QStringLiteral("TipoDocumenti"), kColumns, values(td));
 }
 
 QString tipoDocumentoUpdate(const TipoDocumento& td, int rid)
 {
-    const QStringList v = values(td);
-    QStringList sets;
-    for (qsizetype i = 0; i < kColumns.size(); ++i)
-        sets << kColumns.at(i) + QStringLiteral(" = ") + v.at(i);
-    return QStringLiteral("UPDATE TipoDocumenti SET ") + sets.join(QStringLiteral(", ")) + QStringLiteral(" WHERE RID = ")
-        + QString::number(rid);
+    return sqlUpdate(QStringLiteral("TipoDocumenti"), kColumns, values(td), rid);
 }
 
 QString tipoDocumentoSearch()

@@ -8,6 +8,7 @@
 #include "msgbox.h"
 #include "recordset.h"
 #include "sqlliteral.h"
+#include "waitcursor.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -22,14 +23,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-// The hourglass for the time of a database step.
-class WaitCursor
-{
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-};
 
 struct Command
 {
@@ -243,8 +236,7 @@ bool cRecordScreen::deleteRecord()
                vb::YesNo | vb::Question | vb::DefaultButton2)
         != vb::Yes)
         return false;
-    // The row with key 1 belongs to the system.
-    if (rid == 1) {
+    if (rid == 1 && protectsFirstRow()) {
         msgBox(QStringLiteral("Impossibile eliminare questo record"), vb::Critical);
         return false;
     }

@@ -73,6 +73,9 @@ protected:
     // The statement of the search behind cmdSfoglia_Click(0).
     virtual QString searchStatement() const = 0;
 
+    // The row with key 1 belongs to the system and cannot be deleted.
+    virtual bool protectsFirstRow() const { return true; }
+
     // --- for the screens
     // The area of the fields, above the commands.
     QWidget* fraMain() const { return m_fraMain; }

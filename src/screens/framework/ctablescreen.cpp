@@ -38,10 +38,7 @@ cTableScreen::cTableScreen(const QString& typeName, const QString& title, const 
 
 QString cTableScreen::selectStatement() const
 {
-    QStringList names{QStringLiteral("RID")};
-    for (const TableColumn& c : m_columns)
-        names << QString::fromLatin1(c.column);
-    return QStringLiteral("SELECT ") + names.join(QStringLiteral(", ")) + QStringLiteral(" FROM ") + m_table;
+    return QStringLiteral("SELECT RID, ") + columnNames().join(QStringLiteral(", ")) + QStringLiteral(" FROM ") + m_table;
 }
 
 void cTableScreen::clearFields()
@@ -61,24 +58,30 @@ QStringList cTableScreen::faults() const
     return requiredFaults();
 }
 
+QStringList cTableScreen::columnNames() const
+{
+    QStringList names;
+    for (const TableColumn& c : m_columns)
+        names << QString::fromLatin1(c.column);
+    return names;
+}
+
+QStringList cTableScreen::columnValues() const
+{
+    QStringList values;
+    for (QLineEdit* field : m_fields)
+        values << sqlText(field->text().trimmed());
+    return values;
+}
+
 QString cTableScreen::insertStatement() const
 {
-    QStringList names, values;
-    for (qsizetype i = 0; i < m_columns.size(); ++i) {
-        names << QString::fromLatin1(m_columns.at(i).column);
-        values << sqlText(m_fields.at(i)->text().trimmed());
-    }
-    return QStringLiteral("INSERT INTO ") + m_table + QStringLiteral(" (") + names.join(QStringLiteral(", "))
-        + QStringLiteral(") VALUES (") + values.join(QStringLiteral(", ")) + QLatin1Char(')');
+    return sqlInsert(m_table, columnNames(), columnValues());
 }
 
 QString cTableScreen::updateStatement(int rid) const
 {
-    QStringList sets;
-    for (qsizetype i = 0; i < m_columns.size(); ++i)
-        sets << QString::fromLatin1(m_columns.at(i).column) + QStringLiteral(" = ") + sqlText(m_fields.at(i)->text().trimmed());
-    return QStringLiteral("UPDATE ") + m_table + QStringLiteral(" SET ") + sets.join(QStringLiteral(", "))
-        + QStringLiteral(" WHERE RID = ") + QString::number(rid);
+    return sqlUpdate(m_table, columnNames(), columnValues(), rid);
 }
 
 QString cTableScreen::searchStatement() const

@@ -41,6 +41,9 @@ protected:
     QString searchStatement() const override;
 
 private:
+    QStringList columnNames() const;
+    QStringList columnValues() const;
+
     QString m_table;
     QList<TableColumn> m_columns;
     QList<QLineEdit*> m_fields;

@@ -9,6 +9,7 @@
 #include "recordset.h"
 #include "ricercasql.h"
 #include "serversettings.h"
+#include "waitcursor.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -166,9 +167,11 @@ QString frmRicerca::getNomeCampo(int column) const
 void frmRicerca::bindData(const QString& statement)
 {
     QString sql = ricerca::withMaxRows(statement, m_txtMax->text(), gAdoSqlServer().TipoServer());
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, objectName() + QStringLiteral(".startMe"), 2, 1, 3);
-    QApplication::restoreOverrideCursor();
+    RecordsetPtr rs;
+    {
+        WaitCursor wait;
+        rs = gAdoSqlServer().getNewRecordset(sql, objectName() + QStringLiteral(".startMe"), 2, 1, 3);
+    }
     m_lswMain->clear();
     if (!rs)
         return;
