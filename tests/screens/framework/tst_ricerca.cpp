@@ -3,6 +3,7 @@
 #include "cadosqlserver.h"
 #include "frmricerca.h"
 #include "frmselectelement.h"
+#include "listhelpers.h"
 #include "recordset.h"
 #include "ricercasql.h"
 #include "scripteddialogs.h"
@@ -11,6 +12,7 @@
 #include "testdb.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
@@ -249,6 +251,44 @@ private Q_SLOTS:
         rs->moveLast();
         const QString last = QStringLiteral("E_") + rs->value(QStringLiteral("RID")).toString();
         QCOMPARE(dialog.selectedKeys(), (QStringList{first, last}));
+    }
+
+    // A combo filled from key and text, an entry chosen by its key.
+    void comboByKey_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void comboByKey()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        QComboBox combo;
+        combo.setObjectName(QStringLiteral("cmbNumeratore"));
+        QVERIFY(fillComboBox(QStringLiteral("SELECT RID, DESCRIZIONE FROM Numeratori ORDER BY DESCRIZIONE"), &combo));
+        QCOMPARE(combo.count(), 5);
+        QCOMPARE(combo.itemText(0), QStringLiteral("Carichi da fornitore"));
+        setListindexByItemData(&combo, 2);
+        QCOMPARE(combo.currentText(), QStringLiteral("Documenti di trasporto"));
+        setListindexByItemData(&combo, 99);
+        QCOMPARE(combo.currentIndex(), -1);
+        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+    }
+
+    // Numbers sort as numbers, dates as dates, text without regard to case.
+    void listSort()
+    {
+        QList<QVariantList> rows{{10, QStringLiteral("b"), QDate(2026, 3, 1)},
+                                 {9, QStringLiteral("A"), QDate(2025, 12, 31)},
+                                 {100, QStringLiteral("c"), QDate(2026, 1, 15)}};
+        const auto column = [&rows](int c) {
+            QVariantList values;
+            for (const QVariantList& row : rows)
+                values << row.at(c);
+            return values;
+        };
+        orderVbaList(rows, 0);
+        QCOMPARE(column(0), (QVariantList{9, 10, 100}));
+        orderVbaList(rows, 1, true);
+        QCOMPARE(column(1), (QVariantList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("A")}));
+        orderVbaList(rows, 2);
+        QCOMPARE(column(0), (QVariantList{9, 100, 10}));
     }
 };
 
