@@ -146,14 +146,11 @@ void frmRicerca::startMe(const QString& sFiltro)
 {
     if (m_sql.isEmpty())
         return;
-    QString statement = m_sqlGiven;
-    if (sFiltro.isEmpty()) {
-        statement = m_sql;
-    } else {
-        statement = ricerca::prepareStatement(m_sqlGiven, false);
-        statement = ricerca::addCondition(
-            statement, ricerca::likeCondition(getNomeCampo(m_sortColumn), sFiltro, m_chkLike->isChecked()));
-    }
+    // The filter replaces the start-empty guard: it works on the statement as given.
+    const QString statement = sFiltro.isEmpty()
+        ? m_sql
+        : ricerca::addCondition(ricerca::prepareStatement(m_sqlGiven, false),
+                                ricerca::likeCondition(getNomeCampo(m_sortColumn), sFiltro, m_chkLike->isChecked()));
     if (m_txtMax->text().trimmed().isEmpty())
         m_txtMax->setText(QStringLiteral("500"));
     bindData(statement);
