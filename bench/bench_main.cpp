@@ -9,6 +9,7 @@
 #include "connectionstring.h"
 #include "italiantext.h"
 #include "modeldatabase.h"
+#include "numeratore.h"
 #include "session.h"
 #include "sqldialect.h"
 #include "sqlliteral.h"
@@ -130,6 +131,62 @@ void benchLookups(const Backend& b, int count, int runs)
                .arg(count / (s / 1000.0), 0, 'f', 0);
 }
 
+// Taking document numbers, one a transaction as a document save does:
+// the locking read and the update of the counter.
+void benchNumbering(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString anno = QStringLiteral("2099");
+    QList<double> system, floor;
+    const auto reset = [&] {
+        db.executeSQL(QStringLiteral("DELETE FROM Contatori WHERE ANNO = ") + sqlText(anno), QStringLiteral("bench"));
+        db.executeSQL(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ") + sqlText(anno)
+                          + QStringLiteral(", 0, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')'),
+                      QStringLiteral("bench"));
+    };
+    const auto final = [&b](const QString& sql) { return driver::finalSql(rewriteStatement(sql, b.tipo).text, b.tipo); };
+    const QString lockingRead = final(QStringLiteral("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = 1 AND ANNO = ")
+                                      + sqlText(anno) + (b.tipo == TipoServer::MySql ? QStringLiteral(" FOR UPDATE") : QString()));
+    int last = 0;
+    for (int run = 0; run < runs; ++run) {
+        reset();
+        system.append(timeMs([&] {
+            for (int i = 0; i < count; ++i) {
+                db.beginTrasaction(QStringLiteral("bench"));
+                last = getNewNumeratoreAnnuale(1, anno);
+                db.commitTrasaction(QStringLiteral("bench"));
+            }
+        }));
+        reset();
+        DbError error;
+        PhysicalConnectionPtr raw = driver::acquire(b.tipo, b.connection, 60, error);
+        floor.append(timeMs([&] {
+            for (int i = 1; i <= count; ++i) {
+                raw->begin(error);
+                QSqlQuery read(QSqlDatabase::database(raw->name(), false));
+                read.exec(lockingRead);
+                read.next();
+                QSqlQuery write(QSqlDatabase::database(raw->name(), false));
+                write.exec(final(QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(read.value(0).toInt() + 1)
+                                 + QStringLiteral(" WHERE FK_NUMERATORE = 1 AND ANNO = ") + sqlText(anno)));
+                raw->commit(error);
+            }
+        }));
+        driver::release(raw);
+    }
+    const double s = median(system), f = median(floor);
+    out << QStringLiteral("%1  document numbers, one a transaction: %2 ms for %3 (%4 numbers/s, %5 statements/s), "
+                          "driver %6 ms, ratio %7  [last number %8]\n")
+               .arg(b.name, -8)
+               .arg(s, 0, 'f', 1)
+               .arg(count)
+               .arg(count / (s / 1000.0), 0, 'f', 0)
+               .arg(2 * count / (s / 1000.0), 0, 'f', 0)
+               .arg(f, 0, 'f', 1)
+               .arg(s / f, 0, 'f', 2)
+               .arg(last);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -167,6 +224,7 @@ int main(int argc, char* argv[])
         gSession().strConnessione = b.connection;
         benchInsert(b, rows, runs);
         benchLookups(b, qMin(rows, 2000), runs);
+        benchNumbering(b, qMin(rows, 1000), runs);
         if (b.tipo == TipoServer::MySql) {
             driver::closeIdle();
             DbError error;
