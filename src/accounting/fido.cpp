@@ -1,0 +1,33 @@
+#include "fido.h"
+
+#include "cadosqlserver.h"
+#include "italiantext.h"
+#include "recordset.h"
+#include "scadenze.h"
+
+#include <QDate>
+
+Currency controllaFuoriFido(int fkAnagrafe, bool& ctrlFido, int contoClienti, bool fidoAllaData, const QDate& oggi)
+{
+    ctrlFido = false;
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT CTRLFIDO, FIDO FROM Anagrafiche WHERE RID = ") + QString::number(fkAnagrafe),
+        QStringLiteral("bOrvantis.Err_controllaFuoriFido"), 2, 1, 3);
+    Currency fido;
+    if (rs && !rs->eof()) {
+        ctrlFido = rs->flag(QStringLiteral("CTRLFIDO"));
+        fido = rs->amount(QStringLiteral("FIDO"));
+    }
+    if (rs)
+        rs->close();
+    gAdoSqlServer().disconnect();
+    if (!ctrlFido)
+        return Currency();
+    return fido - getSaldoCliente(fkAnagrafe, contoClienti, fidoAllaData, oggi);
+}
+
+QString messaggioFuoriFido(Currency residuo)
+{
+    return QStringLiteral("Attenzione! E' stato riscontrato un FUORI FIDO per l'anagrafica selezionata di Euro: ")
+        + formattaImporto(residuo, 2);
+}
