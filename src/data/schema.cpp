@@ -324,13 +324,14 @@ QList<Table> buildTables()
         list << t;
     }
 
-    // Yearly counters. FK_NUMERATORE has no constraint: the special-list
+    // Yearly counters, one row per numerator and year (the unique index
+    // lets a server hand out numbers under the row's lock). FK_NUMERATORE has no constraint: the special-list
     // numbering passes the key of its option as it stands, and a document
     // save must not fail because that option is unset.
     list << Table{QStringLiteral("Contatori"),
                   {key("RID"), whole("ANNO"), text("DESCRIZIONE", kDescrizione),
                    ref("FK_NUMERATORE"), memo("NOTE"), whole("NUMERO")},
-                  {index({"FK_NUMERATORE", "ANNO"})}};
+                  {index({"FK_NUMERATORE", "ANNO"}, true)}};
 
     // Causals. ORIGINE and DESTINAZIONE are kinds (0 none, 1 customer,
     // 2 supplier, 3 warehouse), not keys; the booleans are written -1/0.

@@ -2,6 +2,7 @@
 
 #include "cadosqlserver.h"
 #include "recordset.h"
+#include "sqldialect.h"
 #include "sqlliteral.h"
 
 #include <QDate>
@@ -41,29 +42,39 @@ std::optional<int> neighbour(int fkTipoDocumento, const QDate& data, int rid, bo
 int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno)
 {
     const QString id = QString::number(fkNumeratore);
-    // The read locks the counter's row (or, when it is missing, the place it
-    // would take) until the caller's transaction ends: a second workstation
-    // waits here and then reads the number already taken. The file database
-    // gets the same from its write transaction.
-    QString sql = QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE FK_NUMERATORE = ")
-        + id + QStringLiteral(" AND ANNO =  ") + sqlText(anno) + QStringLiteral("\u2022M\u2022 FOR UPDATE\u2022/M\u2022");
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag("getNewNumeratoreAnnuale"), 2, 1, 3);
+    const QString where = QStringLiteral(" WHERE FK_NUMERATORE = ") + id + QStringLiteral(" AND ANNO = ") + sqlText(anno);
+    const QString insertFirst = QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (") + id
+        + QStringLiteral(", ") + sqlText(anno) + QStringLiteral(", 1, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')');
+
+    if (gAdoSqlServer().TipoServer() == TipoServer::MySql) {
+        // One statement creates the counter at 1 or moves it on, and keeps the
+        // row locked until the caller's transaction ends: a second workstation
+        // waits there and then moves on from the number already taken, also
+        // for the first number of a year.
+        if (!gAdoSqlServer().executeSQL(insertFirst + QStringLiteral(" ON DUPLICATE KEY UPDATE NUMERO = NUMERO + 1"),
+                                        tag("getNewNumeratoreAnnuale")))
+            return 0;
+        const QVariant numero = gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT NUMERO FROM Contatori") + where,
+                                                              tag("getNewNumeratoreAnnuale"));
+        return numero.isValid() ? numero.toInt() : 0;
+    }
+
+    // Elsewhere the read locks the row (SQL Server's hint) or the whole
+    // database (the file database's write transaction) until the caller's
+    // transaction ends.
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE FK_NUMERATORE = ") + id
+            + QStringLiteral(" AND ANNO =  ") + sqlText(anno),
+        tag("getNewNumeratoreAnnuale"), 2, 1, 3);
     if (!rs) {
         gAdoSqlServer().disconnect();
         return 0;
     }
     const bool exists = !rs->eof();
-    const int letto = exists ? int(rs->integer(QStringLiteral("NUMERO"))) : 0;
+    const int numero = (exists ? int(rs->integer(QStringLiteral("NUMERO"))) : 0) + 1;
     rs->close();
     gAdoSqlServer().disconnect();
-
-    const int numero = letto + 1;
-    const QString write = exists
-        ? QString(QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero)
-                  + QStringLiteral(" WHERE FK_NUMERATORE = ") + id + QStringLiteral(" AND ANNO = ") + sqlText(anno))
-        : QString(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (") + id
-                  + QStringLiteral(", ") + sqlText(anno) + QStringLiteral(", 1, ") + sqlText(QStringLiteral("n/d"))
-                  + QLatin1Char(')'));
+    const QString write = exists ? QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero) + where : insertFirst;
     return gAdoSqlServer().executeSQL(write, tag("getNewNumeratoreAnnuale")) ? numero : 0;
 }
 

@@ -20,17 +20,22 @@ int main(int argc, char** argv)
     gSession().tipoServer = args.at(1).toInt();
     gSession().strConnessione = args.at(2);
     QTextStream out(stdout);
-    for (int i = 0; i < args.at(5).toInt(); ++i) {
-        if (!gAdoSqlServer().beginTrasaction(QStringLiteral("worker")))
-            return 1;
+    int code = 0;
+    for (int i = 0; i < args.at(5).toInt() && code == 0; ++i) {
+        if (!gAdoSqlServer().beginTrasaction(QStringLiteral("worker"))) {
+            code = 1;
+            break;
+        }
         const int numero = getNewNumeratoreAnnuale(args.at(3).toInt(), args.at(4));
         QThread::msleep(3);   // the rest of a document save, with the counter taken
         if (numero <= 0 || !gAdoSqlServer().commitTrasaction(QStringLiteral("worker")))
-            return 1;
-        out << numero << '\n';
+            code = 1;
+        else
+            out << numero << '\n';
         out.flush();
     }
+    // The pooled connections go before the application object.
     gAdoSqlServer().closeAll();
     driver::closeIdle();
-    return 0;
+    return code;
 }
