@@ -1,0 +1,207 @@
+#include "primanota.h"
+
+#include "cadosqlserver.h"
+#include "italiantext.h"
+#include "msgbox.h"
+#include "recordset.h"
+#include "sqlliteral.h"
+
+namespace {
+
+QString tag(const char* procedure)
+{
+    return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure);
+}
+
+bool isControparte(int conto, const ContiControparti& c)
+{
+    return conto > 0 && (conto == c.clienti || conto == c.fornitori);
+}
+
+QString amount(Currency value)
+{
+    return getSqlNumber(value.toPlainString());
+}
+
+bool insertLine(int entry, int conto, const char* column, Currency value)
+{
+    if (conto <= 0)
+        return true;
+    return gAdoSqlServer().executeSQL(QStringLiteral("INSERT INTO PrimaNotaDettagli (FK_PrimaNota, FK_Conto, ") + QLatin1String(column)
+                                          + QStringLiteral(") VALUES (") + QString::number(entry) + QStringLiteral(", ")
+                                          + QString::number(conto) + QStringLiteral(", ") + amount(value) + QLatin1Char(')'),
+                                      tag("saveDettagliPrimaNota"));
+}
+
+} // namespace
+
+RighePrimaNota calcolaRighe(const ContiCausale& causale, Currency importo, Currency importoIva, Currency importoRda,
+                            const ContiControparti& controparti)
+{
+    const Currency netto = importo - importoIva;
+    RighePrimaNota r;
+    r.conti.dare1 = causale.dare1;
+    r.conti.avere1 = causale.avere1;
+    const Currency zero;
+
+    if (importoRda == zero) {
+        if (causale.dare2 > 0) {
+            r.conti.dare2 = causale.dare2;
+            r.dare2 = importoIva;
+        } else if (causale.avere2 > 0) {
+            r.conti.avere2 = causale.avere2;
+            r.avere2 = importoIva;
+        }
+        r.dare1 = importo;
+        r.avere1 = importo;
+        // Only a positive VAT takes its share off the first line.
+        if (r.dare2 > zero)
+            r.dare1 = netto;
+        else if (r.avere2 > zero)
+            r.avere1 = netto;
+        return r;
+    }
+
+    // A withholding: taken off the line on the counterparty's account.
+    if (causale.dare2 > 0 && isControparte(r.conti.dare1, controparti)) {
+        r.conti.dare2 = causale.dare2;
+        r.dare1 = importo - importoRda;
+        r.dare2 = importoRda;
+        r.avere1 = netto;
+        if (causale.avere2 > 0) {
+            r.conti.avere2 = causale.avere2;
+            r.avere2 = importoIva;
+        }
+    }
+    // Independently of the step above, and from avere1 as it left it.
+    if (causale.avere2 > 0 && isControparte(r.conti.avere1, controparti)) {
+        r.conti.avere2 = causale.avere2;
+        r.avere1 = r.avere1 - importoRda;
+        r.avere2 = importoRda;
+        r.dare1 = netto;
+        if (causale.dare2 > 0) {
+            r.conti.dare2 = causale.dare2;
+            r.dare2 = importoIva;
+        }
+    }
+    return r;
+}
+
+QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
+                              const ContiControparti& controparti)
+{
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
+            + QString::number(fkCausale),
+        tag("saveDettagliPrimaNota"), 2, 1, 3);
+    if (!rs) {
+        gAdoSqlServer().disconnect();
+        return QString();
+    }
+    const bool found = !rs->eof();
+    ContiCausale causale;
+    if (found) {
+        causale.dare1 = int(rs->integer(QStringLiteral("FK_CONTODARE1")));
+        causale.dare2 = int(rs->integer(QStringLiteral("FK_CONTODARE2")));
+        causale.avere1 = int(rs->integer(QStringLiteral("FK_CONTOAVERE1")));
+        causale.avere2 = int(rs->integer(QStringLiteral("FK_CONTOAVERE2")));
+    }
+    rs->close();
+    gAdoSqlServer().disconnect();
+    if (!found)
+        return QStringLiteral("Impossibile assegnare i conti DARE/AVERE!");
+
+    const RighePrimaNota r = calcolaRighe(causale, importo, importoIva, importoRda, controparti);
+    if (!gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(ridPrimaNota),
+                                    tag("saveDettagliPrimaNota")))
+        return QString();
+    const bool written = insertLine(ridPrimaNota, r.conti.dare1, "Dare", r.dare1)
+        && insertLine(ridPrimaNota, r.conti.dare2, "Dare", r.dare2) && insertLine(ridPrimaNota, r.conti.avere1, "Avere", r.avere1)
+        && insertLine(ridPrimaNota, r.conti.avere2, "Avere", r.avere2);
+    return written ? QStringLiteral("#") : QString();
+}
+
+int getNewProgressivoPrimaNota(const QDate& data)
+{
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota WHERE YEAR(DATA) = ") + formatMask(data.year(), QStringLiteral("0000")),
+        tag("getNewProgressivoPrimaNota"), 2, 1, 3);
+    if (!rs) {
+        gAdoSqlServer().disconnect();
+        return -1;
+    }
+    const QVariant ultimo = rs->eof() ? QVariant() : rs->value(0);
+    rs->close();
+    gAdoSqlServer().disconnect();
+    return ultimo.isNull() ? 1 : ultimo.toInt() + 1;
+}
+
+int getProgPrimaNotaByID(int rid)
+{
+    return gAdoSqlServer()
+        .getValueBySQL(QStringLiteral("SELECT PROGRESSIVO FROM PrimaNota WHERE RID = ") + QString::number(rid), tag("getProgPrimaNotaByID"))
+        .toInt();
+}
+
+int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString values[] = {db.getSQLDate(d.data),
+                              db.getSQLDate(d.dataValuta),
+                              getIDOrNullStr(d.fkCausale),
+                              getIDOrNullStr(d.fkAnagrafe),
+                              sqlText(d.descrizione.left(255)),
+                              sqlText(d.riferimenti.left(255)),
+                              sqlText(d.numDocumento),
+                              amount(d.importo),
+                              sqlText(d.codicePartita.left(20)),
+                              getIDOrNullStr(d.fkPagamento)};
+    const QStringList columns{QStringLiteral("Data"),          QStringLiteral("DataValuta"),  QStringLiteral("FK_Causale"),
+                              QStringLiteral("FK_Anagrafe"),   QStringLiteral("Descrizione"), QStringLiteral("Riferimenti"),
+                              QStringLiteral("NumDocumento"),  QStringLiteral("Importo"),     QStringLiteral("CodicePartita"),
+                              QStringLiteral("FK_Pagamento")};
+    int key = d.rid;
+    if (d.rid < 1) {
+        const int progressivo = getNewProgressivoPrimaNota(d.data);
+        if (progressivo == -1)
+            return -1;
+        key = db.getIDByInsert(sqlInsert(QStringLiteral("PrimaNota"), QStringList{QStringLiteral("Progressivo")} + columns,
+                                         QStringList{QString::number(progressivo)} + QStringList(std::begin(values), std::end(values))),
+                               tag("salvaPrimaNota"), QStringLiteral("RID"), QStringLiteral("PrimaNota"));
+        if (key < 1)
+            return -1;
+    } else if (!db.executeSQL(sqlUpdate(QStringLiteral("PrimaNota"), columns, QStringList(std::begin(values), std::end(values)), d.rid),
+                              tag("salvaPrimaNota"))) {
+        // The data layer has told the failure; the lines stay as they are.
+        return d.rid;
+    }
+    const QString esito = saveDettagliPrimaNota(key, d.fkCausale, d.importo, d.importoIva, d.importoRda, controparti);
+    if (esito == QLatin1String("#"))
+        return key;
+    if (!esito.isEmpty())
+        msgBox(esito, vb::Critical);
+    return -1;
+}
+
+int modificaImportoPrimaNota(int rid, Currency importo, Currency importoIva, Currency importoRda,
+                             const ContiControparti& controparti)
+{
+    if (rid < 1)
+        return 0;
+    if (!gAdoSqlServer().executeSQL(QStringLiteral("UPDATE PrimaNota SET Importo = ") + amount(importo)
+                                        + QStringLiteral(" WHERE RID = ") + QString::number(rid),
+                                    tag("modificaImportoPrimaNota")))
+        return 0;
+    const QVariant causale = gAdoSqlServer().getValueBySQL(
+        QStringLiteral("SELECT FK_CAUSALE FROM PrimaNota WHERE RID = ") + QString::number(rid), tag("modificaImportoPrimaNota"));
+    if (!causale.isValid())
+        return -1;
+    if (causale.toInt() < 1)
+        return rid;
+    const QString esito = saveDettagliPrimaNota(rid, causale.toInt(), importo, importoIva, importoRda, controparti);
+    if (esito == QLatin1String("#"))
+        return rid;
+    if (!esito.isEmpty())
+        msgBox(esito, vb::Critical);
+    return -1;
+}

@@ -1,0 +1,173 @@
+// The journal engine: the lines a document's amounts make, and the entries
+// written on both back ends.
+#include "cadosqlserver.h"
+#include "italiantext.h"
+#include "msgbox.h"
+#include "primanota.h"
+#include "recordset.h"
+#include "testdb.h"
+
+#include <QtTest>
+
+namespace {
+
+constexpr int kClienti = 3, kFornitori = 12, kRicavi = 20, kIvaDebito = 14, kAcquisti = 17, kIvaCredito = 5, kRitenute = 6;
+const ContiControparti kControparti{kClienti, kFornitori};
+
+Currency eur(const char* text)
+{
+    return getValoreCurrency(QString::fromLatin1(text));
+}
+
+// "conto:amount" a line, in the order Dare 1, Dare 2, Avere 1, Avere 2; "-" for no line.
+QStringList describe(const RighePrimaNota& r)
+{
+    const auto one = [](int conto, Currency value) {
+        return conto > 0 ? QString::number(conto) + QLatin1Char(':') + value.toPlainString() : QStringLiteral("-");
+    };
+    return {one(r.conti.dare1, r.dare1), one(r.conti.dare2, r.dare2), one(r.conti.avere1, r.avere1),
+            one(r.conti.avere2, r.avere2)};
+}
+
+int count(const QString& sql)
+{
+    return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test")).toInt();
+}
+
+QStringList linesOf(int entry)
+{
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT FK_Conto, DARE, AVERE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(entry)
+            + QStringLiteral(" ORDER BY RID"),
+        QStringLiteral("test"));
+    QStringList lines;
+    for (; rs && !rs->eof(); rs->moveNext())
+        lines << rs->text(QStringLiteral("FK_Conto")) + (rs->isNull(QStringLiteral("DARE")) ? QStringLiteral(" A ") : QStringLiteral(" D "))
+                + (rs->isNull(QStringLiteral("DARE")) ? rs->amount(QStringLiteral("AVERE")) : rs->amount(QStringLiteral("DARE"))).toPlainString();
+    gAdoSqlServer().disconnect();
+    return lines;
+}
+
+} // namespace
+
+class TestPrimaNota : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { testdb::isolateProgramFolder(); }
+    void cleanupTestCase() { testdb::dropShared(); }
+    void cleanup() { gAdoSqlServer().closeAll(); }
+
+    void lines_data()
+    {
+        QTest::addColumn<ContiCausale>("causale");
+        QTest::addColumn<QString>("importo");
+        QTest::addColumn<QString>("iva");
+        QTest::addColumn<QString>("rda");
+        QTest::addColumn<QStringList>("expected");
+        const ContiCausale vendita{kClienti, 0, kRicavi, kIvaDebito};
+        const ContiCausale acquisto{kAcquisti, kIvaCredito, kFornitori, 0};
+        QTest::newRow("sales invoice") << vendita << "122" << "22" << "0" << QStringList{"3:122", "-", "20:100", "14:22"};
+        QTest::newRow("purchase") << acquisto << "122" << "22" << "0" << QStringList{"17:100", "5:22", "12:122", "-"};
+        QTest::newRow("VAT 0") << vendita << "100" << "0" << "0" << QStringList{"3:100", "-", "20:100", "14:0"};
+        QTest::newRow("negative VAT keeps the whole total") << vendita << "-122" << "-22" << "0"
+                                                            << QStringList{"3:-122", "-", "20:-122", "14:-22"};
+        QTest::newRow("Dare 2 wins over Avere 2") << ContiCausale{kAcquisti, kIvaCredito, kFornitori, kIvaDebito} << "122" << "22"
+                                                  << "0" << QStringList{"17:100", "5:22", "12:122", "-"};
+        // Withholding on a causal with Dare 1 on the customers' account.
+        QTest::newRow("withholding, customers on Dare 1") << ContiCausale{kClienti, kRitenute, kRicavi, kIvaDebito} << "122"
+                                                          << "22" << "20" << QStringList{"3:102", "6:20", "20:100", "14:22"};
+        // Avere 1 on the suppliers' account, step one not taken: Avere 1 is
+        // minus the withholding, not the total less it.
+        QTest::newRow("withholding, suppliers on Avere 1") << ContiCausale{kAcquisti, kIvaCredito, kFornitori, kRitenute} << "122"
+                                                           << "22" << "20" << QStringList{"17:100", "5:22", "12:-20", "6:20"};
+        QTest::newRow("withholding, no counterparty account") << vendita << "122" << "22" << "20"
+                                                               << QStringList{"3:0", "-", "20:0", "-"};
+        QTest::newRow("no accounts") << ContiCausale{} << "122" << "22" << "0" << QStringList{"-", "-", "-", "-"};
+    }
+    void lines()
+    {
+        QFETCH(ContiCausale, causale);
+        QFETCH(QString, importo);
+        QFETCH(QString, iva);
+        QFETCH(QString, rda);
+        QFETCH(QStringList, expected);
+        const RighePrimaNota r = calcolaRighe(causale, getValoreCurrency(importo), getValoreCurrency(iva),
+                                              getValoreCurrency(rda), kControparti);
+        QCOMPARE(describe(r), expected);
+    }
+
+    // Entries of a sales invoice: numbered per year, lines rewritten on a
+    // new save, the number kept when the date moves to another year.
+    void entries_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void entries()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli"), QStringLiteral("test"));
+        gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNota"), QStringLiteral("test"));
+        const int clienti = count(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ¤01001001¤"));
+        const int fornitori = count(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ¤02001001¤"));
+        const ContiControparti conti{clienti, fornitori};
+        DatiPrimaNota d;
+        d.fkCausale = 1;   // FV: Dare customers, Avere revenue and VAT
+        d.descrizione = QStringLiteral("Fattura N.0001 DEL 10/03/2026 - l'ultima");
+        d.importo = eur("1220");
+        d.importoIva = eur("220");
+        d.data = QDate(2026, 3, 10);
+        d.dataValuta = d.data;
+        d.codicePartita = QStringLiteral("PARTITA-0123456789-ABCDEF");
+
+        gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
+        const int first = salvaPrimaNota(d, conti);
+        const int second = salvaPrimaNota(d, conti);
+        d.data = QDate(2027, 1, 2);
+        const int nextYear = salvaPrimaNota(d, conti);
+        gAdoSqlServer().commitTrasaction(QStringLiteral("test"));
+        QVERIFY(first > 0 && second > 0 && nextYear > 0);
+        QCOMPARE(getProgPrimaNotaByID(first), 1);
+        QCOMPARE(getProgPrimaNotaByID(second), 2);
+        QCOMPARE(getProgPrimaNotaByID(nextYear), 1);
+        QCOMPARE(linesOf(first), (QStringList{QString::number(clienti) + " D 1220", QStringLiteral("20 A 1000"), QStringLiteral("14 A 220")}));
+        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT CodicePartita FROM PrimaNota WHERE RID = ") + QString::number(first),
+                                               QStringLiteral("test")).toString(),
+                 QStringLiteral("PARTITA-0123456789-A"));
+
+        // Saved again on 2027 with new amounts: number kept, lines replaced.
+        d.rid = second;
+        d.importo = eur("610");
+        d.importoIva = eur("110");
+        QCOMPARE(salvaPrimaNota(d, conti), second);
+        QCOMPARE(getProgPrimaNotaByID(second), 2);
+        QCOMPARE(linesOf(second), (QStringList{QString::number(clienti) + " D 610", QStringLiteral("20 A 500"), QStringLiteral("14 A 110")}));
+
+        QCOMPARE(modificaImportoPrimaNota(second, eur("122"), eur("22"), Currency(), conti), second);
+        QCOMPARE(linesOf(second), (QStringList{QString::number(clienti) + " D 122", QStringLiteral("20 A 100"), QStringLiteral("14 A 22")}));
+        QCOMPARE(modificaImportoPrimaNota(0, eur("1"), Currency(), Currency(), conti), 0);
+        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+    }
+
+    // No causal: the message, and -1 for the caller's rollback.
+    void unknownCausal_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void unknownCausal()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        testdb::ScriptedMsgBox boxes;
+        boxes.expect(QStringLiteral("Impossibile assegnare i conti DARE/AVERE!"), vb::OK);
+        DatiPrimaNota d;
+        d.fkCausale = 0;
+        d.data = QDate(2026, 5, 5);
+        d.dataValuta = d.data;
+        d.importo = eur("10");
+        gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
+        const int result = salvaPrimaNota(d, kControparti);
+        gAdoSqlServer().rollbackTrasaction(QStringLiteral("test"));
+        QCOMPARE(result, -1);
+        QVERIFY(boxes.allAnswered());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPrimaNota)
+#include "tst_primanota.moc"
