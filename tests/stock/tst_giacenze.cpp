@@ -1,0 +1,256 @@
+// Stock postings on both back ends: cost lots, the oldest lot first, lot
+// changes, transfers, the messages; the moving average; the statistics.
+#include "cadosqlserver.h"
+#include "giacenze.h"
+#include "italiantext.h"
+#include "recordset.h"
+#include "testdb.h"
+
+#include <QDate>
+#include <QtTest>
+
+namespace {
+
+constexpr int kSede = 1;
+int g_negozio = 0;
+
+void run(const QString& sql)
+{
+    QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql));
+}
+
+QVariant value(const QString& sql)
+{
+    return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test"));
+}
+
+// A fresh product that keeps stock.
+int newProduct(const QString& code, double prezzoAcquisto = 0)
+{
+    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA, PREZZOACQUISTO) VALUES (¤") + code
+        + QStringLiteral("¤, ¤prova¤, 0, -1, ") + QString::number(prezzoAcquisto) + QLatin1Char(')'));
+    return value(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ¤") + code + QStringLiteral("¤")).toInt();
+}
+
+int negozio()
+{
+    if (g_negozio == 0 || !value(QStringLiteral("SELECT RID FROM Magazzini WHERE CODICE = ¤NEG¤")).isValid()) {
+        run(QStringLiteral("INSERT INTO Magazzini (CODICE, DESCRIZIONE) VALUES (¤NEG¤, ¤Negozio¤)"));
+        g_negozio = value(QStringLiteral("SELECT RID FROM Magazzini WHERE CODICE = ¤NEG¤")).toInt();
+    }
+    return g_negozio;
+}
+
+// "lot:quantity" of each stock row of a product in a warehouse, oldest first.
+QStringList rows(int prodotto, int magazzino)
+{
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        QStringLiteral("SELECT TAGLIO, QUANTITA FROM DettagliProdotto WHERE FK_PRODOTTO = ") + QString::number(prodotto)
+            + QStringLiteral(" AND FK_MAGAZZINO = ") + QString::number(magazzino) + QStringLiteral(" ORDER BY RID"),
+        QStringLiteral("test"));
+    QStringList out;
+    for (; rs && !rs->eof(); rs->moveNext())
+        out << rs->amount(QStringLiteral("TAGLIO")).toPlainString() + QLatin1Char(':') + plainTextIt(rs->number(QStringLiteral("QUANTITA")));
+    gAdoSqlServer().disconnect();
+    return out;
+}
+
+double giacenza(int prodotto)
+{
+    return getGiacenzaProdottoTotale(prodotto);
+}
+
+struct Posting
+{
+    int prodotto;
+    OpzioniGiacenza opzioni;
+    // Posts and gives back the result; the lot comes back in `taglio`.
+    QString post(double quantita, double vecchia, Currency& taglio, int azione, int orig, int dest, Currency precedente = Currency::fromUnits(-1),
+                 int ridRiga = -1)
+    {
+        return aggiornaGiacenze(toSingle(quantita), toSingle(vecchia), taglio, prodotto, azione, orig, dest,
+                                QStringLiteral("Prodotto [P - prova]"), precedente, ridRiga, opzioni);
+    }
+};
+
+Currency eur(double v)
+{
+    return Currency::fromDouble(v);
+}
+
+} // namespace
+
+class TestGiacenze : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { testdb::isolateProgramFolder(); }
+    void cleanupTestCase() { testdb::dropShared(); }
+    void cleanup()
+    {
+        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+        gAdoSqlServer().closeAll();
+    }
+
+    // A load, a change of quantity, a change of lot, a deletion.
+    void lotsOfALoad_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void lotsOfALoad()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        Posting p{newProduct(QStringLiteral("LOAD") + backend), {}};
+        Currency lot = eur(5);
+        QCOMPARE(p.post(10, 0, lot, giacenze::Inserimento, -1, kSede), QStringLiteral("OK"));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"5:10"});
+        QCOMPARE(giacenza(p.prodotto), 10.0);
+
+        QCOMPARE(p.post(7, 10, lot, giacenze::Modifica, -1, kSede, eur(5)), QStringLiteral("OK"));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"5:7"});
+        QCOMPARE(giacenza(p.prodotto), 7.0);
+
+        // The lot changes: the old lot loses the old quantity, the new one
+        // gains the new, and the total moves by the whole new quantity.
+        Currency six = eur(6);
+        QCOMPARE(p.post(7, 7, six, giacenze::Modifica, -1, kSede, eur(5)), QStringLiteral("OK"));
+        QCOMPARE(rows(p.prodotto, kSede), (QStringList{"5:0", "6:7"}));
+        QCOMPARE(giacenza(p.prodotto), 14.0);
+
+        QCOMPARE(p.post(0, 7, six, giacenze::Cancellazione, -1, kSede), QStringLiteral("OK"));
+        QCOMPARE(rows(p.prodotto, kSede), (QStringList{"5:0", "6:0"}));
+        QCOMPARE(giacenza(p.prodotto), 7.0);
+    }
+
+    // A sale without a lot leaves from the oldest lot that has stock; a
+    // transfer moves between warehouses and leaves the total alone.
+    void salesAndTransfers_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void salesAndTransfers()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        Posting p{newProduct(QStringLiteral("SALE") + backend), {}};
+        for (const auto& [price, quantity] : {std::pair{4.0, 0.0}, std::pair{5.0, 3.0}, std::pair{6.0, 8.0}}) {
+            Currency lot = eur(price);
+            QCOMPARE(p.post(quantity, 0, lot, giacenze::Inserimento, -1, kSede), QStringLiteral("OK"));
+        }
+        Currency none = Currency::fromUnits(-1);
+        QCOMPARE(p.post(2, 0, none, giacenze::Inserimento, kSede, -1), QStringLiteral("OK"));
+        QCOMPARE(none, eur(5));   // the lot taken comes back to the row
+        QCOMPARE(rows(p.prodotto, kSede), (QStringList{"4:0", "5:1", "6:8"}));
+        QCOMPARE(giacenza(p.prodotto), 9.0);
+
+        Currency six = eur(6);
+        QCOMPARE(p.post(5, 0, six, giacenze::Inserimento, kSede, negozio()), QStringLiteral("OK"));
+        QCOMPARE(rows(p.prodotto, kSede), (QStringList{"4:0", "5:1", "6:3"}));
+        QCOMPARE(rows(p.prodotto, negozio()), QStringList{"6:5"});
+        QCOMPARE(giacenza(p.prodotto), 9.0);
+    }
+
+    void messages_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<int>("azione");
+        QTest::addColumn<bool>("withLot");
+        QTest::addColumn<QString>("expected");
+        for (const QString& b : testdb::backends()) {
+            QTest::newRow(qPrintable(b + QStringLiteral(" no stock rows"))) << b << 1 << false
+                << "Impossibile determinare il taglio.\rManca il riferimento al prezzo di costo del prodotto.\r\rInformazioni: \r - Prodotto [P - prova]";
+            QTest::newRow(qPrintable(b + QStringLiteral(" action 0"))) << b << 0 << true
+                << "Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\rInformazioni:\r - Prodotto [P - prova]";
+            QTest::newRow(qPrintable(b + QStringLiteral(" action 4"))) << b << 4 << true
+                << "Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\rInformazioni:\r - Prodotto [P - prova]";
+        }
+    }
+    void messages()
+    {
+        QFETCH(QString, backend);
+        QFETCH(int, azione);
+        QFETCH(bool, withLot);
+        QFETCH(QString, expected);
+        QVERIFY(testdb::shared(backend).isValid());
+        Posting p{newProduct(QStringLiteral("MSG%1%2").arg(azione).arg(backend)), {}};
+        Currency lot = withLot ? eur(2) : Currency::fromUnits(-1);
+        QCOMPARE(p.post(1, 0, lot, azione, kSede, -1), expected);
+        QCOMPARE(giacenza(p.prodotto), 0.0);
+    }
+
+    // The moving average: one row a warehouse at the average cost of the
+    // loads, the row being written counted in place of its stored self.
+    void movingAverage_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void movingAverage()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        Posting p{newProduct(QStringLiteral("AVG") + backend, 3), {true, 12}};
+        Currency price = eur(4);
+        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0), QStringLiteral("OK"));
+        QCOMPARE(price, eur(4));   // no loads yet: the row's own price
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"4:10"});
+
+        // A stored load of 10 at 4 this month, then another 10 at 6.
+        run(QStringLiteral("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA, FK_DESTINAZIONE) VALUES (6, 2026, 901, ")
+            + gAdoSqlServer().getSQLDate(QDate::currentDate()) + QStringLiteral(", ") + QString::number(kSede) + QLatin1Char(')'));
+        const int movimento = value(QStringLiteral("SELECT RID FROM Movimenti WHERE PROGRESSIVO = 901")).toInt();
+        run(QStringLiteral("INSERT INTO DettagliMovimento (FK_MOVIMENTO, FK_PRODOTTO, QUANTITA, PREZZONETTO) VALUES (")
+            + QString::number(movimento) + QStringLiteral(", ") + QString::number(p.prodotto) + QStringLiteral(", 10, 4)"));
+        price = eur(6);
+        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0), QStringLiteral("OK"));
+        QCOMPARE(price, eur(5));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"5:20"});
+
+        // A sale leaves at the average of the loads.
+        Currency out = Currency::fromUnits(-1);
+        QCOMPARE(p.post(4, 0, out, giacenze::Inserimento, kSede, -1), QStringLiteral("OK"));
+        QCOMPARE(out, eur(4));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"4:16"});
+        QCOMPARE(giacenza(p.prodotto), 16.0);
+
+        // Outside the window: the latest load ever; with none, the purchase price.
+        run(QStringLiteral("UPDATE Movimenti SET DATA = ") + gAdoSqlServer().getSQLDate(QDate::currentDate().addYears(-2))
+            + QStringLiteral(" WHERE RID = ") + QString::number(movimento));
+        int noRow = -1;
+        QCOMPARE(getPrezzoMedioProdotto(p.prodotto, kSede, -1, Currency::fromUnits(-1), noRow, 12), eur(4));
+        QCOMPARE(getPrezzoMedioProdotto(p.prodotto, negozio(), -1, Currency::fromUnits(-1), noRow, 12), eur(3));
+        run(QStringLiteral("DELETE FROM DettagliMovimento WHERE FK_MOVIMENTO = ") + QString::number(movimento));
+        run(QStringLiteral("DELETE FROM Movimenti WHERE RID = ") + QString::number(movimento));
+    }
+
+    // The last load from a supplier and the last sale; older documents do
+    // not count, a customer is no supplier.
+    void statistics_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void statistics()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        const int prodotto = newProduct(QStringLiteral("STAT") + backend);
+        run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (7001, ¤Fornitore¤, ¤F¤)"));
+        run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (7002, ¤Cliente¤, ¤C¤)"));
+        const int fornitore = value(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 7001")).toInt();
+        const int cliente = value(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 7002")).toInt();
+        const auto stats = [prodotto]() -> QString {
+            return formatDate(value(QStringLiteral("SELECT DATAULTIMOCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto)))
+                + QLatin1Char(' ')
+                + getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto)))
+                      .toPlainString();
+        };
+        QVERIFY(aggiornaStatisticaCarico(prodotto, eur(2.5), cliente, QDate(2026, 3, 1)));
+        QCOMPARE(stats(), QStringLiteral(" 0"));
+        QVERIFY(aggiornaStatisticaCarico(prodotto, eur(2.5), fornitore, QDate(2026, 3, 1)));
+        QCOMPARE(stats(), QStringLiteral("01/03/2026 2.5"));
+        QVERIFY(aggiornaStatisticaCarico(prodotto, eur(9), fornitore, QDate(2026, 2, 1)));
+        QCOMPARE(stats(), QStringLiteral("01/03/2026 2.5"));
+        QVERIFY(aggiornaStatisticaCarico(prodotto, eur(3), fornitore, QDate(2026, 3, 1)));
+        QCOMPARE(stats(), QStringLiteral("01/03/2026 3"));
+        QVERIFY(aggiornaStatisticaScarico(prodotto, eur(7.25), QDate(2026, 4, 2)));
+        QCOMPARE(getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOSCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto))),
+                 eur(7.25));
+        QCOMPARE(value(QStringLiteral("SELECT FK_ULTIMOFORNITORE FROM Prodotti WHERE RID = ") + QString::number(prodotto)).toInt(), fornitore);
+        run(QStringLiteral("UPDATE Prodotti SET FK_ULTIMOFORNITORE = NULL WHERE RID = ") + QString::number(prodotto));
+        run(QStringLiteral("DELETE FROM Anagrafiche WHERE NUMERO IN (7001, 7002)"));
+        QVERIFY(getAggiornamentoGiacenzeByProdotto(prodotto));
+        QVERIFY(!getAggiornamentoGiacenzeByProdotto(1));   // the descriptive row keeps no stock
+    }
+};
+
+QTEST_GUILESS_MAIN(TestGiacenze)
+#include "tst_giacenze.moc"
