@@ -10,6 +10,7 @@
 #include "italiantext.h"
 #include "modeldatabase.h"
 #include "numeratore.h"
+#include "prezzi.h"
 #include "giacenze.h"
 #include "scadenze.h"
 #include "session.h"
@@ -263,6 +264,42 @@ void benchStock(const Backend& b, int count, int runs)
                .arg(4 * count / (s / 1000.0), 0, 'f', 0);
 }
 
+// Price and discounts of a sales row, as the row entry asks them: the
+// list price, then the discount cascade.
+void benchPricing(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    db.executeSQL(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO) VALUES (99001, ")
+                      + sqlText(QStringLiteral("bench")) + QStringLiteral(", ") + sqlText(QStringLiteral("C")) + QStringLiteral(", 2, 5)"),
+                  QStringLiteral("bench"));
+    const int cliente = db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99001"), QStringLiteral("bench")).toInt();
+    const int prodotto = db.getValueBySQL(QStringLiteral("SELECT MIN(RID) FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("ART%")),
+                                          QStringLiteral("bench"))
+                             .toInt();
+    DocumentoPrezzi doc;
+    doc.tipoOrigine = 3;
+    doc.tipoDestinazione = 1;
+    doc.destinazione = cliente;
+    doc.quantita = 3;
+    doc.scontoControparte = Currency::fromUnits(5);
+    QList<double> system;
+    for (int run = 0; run < runs; ++run)
+        system.append(timeMs([&] {
+            for (int i = 0; i < count; ++i) {
+                CampiRiga riga;
+                riga.txtPrezzoListino = getPrezzo(prodotto + i % 100, doc);
+                bool done = false;
+                setSconti(prodotto + i % 100, false, done, riga, doc);
+            }
+        }));
+    const double s = median(system);
+    out << QStringLiteral("%1  price and discounts of a sales row: %2 ms for %3 rows (%4 rows/s)\n")
+               .arg(b.name, -8)
+               .arg(s, 0, 'f', 1)
+               .arg(count)
+               .arg(count / (s / 1000.0), 0, 'f', 0);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -303,6 +340,7 @@ int main(int argc, char* argv[])
         benchNumbering(b, qMin(rows, 1000), runs);
         benchDueDates(b, qMin(rows, 1000), runs);
         benchStock(b, qMin(rows, 1000), runs);
+        benchPricing(b, qMin(rows, 500), runs);
         if (b.tipo == TipoServer::MySql) {
             driver::closeIdle();
             DbError error;
