@@ -11,6 +11,7 @@
 #include "modeldatabase.h"
 #include "numeratore.h"
 #include "prezzi.h"
+#include "primanota.h"
 #include "giacenze.h"
 #include "scadenze.h"
 #include "session.h"
@@ -300,6 +301,42 @@ void benchPricing(const Backend& b, int count, int runs)
                .arg(count / (s / 1000.0), 0, 'f', 0);
 }
 
+// Journal entries of sales invoices: header and three lines, one entry a
+// transaction as a document save posts it.
+void benchJournal(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const ContiControparti conti{
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("01001001")),
+                         QStringLiteral("bench")).toInt(),
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("02001001")),
+                         QStringLiteral("bench")).toInt()};
+    QList<double> system;
+    for (int run = 0; run < runs; ++run)
+        system.append(timeMs([&] {
+            for (int i = 0; i < count; ++i) {
+                DatiPrimaNota d;
+                d.fkCausale = 1;
+                d.descrizione = QStringLiteral("Fattura N.%1 DEL 15/01/2026").arg(i);
+                d.importo = Currency::fromUnits(122 + i);
+                d.importoIva = Currency::fromUnits(22);
+                d.data = QDate(2026, 1, 15);
+                d.dataValuta = d.data;
+                db.beginTrasaction(QStringLiteral("bench"));
+                salvaPrimaNota(d, conti);
+                db.commitTrasaction(QStringLiteral("bench"));
+            }
+        }));
+    const double s = median(system);
+    // Per entry: the number, the header, the causal, the delete and three lines.
+    out << QStringLiteral("%1  journal entries of sales invoices, one a transaction: %2 ms for %3 (%4 entries/s, %5 statements/s)\n")
+               .arg(b.name, -8)
+               .arg(s, 0, 'f', 1)
+               .arg(count)
+               .arg(count / (s / 1000.0), 0, 'f', 0)
+               .arg(7 * count / (s / 1000.0), 0, 'f', 0);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -338,6 +375,7 @@ int main(int argc, char* argv[])
         benchInsert(b, rows, runs);
         benchLookups(b, qMin(rows, 2000), runs);
         benchNumbering(b, qMin(rows, 1000), runs);
+        benchJournal(b, qMin(rows, 1000), runs);
         benchDueDates(b, qMin(rows, 1000), runs);
         benchStock(b, qMin(rows, 1000), runs);
         benchPricing(b, qMin(rows, 500), runs);

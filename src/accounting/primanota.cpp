@@ -123,8 +123,11 @@ QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo,
 
 int getNewProgressivoPrimaNota(const QDate& data)
 {
+    // The calendar year as a range of dates, so that the index on DATA serves.
+    const QDate primo(data.year(), 1, 1);
     RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota WHERE YEAR(DATA) = ") + formatMask(data.year(), QStringLiteral("0000")),
+        QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota WHERE DATA >= ") + gAdoSqlServer().getSQLDate(primo)
+            + QStringLiteral(" AND DATA < ") + gAdoSqlServer().getSQLDate(primo.addYears(1)),
         tag("getNewProgressivoPrimaNota"), 2, 1, 3);
     if (!rs) {
         gAdoSqlServer().disconnect();
