@@ -65,6 +65,25 @@ void writeNetPrice(CampiRiga& riga, const QVariant& prezzo, const DocumentoPrezz
     riga.colorePrezzo = CampiRiga::Colore::Blu;
 }
 
+// The discounts of the range row (R, under head H in `joins`) that holds
+// the quantity: the heads of the brand first, then those for every brand;
+// 0, 0, 0 when none does.
+void writeRangeDiscounts(CampiRiga& riga, const QString& joins, int fkMarca, const QString& conditions, const char* procedure)
+{
+    const QString select = QStringLiteral("SELECT R.Sconto1, R.SCONTO2, R.SCONTO3 FROM ");
+    QVariantList row;
+    if (fkMarca > 0)
+        row = firstRow(select + QLatin1Char('(') + joins + QStringLiteral(") INNER JOIN Marche M ON H.FK_MARCA = M.RID WHERE H.FK_MARCA = ")
+                           + id(fkMarca) + conditions,
+                       procedure);
+    if (row.isEmpty())
+        row = firstRow(select + joins + QStringLiteral(" WHERE H.FK_MARCA Is Null") + conditions, procedure);
+    if (row.isEmpty())
+        writeDiscounts(riga, 0, 0, 0);
+    else
+        writeDiscounts(riga, row.at(0), row.at(1), row.at(2));
+}
+
 // The head's key (band or supplier): the given one when a head exists for
 // it, else that of the oldest head of the category and brand (or product).
 int headKey(const QString& table, const QString& keyColumn, const QString& scope, int given, bool testGiven, const char* procedure)
@@ -187,42 +206,26 @@ void setScontiVendita(int fkCategoria, int fkMarca, int fkCliente, Single quanti
     if (!netti && (fascia < 1 || fkCategoria < 1))
         return;
     done = true;
+    const QString conditions = QStringLiteral(" AND H.FK_FASCIA = ") + id(fascia) + QStringLiteral(" AND H.FK_CATEGORIA = ")
+        + id(fkCategoria) + inRange(quantita);
     if (netti) {
         if (fkProdotto <= 0)
             return;
         const QVariantList row = firstRow(
-            QStringLiteral("SELECT CSVP.PREZZO FROM (((CatScVenditaProd CSVP INNER JOIN CatScProdVendita CSV ON CSVP.FK_CatScVenditeProd = CSV.RID) "
-                           "INNER JOIN CategorieSconti CS ON CSV.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC ON CSV.FK_FASCIA = FC.RID) "
-                           "INNER JOIN Prodotti P ON CSV.FK_PRODOTTO = P.RID WHERE CSV.FK_PRODOTTO = ")
-                + id(fkProdotto) + QStringLiteral(" AND CSV.FK_FASCIA = ") + id(fascia) + QStringLiteral(" AND CSV.FK_CATEGORIA = ")
-                + id(fkCategoria) + inRange(quantita),
+            QStringLiteral("SELECT R.PREZZO FROM (((CatScVenditaProd R INNER JOIN CatScProdVendita H ON R.FK_CatScVenditeProd = H.RID) "
+                           "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC ON H.FK_FASCIA = FC.RID) "
+                           "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
+                + id(fkProdotto) + conditions,
             procedure);
         if (!row.isEmpty())
             writeNetPrice(riga, row.at(0), d);
         return;
     }
-    const QString select = QStringLiteral("SELECT CSVS.Sconto1, CSVS.SCONTO2, CSVS.SCONTO3 FROM ");
-    const QString tail = QStringLiteral(" AND CSV.FK_FASCIA = ") + id(fascia) + QStringLiteral(" AND CSV.FK_CATEGORIA = ") + id(fkCategoria)
-        + inRange(quantita);
-    QVariantList row;
-    if (fkMarca > 0)
-        row = firstRow(select
-                           + QStringLiteral("(((CatScVenditeSconti CSVS INNER JOIN CatScVendita CSV ON CSVS.FK_CatScVendite = CSV.RID) "
-                                            "INNER JOIN CategorieSconti CS ON CSV.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC "
-                                            "ON CSV.FK_FASCIA = FC.RID) INNER JOIN Marche M ON CSV.FK_MARCA = M.RID WHERE CSV.FK_MARCA = ")
-                           + id(fkMarca) + tail,
-                       procedure);
-    if (row.isEmpty())
-        row = firstRow(select
-                           + QStringLiteral("((CatScVenditeSconti CSVS INNER JOIN CatScVendita CSV ON CSVS.FK_CatScVendite = CSV.RID) "
-                                            "INNER JOIN CategorieSconti CS ON CSV.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC "
-                                            "ON CSV.FK_FASCIA = FC.RID WHERE CSV.FK_MARCA Is Null")
-                           + tail,
-                       procedure);
-    if (row.isEmpty())
-        writeDiscounts(riga, 0, 0, 0);
-    else
-        writeDiscounts(riga, row.at(0), row.at(1), row.at(2));
+    writeRangeDiscounts(riga,
+                        QStringLiteral("((CatScVenditeSconti R INNER JOIN CatScVendita H ON R.FK_CatScVendite = H.RID) "
+                                       "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC "
+                                       "ON H.FK_FASCIA = FC.RID"),
+                        fkMarca, conditions, procedure);
 }
 
 void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single quantita, int fkProdotto, bool& done, CampiRiga& riga,
@@ -236,39 +239,24 @@ void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single qua
     if (fkCategoria < 1 || fornitore < 1)
         return;
     done = true;
-    const QString tail = QStringLiteral(" AND CSA.FK_FORNITORE = ") + id(fornitore) + QStringLiteral(" AND CSA.FK_CATEGORIA = ")
+    const QString conditions = QStringLiteral(" AND H.FK_FORNITORE = ") + id(fornitore) + QStringLiteral(" AND H.FK_CATEGORIA = ")
         + id(fkCategoria) + inRange(quantita);
     if (fkCategoria == d.catPrezziNetti) {
         if (fkProdotto <= 0)
             return;
         const QVariantList row = firstRow(
-            QStringLiteral("SELECT CSAP.PREZZO FROM (((CatScAcquistoProd CSAP INNER JOIN CatScProdAcquisto CSA ON CSAP.FK_CatScProdAcquisto = CSA.RID) "
-                           "INNER JOIN CategorieSconti CS ON CSA.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A ON CSA.FK_FORNITORE = A.RID) "
-                           "INNER JOIN Prodotti P ON CSA.FK_PRODOTTO = P.RID WHERE CSA.FK_PRODOTTO = ")
-                + id(fkProdotto) + tail,
+            QStringLiteral("SELECT R.PREZZO FROM (((CatScAcquistoProd R INNER JOIN CatScProdAcquisto H ON R.FK_CatScProdAcquisto = H.RID) "
+                           "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A ON H.FK_FORNITORE = A.RID) "
+                           "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
+                + id(fkProdotto) + conditions,
             procedure);
         if (!row.isEmpty())
             writeNetPrice(riga, row.at(0), d);
         return;
     }
-    const QString select = QStringLiteral("SELECT CSAS.Sconto1, CSAS.SCONTO2, CSAS.SCONTO3 FROM ");
-    QVariantList row;
-    if (fkMarca > 0)
-        row = firstRow(select
-                           + QStringLiteral("(((CatScAcquistoSconti CSAS INNER JOIN CatScAcquisto CSA ON CSAS.FK_CatScAcquisto = CSA.RID) "
-                                            "INNER JOIN CategorieSconti CS ON CSA.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A "
-                                            "ON CSA.FK_FORNITORE = A.RID) INNER JOIN Marche M ON CSA.FK_MARCA = M.RID WHERE CSA.FK_MARCA = ")
-                           + id(fkMarca) + tail,
-                       procedure);
-    if (row.isEmpty())
-        row = firstRow(select
-                           + QStringLiteral("((CatScAcquistoSconti CSAS INNER JOIN CatScAcquisto CSA ON CSAS.FK_CatScAcquisto = CSA.RID) "
-                                            "INNER JOIN CategorieSconti CS ON CSA.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A "
-                                            "ON CSA.FK_FORNITORE = A.RID WHERE CSA.FK_MARCA Is Null")
-                           + tail,
-                       procedure);
-    if (row.isEmpty())
-        writeDiscounts(riga, 0, 0, 0);
-    else
-        writeDiscounts(riga, row.at(0), row.at(1), row.at(2));
+    writeRangeDiscounts(riga,
+                        QStringLiteral("((CatScAcquistoSconti R INNER JOIN CatScAcquisto H ON R.FK_CatScAcquisto = H.RID) "
+                                       "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A "
+                                       "ON H.FK_FORNITORE = A.RID"),
+                        fkMarca, conditions, procedure);
 }
