@@ -736,3 +736,15 @@ QString padRight(const QString& value, int n)
         return QString();
     return value.leftJustified(n, QLatin1Char(' '), true);
 }
+
+QString leftChars(const QString& value, int n)
+{
+    if (n <= 0)
+        return QString();
+    qsizetype units = 0;
+    for (int taken = 0; taken < n && units < value.size(); ++taken) {
+        const bool pair = value.at(units).isHighSurrogate() && units + 1 < value.size() && value.at(units + 1).isLowSurrogate();
+        units += pair ? 2 : 1;
+    }
+    return value.left(units);
+}

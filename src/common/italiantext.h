@@ -110,3 +110,7 @@ QString getIDOrNullStr(const QVariant& value);
 qint16 getChekByBool(const QVariant& value);
 // The value as text cut to n characters, or filled with blanks on the right.
 QString padRight(const QString& value, int n);
+// The first n characters of the text, cut on whole characters: a character
+// outside the basic plane (an emoji) is kept whole or left out, never halved.
+// n counts characters as a server's text column does (code points).
+QString leftChars(const QString& value, int n);
