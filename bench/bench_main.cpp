@@ -301,9 +301,11 @@ void benchPricing(const Backend& b, int count, int runs)
                .arg(count / (s / 1000.0), 0, 'f', 0);
 }
 
-// Journal entries of sales invoices: header and three lines, one entry a
-// transaction as a document save posts it.
-void benchJournal(const Backend& b, int count, int runs)
+// Journal entries of sales invoices: number, header and three lines, one
+// entry a transaction as a document save posts it; in a year with no
+// entries and in one that holds `filled` already. The cost of an entry must
+// not grow with the year.
+void benchJournal(const Backend& b, int count, int runs, int filled)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const ContiControparti conti{
@@ -311,30 +313,55 @@ void benchJournal(const Backend& b, int count, int runs)
                          QStringLiteral("bench")).toInt(),
         db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("02001001")),
                          QStringLiteral("bench")).toInt()};
-    QList<double> system;
-    for (int run = 0; run < runs; ++run)
-        system.append(timeMs([&] {
-            for (int i = 0; i < count; ++i) {
-                DatiPrimaNota d;
-                d.fkCausale = 1;
-                d.descrizione = QStringLiteral("Fattura N.%1 DEL 15/01/2026").arg(i);
-                d.importo = Currency::fromUnits(122 + i);
-                d.importoIva = Currency::fromUnits(22);
-                d.data = QDate(2026, 1, 15);
-                d.dataValuta = d.data;
-                db.beginTrasaction(QStringLiteral("bench"));
-                salvaPrimaNota(d, conti);
-                db.commitTrasaction(QStringLiteral("bench"));
-            }
-        }));
-    const double s = median(system);
-    // Per entry: the number, the header, the causal, the delete and three lines.
-    out << QStringLiteral("%1  journal entries of sales invoices, one a transaction: %2 ms for %3 (%4 entries/s, %5 statements/s)\n")
+    constexpr int emptyYear = 2041, fullYear = 2042;
+    db.beginTrasaction(QStringLiteral("bench"));
+    for (int i = 1; i <= filled; ++i)
+        db.executeSQL(QStringLiteral("INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DATA, DataValuta, FK_CAUSALE, DESCRIZIONE, Importo) VALUES (")
+                          + QString::number(fullYear) + QStringLiteral(", ") + QString::number(i) + QStringLiteral(", ")
+                          + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", ")
+                          + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", 1, ")
+                          + sqlText(QStringLiteral("Fattura N.%1").arg(i)) + QStringLiteral(", 122)"),
+                      QStringLiteral("bench"));
+    db.commitTrasaction(QStringLiteral("bench"));
+
+    const auto perEntry = [&](int year) {
+        QList<double> times;
+        for (int run = 0; run < runs; ++run) {
+            times.append(timeMs([&] {
+                for (int i = 0; i < count; ++i) {
+                    DatiPrimaNota d;
+                    d.fkCausale = 1;
+                    d.descrizione = QStringLiteral("Fattura N.%1 DEL 15/01/%2").arg(i).arg(year);
+                    d.importo = Currency::fromUnits(122 + i);
+                    d.importoIva = Currency::fromUnits(22);
+                    d.data = QDate(year, 1, 15);
+                    d.dataValuta = d.data;
+                    db.beginTrasaction(QStringLiteral("bench"));
+                    salvaPrimaNota(d, conti);
+                    db.commitTrasaction(QStringLiteral("bench"));
+                }
+            }) / count);
+            // The year back as it was for the next run.
+            const QString added = QStringLiteral(" WHERE ANNO = ") + QString::number(year) + QStringLiteral(" AND PROGRESSIVO > ")
+                + QString::number(year == fullYear ? filled : 0);
+            db.executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota IN (SELECT RID FROM PrimaNota") + added
+                              + QLatin1Char(')'),
+                          QStringLiteral("bench"));
+            db.executeSQL(QStringLiteral("DELETE FROM PrimaNota") + added, QStringLiteral("bench"));
+        }
+        return median(times);
+    };
+    const double empty = perEntry(emptyYear), full = perEntry(fullYear);
+    // Per entry: the year's counter, the number, the header, the causal,
+    // three lines and the counter's update.
+    out << QStringLiteral("%1  journal entries of sales invoices, one a transaction: %2 ms an entry in an empty year, "
+                          "%3 ms with %4 entries in the year, ratio %5 (%6 entries/s)\n")
                .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0)
-               .arg(7 * count / (s / 1000.0), 0, 'f', 0);
+               .arg(empty, 0, 'f', 3)
+               .arg(full, 0, 'f', 3)
+               .arg(filled)
+               .arg(full / empty, 0, 'f', 2)
+               .arg(1000.0 / empty, 0, 'f', 0);
 }
 
 } // namespace
@@ -375,7 +402,7 @@ int main(int argc, char* argv[])
         benchInsert(b, rows, runs);
         benchLookups(b, qMin(rows, 2000), runs);
         benchNumbering(b, qMin(rows, 1000), runs);
-        benchJournal(b, qMin(rows, 1000), runs);
+        benchJournal(b, qMin(rows, 1000), runs, 20000);
         benchDueDates(b, qMin(rows, 1000), runs);
         benchStock(b, qMin(rows, 1000), runs);
         benchPricing(b, qMin(rows, 500), runs);

@@ -1,9 +1,11 @@
 #include "primanota.h"
 
 #include "cadosqlserver.h"
+#include "errorlog.h"
 #include "italiantext.h"
 #include "msgbox.h"
 #include "recordset.h"
+#include "sqldialect.h"
 #include "sqlliteral.h"
 
 namespace {
@@ -87,8 +89,13 @@ RighePrimaNota calcolaRighe(const ContiCausale& causale, Currency importo, Curre
     return r;
 }
 
-QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
-                              const ContiControparti& controparti)
+namespace {
+
+// The lines of an entry from its causal. A new entry has none to delete: a
+// delete that finds nothing would only lock the index against the other
+// workstations' entries.
+QString scriviRighe(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
+                    const ContiControparti& controparti, bool nuova)
 {
     RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
         QStringLiteral("SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
@@ -112,8 +119,9 @@ QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo,
         return QStringLiteral("Impossibile assegnare i conti DARE/AVERE!");
 
     const RighePrimaNota r = calcolaRighe(causale, importo, importoIva, importoRda, controparti);
-    if (!gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(ridPrimaNota),
-                                    tag("saveDettagliPrimaNota")))
+    if (!nuova
+        && !gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(ridPrimaNota),
+                                       tag("saveDettagliPrimaNota")))
         return QString();
     const bool written = insertLine(ridPrimaNota, r.conti.dare1, "Dare", r.dare1)
         && insertLine(ridPrimaNota, r.conti.dare2, "Dare", r.dare2) && insertLine(ridPrimaNota, r.conti.avere1, "Avere", r.avere1)
@@ -121,22 +129,58 @@ QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo,
     return written ? QStringLiteral("#") : QString();
 }
 
+} // namespace
+
+QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
+                              const ContiControparti& controparti)
+{
+    return scriviRighe(ridPrimaNota, fkCausale, importo, importoIva, importoRda, controparti, false);
+}
+
 int getNewProgressivoPrimaNota(const QDate& data)
 {
-    // The calendar year as a range of dates, so that the index on DATA serves.
-    const QDate primo(data.year(), 1, 1);
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota WHERE DATA >= ") + gAdoSqlServer().getSQLDate(primo)
-            + QStringLiteral(" AND DATA < ") + gAdoSqlServer().getSQLDate(primo.addYears(1)),
-        tag("getNewProgressivoPrimaNota"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
+    cAdoSqlServer& db = gAdoSqlServer();
+    const char* procedure = "getNewProgressivoPrimaNota";
+    if (!db.inTransaction()) {
+        // Outside a transaction nothing keeps another workstation from
+        // taking the same number before this one is written.
+        Err().raise(9998, QStringLiteral("bOrvantisCommon"), QStringLiteral("Numero di Prima Nota richiesto fuori da una transazione."));
+        notifyError(QStringLiteral("bOrvantisCommon"), QLatin1String(procedure), QString());
         return -1;
     }
+    const QString anno = QString::number(data.year());
+    const QString where = QStringLiteral(" WHERE ANNO = ") + anno;
+
+    // The year's counter row is locked first and held until the transaction
+    // ends: a second workstation waits here, and then reads the number this
+    // one has written. On the file database the write transaction already
+    // holds the whole database.
+    if (db.TipoServer() == TipoServer::MySql) {
+        if (!db.executeSQL(QStringLiteral("INSERT INTO ContatoriPrimaNota (ANNO, NUMERO) VALUES (") + anno
+                               + QStringLiteral(", 0) ON DUPLICATE KEY UPDATE NUMERO = NUMERO"),
+                           tag(procedure)))
+            return -1;
+    } else {
+        const QVariant counter = db.getValueBySQL(
+            QStringLiteral("SELECT NUMERO FROM ContatoriPrimaNota \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022") + where,
+            tag(procedure));
+        if (!counter.isValid()
+            && !db.executeSQL(QStringLiteral("INSERT INTO ContatoriPrimaNota (ANNO, NUMERO) VALUES (") + anno + QStringLiteral(", 0)"),
+                              tag(procedure)))
+            return -1;
+    }
+
+    // The highest number of the year and one more: a number freed by a
+    // deletion at the end of the run is given again.
+    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota") + where, tag(procedure), 2, 1, 3);
+    if (!rs)
+        return -1;
     const QVariant ultimo = rs->eof() ? QVariant() : rs->value(0);
     rs->close();
-    gAdoSqlServer().disconnect();
-    return ultimo.isNull() ? 1 : ultimo.toInt() + 1;
+    const int numero = ultimo.isNull() ? 1 : ultimo.toInt() + 1;
+    if (!db.executeSQL(QStringLiteral("UPDATE ContatoriPrimaNota SET NUMERO = ") + QString::number(numero) + where, tag(procedure)))
+        return -1;
+    return numero;
 }
 
 int getProgPrimaNotaByID(int rid)
@@ -168,8 +212,9 @@ int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
         const int progressivo = getNewProgressivoPrimaNota(d.data);
         if (progressivo == -1)
             return -1;
-        key = db.getIDByInsert(sqlInsert(QStringLiteral("PrimaNota"), QStringList{QStringLiteral("Progressivo")} + columns,
-                                         QStringList{QString::number(progressivo)} + QStringList(std::begin(values), std::end(values))),
+        key = db.getIDByInsert(sqlInsert(QStringLiteral("PrimaNota"), QStringList{QStringLiteral("Progressivo"), QStringLiteral("ANNO")} + columns,
+                                         QStringList{QString::number(progressivo), QString::number(d.data.year())}
+                                             + QStringList(std::begin(values), std::end(values))),
                                tag("salvaPrimaNota"), QStringLiteral("RID"), QStringLiteral("PrimaNota"));
         if (key < 1)
             return -1;
@@ -178,11 +223,11 @@ int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
         // The data layer has told the failure; the lines stay as they are.
         return d.rid;
     }
-    const QString esito = saveDettagliPrimaNota(key, d.fkCausale, d.importo, d.importoIva, d.importoRda, controparti);
+    const QString esito = scriviRighe(key, d.fkCausale, d.importo, d.importoIva, d.importoRda, controparti, d.rid < 1);
     if (esito == QLatin1String("#"))
         return key;
     if (!esito.isEmpty())
-        msgBox(esito, vb::Critical);
+        gAdoSqlServer().showAfterTransaction(esito, vb::Critical);
     return -1;
 }
 
@@ -205,6 +250,6 @@ int modificaImportoPrimaNota(int rid, Currency importo, Currency importoIva, Cur
     if (esito == QLatin1String("#"))
         return rid;
     if (!esito.isEmpty())
-        msgBox(esito, vb::Critical);
+        gAdoSqlServer().showAfterTransaction(esito, vb::Critical);
     return -1;
 }

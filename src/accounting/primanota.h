@@ -67,7 +67,9 @@ QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo,
 int modificaImportoPrimaNota(int rid, Currency importo, Currency importoIva, Currency importoRda,
                              const ContiControparti& controparti);
 
-// The next number of the calendar year of the date; -1 when it cannot be read.
+// The next number of the calendar year of the date, under the lock of the
+// year's counter until the caller's transaction ends; -1 when it cannot be
+// read or no transaction is open (a failure reported).
 int getNewProgressivoPrimaNota(const QDate& data);
 
 // The number of an entry, 0 when it cannot be read.

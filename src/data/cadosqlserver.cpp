@@ -8,6 +8,7 @@
 #include "sqlliteral.h"
 
 #include <QSqlQuery>
+#include <utility>
 
 SessionGlobals& gSession()
 {
@@ -26,6 +27,15 @@ cAdoSqlServer& gAdoSqlServer()
 int cConnection::State() const
 {
     return m_physical && m_physical->isOpen() ? 1 : 0;
+}
+
+bool cConnection::reopen(int tipoServer, const QString& connectionString, DbError& error)
+{
+    if (m_physical)
+        m_physical->close();
+    driver::discardIdle(tipoServer, connectionString);
+    m_physical = driver::acquire(tipoServer, connectionString, 60, error);
+    return m_physical != nullptr;
 }
 
 void cConnection::close()
@@ -77,8 +87,64 @@ QString cAdoSqlServer::getSQLSeparator() const
     return ::getSQLSeparator();
 }
 
+QString cAdoSqlServer::busyMessage()
+{
+    return QStringLiteral("Il database è occupato da un'altra postazione: riprovare il salvataggio.");
+}
+
+QString cAdoSqlServer::connectionLostMessage()
+{
+    return QStringLiteral("La connessione al database si è interrotta: l'operazione è stata annullata e nulla è stato "
+                          "salvato. Riprovare.");
+}
+
+// A busy database or a connection lost inside a transaction is no fault of
+// the program: the user reads what happened and tries again, without an
+// error report. While the transaction is open the message waits for its end.
+bool cAdoSqlServer::reportUnavailable(const DbError& error)
+{
+    QString text;
+    if (driver::isBusy(m_tipoServer, error)) {
+        m_lastFailure = Failure::Busy;
+        text = busyMessage();
+    } else if (m_inTransaction && driver::isConnectionLost(m_tipoServer, error)) {
+        m_lastFailure = Failure::ConnectionLost;
+        text = connectionLostMessage();
+    } else {
+        return false;
+    }
+    if (m_inTransaction)
+        m_transactionFailed = true;
+    showAfterTransaction(text, vb::Exclamation);
+    return true;
+}
+
+void cAdoSqlServer::showAfterTransaction(const QString& text, int style)
+{
+    if (!m_inTransaction) {
+        msgBox(text, style);
+        return;
+    }
+    const QPair<QString, int> message(text, style);
+    if (!m_pendingMessages.contains(message))
+        m_pendingMessages.append(message);
+}
+
+void cAdoSqlServer::showPendingMessages()
+{
+    const QList<QPair<QString, int>> messages = std::exchange(m_pendingMessages, {});
+    for (const auto& [text, style] : messages)
+        msgBox(text, style);
+}
+
 void cAdoSqlServer::report(const QString& procedure, const QString& information, const DbError* error)
 {
+    if (m_inTransaction && m_transactionFailed)
+        return;   // a statement refused after the transaction was lost: told already
+    if (error && reportUnavailable(*error))
+        return;
+    if (m_lastFailure == Failure::None)
+        m_lastFailure = Failure::Other;
     if (error)
         Err().raise(error->number, error->source, error->description);
     if (Err().source.isEmpty())
@@ -143,11 +209,18 @@ int cAdoSqlServer::ConnectionState() const
 
 bool cAdoSqlServer::beginTrasaction(const QString& tag)
 {
+    m_lastFailure = Failure::None;
+    m_transactionFailed = false;
     if (!Connect(QStringLiteral("N/D"), 60, 0, false))
         return false;
     DbError error;
-    if (!m_current->physical()->begin(error)) {
+    bool begun = m_current->physical()->begin(error);
+    // A pooled connection that died while idle: one more try on a new one.
+    if (!begun && driver::isConnectionLost(m_tipoServer, error) && m_current->reopen(m_tipoServer, gSession().strConnessione, error))
+        begun = m_current->physical()->begin(error);
+    if (!begun) {
         report(QStringLiteral("beginTrasaction -> ") + tag, QString(), &error);
+        disconnect();
         return false;
     }
     m_inTransaction = true;
@@ -158,6 +231,8 @@ bool cAdoSqlServer::commitTrasaction(const QString& tag)
 {
     if (!m_inTransaction || !m_current || !m_current->physical())
         return false;
+    if (m_transactionFailed)
+        return false;   // already undone by the server: the caller rolls back
     DbError error;
     if (!m_current->physical()->commit(error)) {
         report(QStringLiteral("commitTrasaction -> ") + tag, QString(), &error);
@@ -165,21 +240,27 @@ bool cAdoSqlServer::commitTrasaction(const QString& tag)
     }
     m_inTransaction = false;
     disconnect();
+    showPendingMessages();
     return true;
 }
 
 bool cAdoSqlServer::rollbackTrasaction(const QString& tag)
 {
-    if (!m_inTransaction || !m_current || !m_current->physical())
+    if (!m_inTransaction || !m_current)
         return false;
     DbError error;
-    const bool ok = m_current->physical()->rollback(error);
+    // A connection that died took its transaction with it: nothing to undo.
+    const bool alive = m_current->physical() && m_current->physical()->isOpen();
+    const bool ok = !alive || m_current->physical()->rollback(error);
     m_inTransaction = false;
+    m_transactionFailed = false;
     if (!ok) {
         report(QStringLiteral("rollbackTrasaction -> ") + tag, QString(), &error);
+        showPendingMessages();
         return false;
     }
     disconnect();
+    showPendingMessages();
     return true;
 }
 
@@ -219,18 +300,47 @@ bool cAdoSqlServer::connectOutsideTransaction()
 
 bool cAdoSqlServer::run(const QString& prepared, QSqlQuery* query, DbError& error, int* rowsAffected)
 {
-    if (!m_current || !m_current->physical() || m_current->State() == 0) {
-        error.number = 3704;
+    if (!m_current || !m_current->physical()) {
+        error.number = driver::kConnectionClosed;
         error.source = m_className;
         error.description = QStringLiteral("Operazione non consentita se l'oggetto è chiuso.");
         return false;
     }
-    m_current->Errors.clear();
-    if (!m_current->physical()->execute(driver::finalSql(prepared, m_tipoServer), query, error, rowsAffected)) {
+    if (m_inTransaction && m_transactionFailed) {
+        // The transaction is already lost: nothing more may run in it, or it
+        // would be written outside it. The failure was told once.
+        error = DbError();
+        error.number = driver::kConnectionClosed;
+        error.source = m_className;
+        error.description = QStringLiteral("Transazione annullata.");
         m_current->Errors.append(error);
         return false;
     }
-    return true;
+    m_lastFailure = Failure::None;
+    m_current->Errors.clear();
+    const QString text = driver::finalSql(prepared, m_tipoServer);
+    if (m_current->physical()->execute(text, query, error, rowsAffected))
+        return true;
+    if (driver::isConnectionLost(m_tipoServer, error)) {
+        driver::discardIdle(m_tipoServer, m_current->physical()->connectionString());
+        if (m_inTransaction)
+            m_current->physical()->close();   // the server has undone the transaction
+        else if (retryOnNewConnection(text, query, error, rowsAffected))
+            return true;
+    }
+    m_current->Errors.append(error);
+    return false;
+}
+
+// Outside a transaction a statement whose connection died runs once more on
+// a new one: a server restart costs the user nothing.
+bool cAdoSqlServer::retryOnNewConnection(const QString& finalText, QSqlQuery* query, DbError& error, int* rowsAffected)
+{
+    DbError reopenError;
+    if (!m_current->reopen(m_tipoServer, gSession().strConnessione, reopenError))
+        return false;   // the server is still away: the first failure is told
+    error = DbError();
+    return m_current->physical()->execute(finalText, query, error, rowsAffected);
 }
 
 // A statement failed outside a transaction: its connection stays counted on
@@ -291,6 +401,7 @@ void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QStri
                                            bool withRA)
 {
     if (driver::isIntegrityRefusal(m_tipoServer, error)) {
+        m_lastFailure = Failure::Other;
         QString text = QStringLiteral("L'operazione non può essere completata nel rispetto dell'integrità dei dati.\r");
         if (!withRA)
             text += QStringLiteral("E' probabile che si sta tentando di eliminare un record che risulta vincolato ai "

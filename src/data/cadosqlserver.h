@@ -34,6 +34,8 @@ public:
     int State() const;                         // 1 open, 0 closed
     void close();                              // gives the physical connection back
     PhysicalConnection* physical() const { return m_physical.get(); }
+    // A new physical connection in place of one that died.
+    bool reopen(int tipoServer, const QString& connectionString, DbError& error);
 
     QList<DbError> Errors;                     // errors of the latest statement
 
@@ -54,6 +56,14 @@ struct cCommand
 class cAdoSqlServer
 {
 public:
+    // What made the latest statement fail.
+    enum class Failure {
+        None,
+        Busy,             // another workstation held the lock, or a deadlock victim
+        ConnectionLost,   // the connection died inside a transaction
+        Other,
+    };
+
     // ADO numbers in use.
     static constexpr int adUseServer = 2, adUseClient = 3;
     static constexpr int adOpenForwardOnly = 0, adOpenDynamic = 2;
@@ -84,6 +94,17 @@ public:
     bool commitTrasaction(const QString& tag);
     bool rollbackTrasaction(const QString& tag);
     bool inTransaction() const { return m_inTransaction; }
+    // The kind of the latest failure; None after a statement that worked.
+    Failure lastFailure() const { return m_lastFailure; }
+
+    // A message box for the user: shown at once outside a transaction, else
+    // held until the transaction ends, so that no one waits on a question
+    // while the database is locked for the other workstations.
+    void showAfterTransaction(const QString& text, int style);
+
+    // The text shown when another workstation keeps the database busy.
+    static QString busyMessage();
+    static QString connectionLostMessage();
 
     int TipoCursore() const { return m_tipoCursore; }
     void setTipoCursore(int value) { m_tipoCursore = value; }
@@ -139,6 +160,9 @@ private:
     bool runStatement(QString& sql, const QString& procedure, bool withRA, int* affected);
     void reportStatementFailure(const QString& procedure, const QString& sql, const DbError& error, bool withRA);
     void abandonCurrent();
+    bool retryOnNewConnection(const QString& finalText, QSqlQuery* query, DbError& error, int* rowsAffected);
+    bool reportUnavailable(const DbError& error);
+    void showPendingMessages();
 
     ConnectionPtr m_current;
     int m_count = 0;
@@ -147,6 +171,12 @@ private:
     QString m_lastCommand;
     QString m_strConnection;
     bool m_inTransaction = false;
+    // The transaction can no longer be committed (a deadlock undid it, or
+    // its connection died): every statement is refused until the rollback.
+    bool m_transactionFailed = false;
+    Failure m_lastFailure = Failure::None;
+    // Messages held back while a transaction is open, shown after it ends.
+    QList<QPair<QString, int>> m_pendingMessages;
     int m_tipoCursore = adUseServer;
     QString m_appName;
     qint16 m_tipoServer = 0;

@@ -19,8 +19,12 @@ namespace {
 constexpr qint64 kRecheckAfterMs = 5 * 60 * 1000;
 // Idle connections kept per connection string.
 constexpr int kMaxIdle = 4;
-// How long the file database waits for another workstation's write lock.
-constexpr int kBusyTimeoutMs = 15000;
+// How long a workstation waits for another one's lock, in seconds.
+int& busyTimeoutSeconds()
+{
+    static int seconds = 15;
+    return seconds;
+}
 
 QHash<QString, QList<PhysicalConnectionPtr>>& pool()
 {
@@ -61,9 +65,30 @@ bool openFileDb(const QString& name, const QString& connectionString, DbError& e
         error.description = QStringLiteral("Impossibile trovare il file '") + path + QStringLiteral("'.");
         return false;
     }
+    // SQLite makes any file it writes to a database, and the journal mode set
+    // below is a write: a file of 0 bytes, or one that does not begin as a
+    // SQLite database, is refused before it is opened, and stays as it is.
+    // (A new database is begun by the model's code, never here.)
+    {
+        QFile file(path);
+        const bool readable = file.open(QIODevice::ReadOnly);
+        const QByteArray head = readable ? file.read(16) : QByteArray();
+        if (head != QByteArray("SQLite format 3", 16)) {
+            error.number = 26;   // SQLITE_NOTADB
+            error.nativeError = QStringLiteral("26");
+            error.source = driver::sourceName(TipoServer::FileDb);
+            if (!readable)
+                error.description = QStringLiteral("Impossibile leggere il file '") + path + QStringLiteral("': ") + file.errorString();
+            else if (head.isEmpty())
+                error.description = QStringLiteral("Il file '") + path + QStringLiteral("' è vuoto: non è un database.");
+            else
+                error.description = QStringLiteral("Il file '") + path + QStringLiteral("' non è un database SQLite.");
+            return false;
+        }
+    }
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
     db.setDatabaseName(path);
-    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=") + QString::number(kBusyTimeoutMs));
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=") + QString::number(busyTimeoutSeconds() * 1000));
     if (!db.open()) {
         error = driver::fromQtError(db.lastError(), TipoServer::FileDb);
         return false;
@@ -99,11 +124,17 @@ bool openMySql(const QString& name, const QString& connectionString, int timeout
         return false;
     }
     // A backslash in a value is a backslash; strict mode refuses a text longer
-    // than its column instead of cutting it.
+    // than its column instead of cutting it. Each statement reads what other
+    // workstations committed last (the engines lock the rows they will write
+    // before reading them), and searches take no gap locks: without these,
+    // two workstations adding rows at once block each other into deadlocks.
+    // A workstation waits at most as long for a lock as on the file database.
     return runSetup(db,
                     {QStringLiteral("SET NAMES utf8mb4 COLLATE utf8mb4_unicode_ci"),
                      QStringLiteral("SET SESSION sql_mode='STRICT_TRANS_TABLES,NO_ZERO_IN_DATE,NO_ZERO_DATE,"
-                                    "ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES'")},
+                                    "ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION,NO_BACKSLASH_ESCAPES'"),
+                     QStringLiteral("SET SESSION TRANSACTION ISOLATION LEVEL READ COMMITTED"),
+                     QStringLiteral("SET SESSION innodb_lock_wait_timeout = ") + QString::number(busyTimeoutSeconds())},
                     TipoServer::MySql, error);
 }
 
@@ -140,15 +171,21 @@ PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, i
     return connection;
 }
 
-// Turns "#MM/DD/YYYY#" and "#MM/DD/YYYY Hh:Nn:Ss#" into ISO text literals.
+// Turns "#MM/DD/YYYY#", "#MM/DD/YYYY Hh:Nn:Ss#" and "#Hh:Nn:Ss#" into ISO
+// text literals.
 QString isoFromFileDbLiteral(const QString& literal)
 {
     static const QRegularExpression re(
         QStringLiteral("^(\\d{1,2})/(\\d{1,2})/(\\d{4})(?:\\s+(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?)?$"));
+    auto two = [](const QString& s) { return s.rightJustified(2, QLatin1Char('0')); };
+    // A time alone ("#Hh:Nn:Ss#"): the time of day as text.
+    static const QRegularExpression time(QStringLiteral("^(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?$"));
+    if (const QRegularExpressionMatch t = time.match(literal); t.hasMatch())
+        return QLatin1Char('\'') + two(t.captured(1)) + QLatin1Char(':') + two(t.captured(2)) + QLatin1Char(':')
+            + two(t.captured(3).isEmpty() ? QStringLiteral("0") : t.captured(3)) + QLatin1Char('\'');
     const QRegularExpressionMatch m = re.match(literal);
     if (!m.hasMatch())
         return QString();
-    auto two = [](const QString& s) { return s.rightJustified(2, QLatin1Char('0')); };
     QString iso = m.captured(3) + QLatin1Char('-') + two(m.captured(1)) + QLatin1Char('-') + two(m.captured(2));
     if (!m.captured(4).isEmpty())
         iso += QLatin1Char(' ') + two(m.captured(4)) + QLatin1Char(':') + two(m.captured(5)) + QLatin1Char(':')
@@ -273,6 +310,13 @@ void PhysicalConnection::close()
 bool PhysicalConnection::execute(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected)
 {
     touch();
+    if (!isOpen()) {
+        error.number = driver::kConnectionClosed;
+        error.nativeError.clear();
+        error.source = driver::sourceName(m_tipoServer);
+        error.description = QStringLiteral("La connessione al database è chiusa.");
+        return false;
+    }
     QSqlQuery q(QSqlDatabase::database(m_name, false));
     q.setForwardOnly(true);
     if (!q.exec(sql)) {
@@ -369,6 +413,63 @@ bool isIntegrityRefusal(int tipoServer, const DbError& error)
     case TipoServer::SqlServer: return code.split(QLatin1Char(';')).contains(QLatin1String("547"));
     default: return false;
     }
+}
+
+bool isBusy(int tipoServer, const DbError& error)
+{
+    const QString code = error.nativeError.trimmed();
+    switch (tipoServer) {
+    case TipoServer::FileDb: {
+        // SQLITE_BUSY and SQLITE_LOCKED, with their extended codes.
+        bool numeric = false;
+        const int primary = code.toInt(&numeric) & 0xff;
+        return numeric && (primary == 5 || primary == 6);
+    }
+    case TipoServer::MySql: return code == QLatin1String("1213") || code == QLatin1String("1205");
+    case TipoServer::SqlServer: {
+        const QStringList codes = code.split(QLatin1Char(';'));
+        return codes.contains(QLatin1String("1205")) || codes.contains(QLatin1String("1222"));
+    }
+    default: return false;
+    }
+}
+
+bool isConnectionLost(int tipoServer, const DbError& error)
+{
+    if (error.number == kConnectionClosed)
+        return true;
+    const QString code = error.nativeError.trimmed();
+    switch (tipoServer) {
+    case TipoServer::MySql: {
+        // Server gone away, lost during a query, killed, closed for
+        // inactivity, lost while reading the answer.
+        static const QStringList lost{QStringLiteral("2006"), QStringLiteral("2013"), QStringLiteral("1927"),
+                                      QStringLiteral("4031"), QStringLiteral("2055"), QStringLiteral("1053")};
+        return lost.contains(code);
+    }
+    case TipoServer::SqlServer:
+        // ODBC states of a broken link.
+        return code.contains(QLatin1String("08S01")) || code.contains(QLatin1String("08003"))
+            || code.contains(QLatin1String("08007"));
+    default: return false;
+    }
+}
+
+void discardIdle(int tipoServer, const QString& connectionString)
+{
+    const QList<PhysicalConnectionPtr> idle = pool().take(poolKey(tipoServer, connectionString));
+    for (const PhysicalConnectionPtr& connection : idle)
+        connection->close();
+}
+
+void setBusyTimeout(int seconds)
+{
+    busyTimeoutSeconds() = qMax(1, seconds);
+}
+
+QList<PhysicalConnectionPtr> idleConnections(int tipoServer, const QString& connectionString)
+{
+    return pool().value(poolKey(tipoServer, connectionString));
 }
 
 PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)

@@ -4,6 +4,7 @@
 // that the logical "one connection per statement" model stays cheap.
 
 #include <QElapsedTimer>
+#include <QList>
 #include <QString>
 #include <QVariant>
 #include <memory>
@@ -66,6 +67,9 @@ using PhysicalConnectionPtr = std::shared_ptr<PhysicalConnection>;
 
 namespace driver {
 
+// The number of the failure of a statement on a closed connection.
+constexpr qint64 kConnectionClosed = 3704;
+
 // A connection for the string: an idle one from the pool, or a new one.
 // Returns null with `error` set when the database cannot be reached.
 PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error);
@@ -84,6 +88,26 @@ QString finalSql(const QString& preparedSql, int tipoServer);
 // A referential-integrity refusal (delete of a referenced row, or a reference
 // to a row that does not exist) by its native code.
 bool isIntegrityRefusal(int tipoServer, const DbError& error);
+
+// Another workstation held the lock too long, or the engine chose this
+// transaction as the victim of a deadlock: the transaction is lost, a new
+// attempt may well succeed.
+bool isBusy(int tipoServer, const DbError& error);
+
+// The connection is gone (server restarted, session killed, network down):
+// nothing more can run on it.
+bool isConnectionLost(int tipoServer, const DbError& error);
+
+// Closes the idle pooled connections of one database: after one of them
+// was found dead, the others most likely are too.
+void discardIdle(int tipoServer, const QString& connectionString);
+
+// How long a connection opened from now on waits for another workstation's
+// lock before its statement fails as busy (15 seconds unless set).
+void setBusyTimeout(int seconds);
+
+// The idle pooled connections of one database.
+QList<PhysicalConnectionPtr> idleConnections(int tipoServer, const QString& connectionString);
 
 DbError fromQtError(const QSqlError& error, int tipoServer);
 QString sourceName(int tipoServer);

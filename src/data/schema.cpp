@@ -253,11 +253,12 @@ QList<Table> buildTables()
                   {ref("FK_PRODOTTO1"), ref("FK_PRODOTTO2")},
                   {}};
 
-    // Stock rows: one per product, warehouse and cost lot.
+    // Stock rows: one per product, warehouse and cost lot, also when two
+    // workstations post the first load of a lot at the same moment.
     list << Table{QStringLiteral("DettagliProdotto"),
                   {key("RID"), ref("FK_MAGAZZINO", "Magazzini"), ref("FK_PRODOTTO", "Prodotti"),
                    quantity("QUANTITA"), amount("TAGLIO"), quantity("TOTQ")},
-                  {index({"FK_PRODOTTO", "FK_MAGAZZINO"})}};
+                  {index({"FK_PRODOTTO", "FK_MAGAZZINO", "TAGLIO"}, true)}};
 
     list << Table{QStringLiteral("Listini"),
                   {ref("FK_Anagrafe", "Anagrafiche"), ref("FK_PRODOTTO", "Prodotti"),
@@ -360,15 +361,25 @@ QList<Table> buildTables()
                   {}};
 
     // Journal. RifMovimento has no constraint: deleting a document removes
-    // the document first and the entries that name it afterwards.
+    // the document first and the entries that name it afterwards. ANNO is
+    // the year whose sequence gave PROGRESSIVO: the year of DATA when the
+    // entry was made, kept when a later change moves the date to another
+    // year, as the number is kept.
     list << Table{QStringLiteral("PrimaNota"),
                   {key("RID"), text("CodicePartita", kCodice), date("DATA"), date("DataValuta"),
                    text("DESCRIZIONE", kDescrizione), ref("FK_Anagrafe", "Anagrafiche"),
                    ref("FK_CAUSALE", "Causali"), ref("FK_CentroCosto", "CentriCosto"),
                    ref("FK_PAGAMENTO", "Pagamenti"), amount("Importo"),
-                   text("NumDocumento", 50), whole("PROGRESSIVO"),
+                   text("NumDocumento", 50), whole("PROGRESSIVO"), whole("ANNO"),
                    text("RIFERIMENTI", kDescrizione), ref("RifMovimento")},
-                  {index({"PROGRESSIVO"}), index({"DATA"}), index({"DataValuta"})}};
+                  {index({"ANNO", "PROGRESSIVO"}, true), index({"DATA"}), index({"DataValuta"})}};
+
+    // One row a year of journal numbers: the workstation that numbers an
+    // entry holds its lock until its transaction ends. NUMERO is the last
+    // number given.
+    list << Table{QStringLiteral("ContatoriPrimaNota"),
+                  {key("RID"), whole("ANNO"), whole("NUMERO")},
+                  {index({"ANNO"}, true)}};
 
     list << Table{QStringLiteral("PrimaNotaDettagli"),
                   {key("RID"), amount("Avere"), amount("DARE"), ref("FK_Conto", "PianoConti"),
@@ -546,7 +557,7 @@ bool Table::hasKey() const
 
 int schemaVersion()
 {
-    return 1;
+    return 2;
 }
 
 QString versionTable()
@@ -642,10 +653,20 @@ QStringList createStatements(int tipoServer)
         out << sql;
     }
     for (const Table& t : tables())
-        for (const Index& ix : t.indexes)
-            out << (ix.unique ? QStringLiteral("CREATE UNIQUE INDEX ") : QStringLiteral("CREATE INDEX "))
-                       + quoted(ix.name, tipoServer) + QStringLiteral(" ON ") + quoted(t.name, tipoServer)
-                       + QStringLiteral(" (") + quotedList(ix.columns, tipoServer) + QLatin1Char(')');
+        for (const Index& ix : t.indexes) {
+            QString sql = (ix.unique ? QStringLiteral("CREATE UNIQUE INDEX ") : QStringLiteral("CREATE INDEX "))
+                          + quoted(ix.name, tipoServer) + QStringLiteral(" ON ") + quoted(t.name, tipoServer)
+                          + QStringLiteral(" (") + quotedList(ix.columns, tipoServer) + QLatin1Char(')');
+            // Rows with a Null in the key never collide, as on the other back
+            // ends; SQL Server would count Null as one more value.
+            if (ix.unique && tipoServer == 0) {
+                QStringList present;
+                for (const QString& column : ix.columns)
+                    present << quoted(column, tipoServer) + QStringLiteral(" IS NOT NULL");
+                sql += QStringLiteral(" WHERE ") + present.join(QStringLiteral(" AND "));
+            }
+            out << sql;
+        }
     if (tipoServer == 1)
         return out;   // SQLite: the references are part of CREATE TABLE
     for (const Table& t : tables())

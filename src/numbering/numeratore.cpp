@@ -1,6 +1,7 @@
 #include "numeratore.h"
 
 #include "cadosqlserver.h"
+#include "errorlog.h"
 #include "recordset.h"
 #include "sqldialect.h"
 #include "sqlliteral.h"
@@ -41,6 +42,13 @@ std::optional<int> neighbour(int fkTipoDocumento, const QDate& data, int rid, bo
 
 int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno)
 {
+    if (!gAdoSqlServer().inTransaction()) {
+        // Outside a transaction the counter's lock would end with the
+        // statement: two workstations could take the same number.
+        Err().raise(9998, kModule, QStringLiteral("Numero di documento richiesto fuori da una transazione."));
+        notifyError(kModule, QStringLiteral("getNewNumeratoreAnnuale"), QStringLiteral("FK_NUMERATORE=") + QString::number(fkNumeratore));
+        return 0;
+    }
     const QString id = QString::number(fkNumeratore);
     const QString where = QStringLiteral(" WHERE FK_NUMERATORE = ") + id + QStringLiteral(" AND ANNO = ") + sqlText(anno);
     const QString insertFirst = QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (") + id

@@ -8,7 +8,8 @@
 class QDate;
 
 // The next number of a numerator in a year (the document's year as text):
-// 1 for a counter that is missing or still at 0. 0 when a statement failed.
+// 1 for a counter that is missing or still at 0. 0 when a statement failed
+// or no transaction is open (a failure reported).
 // The counter's row stays locked by the caller's transaction until it ends,
 // so two workstations saving at once never take the same number.
 int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno);

@@ -6,6 +6,7 @@
 #include "sqlliteral.h"
 
 #include <QDate>
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -92,9 +93,19 @@ bool updateGiacenza(int fkProdotto, Single giacenza, double amount, int fkMagazz
                                       tag(procedure));
 }
 
-Single readGiacenza(int fkProdotto, const char* procedure)
+// GIACENZA of the product, read under the lock of the product's row: every
+// posting takes it before it reads or writes any of the product's stock, so
+// a second workstation posting the same product waits here and then reads
+// what this one wrote. The lock lasts until the caller's transaction ends.
+QString lockingRead(const QString& column, int fkProdotto)
 {
-    const auto g = firstValue(QStringLiteral("SELECT GIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto), tag(procedure));
+    return QStringLiteral("SELECT ") + column + QStringLiteral(" FROM Prodotti \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE RID = ")
+        + QString::number(fkProdotto) + QStringLiteral(" \u2022M\u2022FOR UPDATE\u2022/M\u2022");
+}
+
+Single lockAndReadGiacenza(int fkProdotto, const char* procedure)
+{
+    const auto g = firstValue(lockingRead(QStringLiteral("GIACENZA"), fkProdotto), tag(procedure));
     return g ? toSingle(getValoreNumerico(*g)) : Single(0);
 }
 
@@ -120,7 +131,25 @@ bool getAggiornamentoGiacenzeByProdotto(int fkProdotto)
 
 double getGiacenzaProdottoTotale(int fkProdotto)
 {
-    return double(readGiacenza(fkProdotto, "getGiacenzaProdotto"));
+    const auto g = firstValue(QStringLiteral("SELECT GIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
+                              tag("getGiacenzaProdotto"));
+    return g ? double(toSingle(getValoreNumerico(*g))) : 0.0;
+}
+
+bool bloccaProdotti(QList<int> prodotti)
+{
+    std::sort(prodotti.begin(), prodotti.end());
+    prodotti.erase(std::unique(prodotti.begin(), prodotti.end()), prodotti.end());
+    for (const int prodotto : std::as_const(prodotti)) {
+        if (prodotto < 1)
+            continue;
+        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(lockingRead(QStringLiteral("RID"), prodotto), tag("bloccaProdotti"), 2, 1, 3);
+        if (!rs)
+            return false;
+        rs->close();
+        gAdoSqlServer().disconnect();
+    }
+    return true;
 }
 
 QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione, int fkMagazzinoOrig,
@@ -133,6 +162,9 @@ QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& tagl
     const char* procedure = "aggiornaGiacenze";
     const Currency none;
     const bool transfer = fkMagazzinoOrig > 0 && fkMagazzinoDest > 0;
+    // The lock comes before the choice of the oldest lot, so that the choice
+    // sees the other workstations' postings of the product.
+    const Single giacenza = lockAndReadGiacenza(fkProdotto, procedure);
     if (taglio < none && fkMagazzinoOrig > 0)
         taglio = getTaglioProdotto(fkProdotto, fkMagazzinoOrig);
     if (taglio < none)
@@ -140,7 +172,6 @@ QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& tagl
                               "Informazioni: \r - ")
             + informazioni;
 
-    const Single giacenza = transfer ? Single(0) : readGiacenza(fkProdotto, procedure);
     std::optional<Single> origine, precedente, destinazione;
     if (fkMagazzinoOrig > 0 && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, lotWhere(fkProdotto, fkMagazzinoOrig, taglio), taglio, procedure)))
         return QStringLiteral("#err");
@@ -181,7 +212,7 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
 {
     const char* procedure = "aggiornaGiacenzeSimple";
     const bool transfer = fkMagazzinoOrig > 0 && fkMagazzinoDest > 0;
-    const Single giacenza = transfer ? Single(0) : readGiacenza(fkProdotto, procedure);
+    const Single giacenza = lockAndReadGiacenza(fkProdotto, procedure);
     std::optional<Single> origine, destinazione;
     if (fkMagazzinoOrig > 0
         && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, rowWhere(fkProdotto, fkMagazzinoOrig), Currency(), procedure)))

@@ -11,6 +11,7 @@
 #include "currency.h"
 #include "single.h"
 
+#include <QList>
 #include <QString>
 
 class QDate;
@@ -52,6 +53,12 @@ bool getAggiornamentoGiacenzeByProdotto(int fkProdotto);
 
 // GIACENZA of the product, 0 when missing.
 double getGiacenzaProdottoTotale(int fkProdotto);
+
+// Locks the rows of the products until the caller's transaction ends, in
+// the order of their keys. A save that posts several products calls it
+// first, so that two workstations never wait on each other's products in
+// opposite orders. False when a lock could not be had.
+bool bloccaProdotti(QList<int> prodotti);
 
 // The average unit cost of the loads into the warehouse over the last
 // `mesi` months, with a row being written (quantita, prezzo above -1) in

@@ -146,6 +146,38 @@ private Q_SLOTS:
         QCOMPARE(linesOf(second), (QStringList{QString::number(clienti) + " D 122", QStringLiteral("20 A 100"), QStringLiteral("14 A 22")}));
         QCOMPARE(modificaImportoPrimaNota(0, eur("1"), Currency(), Currency(), conti), 0);
         QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+
+        // The entry moved to 2027 keeps its place in the 2026 sequence; a
+        // number freed at the end of the run is given again.
+        d.rid = 0;
+        d.data = QDate(2026, 12, 31);
+        gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
+        const int third = salvaPrimaNota(d, conti);
+        gAdoSqlServer().commitTrasaction(QStringLiteral("test"));
+        QCOMPARE(getProgPrimaNotaByID(third), 3);
+        gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(third), QStringLiteral("test"));
+        gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNota WHERE RID = ") + QString::number(third), QStringLiteral("test"));
+        gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
+        QCOMPARE(getNewProgressivoPrimaNota(d.data), 3);
+        gAdoSqlServer().rollbackTrasaction(QStringLiteral("test"));
+    }
+
+    // Outside a transaction no number is given: another workstation could
+    // take the same one before it is written.
+    void numberOutsideTransaction_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void numberOutsideTransaction()
+    {
+        QFETCH(QString, backend);
+        QVERIFY(testdb::shared(backend).isValid());
+        testdb::ErrorRecorder errors;
+        QCOMPARE(getNewProgressivoPrimaNota(QDate(2026, 5, 5)), -1);
+        QCOMPARE(errors.reports.size(), 1);
+        DatiPrimaNota d;
+        d.fkCausale = 1;
+        d.data = QDate(2026, 5, 5);
+        d.dataValuta = d.data;
+        QCOMPARE(salvaPrimaNota(d, kControparti), -1);
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM PrimaNota WHERE DATA = ") + gAdoSqlServer().getSQLDate(d.data)), 0);
     }
 
     // No causal: the message, and -1 for the caller's rollback.

@@ -188,7 +188,9 @@ void TstSchema::indexesCoverLookups()
         for (const Index& ix : t.indexes)
             if (ix.unique)
                 unique << t.name + QLatin1Char('.') + ix.columns.join(QLatin1Char(','));
-    QCOMPARE(unique, (QStringList{QStringLiteral("Opzioni.NOME"), QStringLiteral("Contatori.FK_NUMERATORE,ANNO")}));
+    QCOMPARE(unique, (QStringList{QStringLiteral("Opzioni.NOME"), QStringLiteral("DettagliProdotto.FK_PRODOTTO,FK_MAGAZZINO,TAGLIO"),
+                                  QStringLiteral("Contatori.FK_NUMERATORE,ANNO"), QStringLiteral("PrimaNota.ANNO,PROGRESSIVO"),
+                                  QStringLiteral("ContatoriPrimaNota.ANNO")}));
 }
 
 void TstSchema::ddl_data()

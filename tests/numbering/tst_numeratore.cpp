@@ -87,6 +87,13 @@ private Q_SLOTS:
         QCOMPARE(counter(1, QStringLiteral("2041")), 1);
         QCOMPARE(take(2, QStringLiteral("2040")), 1);           // another numerator
         QCOMPARE(counter(1, QStringLiteral("2040")), 2);
+        // Outside a transaction no number is given, and the counter stays.
+        {
+            testdb::ErrorRecorder errors;
+            QCOMPARE(getNewNumeratoreAnnuale(1, QStringLiteral("2040")), 0);
+            QCOMPARE(errors.reports.size(), 1);
+            QCOMPARE(counter(1, QStringLiteral("2040")), 2);
+        }
         // A save that rolls back gives its number back.
         gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
         QCOMPARE(getNewNumeratoreAnnuale(1, QStringLiteral("2040")), 3);

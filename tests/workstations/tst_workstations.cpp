@@ -1,0 +1,49 @@
+// Workstations saving documents with stock, journal entries and due dates
+// at once, and saving processes killed at random moments: the stress
+// program checks the database afterwards (numbers given once and without
+// holes, every entry whole, stock equal to its lots and to a
+// recalculation); here it must find everything in order and no save failed.
+#include "testdb.h"
+
+#include <QProcess>
+#include <QtTest>
+
+class TestWorkstations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { testdb::isolateProgramFolder(); }
+
+    void stress_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<QStringList>("arguments");
+        for (const QString& b : testdb::backends()) {
+            QTest::newRow(qPrintable(QStringLiteral("4 workstations (") + b + QLatin1Char(')')))
+                << b << QStringList{QStringLiteral("--processes"), QStringLiteral("4"), QStringLiteral("--seconds"), QStringLiteral("4")};
+            // At least 25 kills on the file database, 8 on the server.
+            QTest::newRow(qPrintable(QStringLiteral("killed while saving (") + b + QLatin1Char(')')))
+                << b
+                << QStringList{QStringLiteral("--processes"), QStringLiteral("2"), QStringLiteral("--kill"),
+                               b == QLatin1String("sqlite") ? QStringLiteral("25") : QStringLiteral("8")};
+        }
+    }
+    void stress()
+    {
+        QFETCH(QString, backend);
+        QFETCH(QStringList, arguments);
+        QProcess p;
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(QStringLiteral(ORVANTIS_STRESS), QStringList{QStringLiteral("--backend"), backend} + arguments);
+        QVERIFY(p.waitForFinished(300000));
+        const QString output = QString::fromUtf8(p.readAll());
+        qInfo().noquote() << output;
+        QVERIFY2(output.contains(QLatin1String("RESULT: every check holds")), qPrintable(output));
+        QCOMPARE(p.exitCode(), 0);
+        QVERIFY(!output.contains(QLatin1String("saves reported 0 ")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWorkstations)
+#include "tst_workstations.moc"
