@@ -14,20 +14,22 @@ namespace {
 
 using U128 = unsigned __int128;
 
-constexpr std::int64_t RawMax = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t RawMin = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t RawMax = Currency::RawMax;
+constexpr std::int64_t RawMin = Currency::RawMin;
 
-// Signed magnitude to raw, saturating at the limits of the type.
-std::int64_t clampToRaw(bool negative, U128 magnitude)
+// Signed magnitude to raw; no value beyond the limits of the type.
+std::optional<std::int64_t> magnitudeToRaw(bool negative, U128 magnitude)
 {
     if (negative) {
         const U128 limit = static_cast<U128>(RawMax) + 1;
-        if (magnitude >= limit)
+        if (magnitude > limit)
+            return std::nullopt;
+        if (magnitude == limit)
             return RawMin;
         return -static_cast<std::int64_t>(magnitude);
     }
     if (magnitude > static_cast<U128>(RawMax))
-        return RawMax;
+        return std::nullopt;
     return static_cast<std::int64_t>(magnitude);
 }
 
@@ -41,23 +43,21 @@ int bitLength(U128 v)
     return n;
 }
 
-// Nearest ten-thousandth of a floating value, ties to even. NaN gives 0;
-// infinities and values beyond the range of the type saturate.
+// Nearest ten-thousandth of a floating value, ties to even; no value for NaN,
+// infinities and values beyond the range of the type.
 template <typename F>
-std::int64_t floatingToRaw(F value)
+std::optional<std::int64_t> floatingToRaw(F value)
 {
     static_assert(std::numeric_limits<F>::radix == 2);
     constexpr int Digits = std::numeric_limits<F>::digits;
     // Mantissa times the scale (below 2^14) must fit an unsigned 128-bit word.
     static_assert(Digits + 14 <= 128, "floating type too wide for the exact conversion");
 
-    if (std::isnan(value))
-        return 0;
-    const bool negative = std::signbit(value);
-    if (std::isinf(value))
-        return negative ? RawMin : RawMax;
+    if (!std::isfinite(value))
+        return std::nullopt;
     if (value == 0)
         return 0;
+    const bool negative = std::signbit(value);
 
     int exponent = 0;
     const F fraction = std::frexp(std::fabs(value), &exponent);  // |value| = fraction * 2^exponent
@@ -68,8 +68,8 @@ std::int64_t floatingToRaw(F value)
 
     if (shift >= 0) {
         if (bitLength(scaled) + shift > 64)
-            return negative ? RawMin : RawMax;
-        return clampToRaw(negative, scaled << shift);
+            return std::nullopt;
+        return magnitudeToRaw(negative, scaled << shift);
     }
 
     const int k = -shift;
@@ -80,19 +80,64 @@ std::int64_t floatingToRaw(F value)
     const U128 half = U128(1) << (k - 1);
     if (remainder > half || (remainder == half && (quotient & 1)))
         ++quotient;
-    return clampToRaw(negative, quotient);
+    return magnitudeToRaw(negative, quotient);
+}
+
+// The saturating form: NaN gives 0, anything else beyond the range the limit
+// on its side.
+template <typename F>
+std::int64_t floatingToRawSaturated(F value)
+{
+    if (std::isnan(value))
+        return 0;
+    const std::optional<std::int64_t> raw = floatingToRaw(value);
+    if (raw)
+        return *raw;
+    return std::signbit(value) ? RawMin : RawMax;
+}
+
+// Exact product of two raw values rounded to ten-thousandths, ties to even.
+std::optional<std::int64_t> productToRaw(std::int64_t a, std::int64_t b)
+{
+    // |a * b| <= 2^126: the product is exact in 128 bits.
+    const __int128 product = static_cast<__int128>(a) * static_cast<__int128>(b);
+    const bool negative = product < 0;
+    const U128 magnitude = negative ? static_cast<U128>(0) - static_cast<U128>(product) : static_cast<U128>(product);
+    const U128 scale = static_cast<U128>(Currency::Scale);
+
+    U128 quotient = magnitude / scale;
+    const U128 twiceRemainder = (magnitude % scale) * 2;
+    if (twiceRemainder > scale || (twiceRemainder == scale && (quotient & 1)))
+        ++quotient;
+    return magnitudeToRaw(negative, quotient);
 }
 
 } // namespace
 
 Currency Currency::fromDouble(double value)
 {
-    return fromRaw(floatingToRaw(value));
+    return fromRaw(floatingToRawSaturated(value));
 }
 
 Currency Currency::fromLongDouble(long double value)
 {
-    return fromRaw(floatingToRaw(value));
+    return fromRaw(floatingToRawSaturated(value));
+}
+
+std::optional<Currency> Currency::fromDoubleChecked(double value)
+{
+    const std::optional<std::int64_t> raw = floatingToRaw(value);
+    if (!raw)
+        return std::nullopt;
+    return fromRaw(*raw);
+}
+
+std::optional<Currency> Currency::fromLongDoubleChecked(long double value)
+{
+    const std::optional<std::int64_t> raw = floatingToRaw(value);
+    if (!raw)
+        return std::nullopt;
+    return fromRaw(*raw);
 }
 
 double Currency::toDouble() const
@@ -132,15 +177,17 @@ QString Currency::toPlainString() const
 
 Currency CyMul(Currency a, Currency b)
 {
-    // |a.raw * b.raw| < 2^126: the product is exact in 128 bits.
-    const __int128 product = static_cast<__int128>(a.raw()) * static_cast<__int128>(b.raw());
-    const bool negative = product < 0;
-    const U128 magnitude = negative ? static_cast<U128>(-product) : static_cast<U128>(product);
-    const U128 scale = static_cast<U128>(Currency::Scale);
+    const std::optional<std::int64_t> raw = productToRaw(a.raw(), b.raw());
+    if (raw)
+        return Currency::fromRaw(*raw);
+    // Out of range: the sign of the product tells the limit.
+    return (a.raw() < 0) != (b.raw() < 0) ? Currency::min() : Currency::max();
+}
 
-    U128 quotient = magnitude / scale;
-    const U128 twiceRemainder = (magnitude % scale) * 2;
-    if (twiceRemainder > scale || (twiceRemainder == scale && (quotient & 1)))
-        ++quotient;
-    return Currency::fromRaw(clampToRaw(negative, quotient));
+std::optional<Currency> CyMulChecked(Currency a, Currency b)
+{
+    const std::optional<std::int64_t> raw = productToRaw(a.raw(), b.raw());
+    if (!raw)
+        return std::nullopt;
+    return Currency::fromRaw(*raw);
 }

@@ -5,10 +5,26 @@
 
 #include "currency.h"
 
+#include <cmath>
+#include <optional>
+
 using Single = float;
 
 // Narrows a double to Single (round to nearest float).
 inline Single toSingle(double v) { return static_cast<Single>(v); }
+
+// A quantity that can be stored: a finite number (not NaN, not infinite).
+inline bool isSingleValida(Single v) { return std::isfinite(v); }
+
+// The narrowing, or no value for NaN, infinities and values beyond the range
+// of a Single (which the narrowing would turn into an infinity).
+inline std::optional<Single> toSingleChecked(double v)
+{
+    const Single s = static_cast<Single>(v);
+    if (!std::isfinite(s))
+        return std::nullopt;
+    return s;
+}
 
 // Product of two Single operands evaluated in double and narrowed to Single.
 inline Single mulSingle(Single a, Single b)

@@ -1,5 +1,6 @@
 #include "currency.h"
 #include "single.h"
+#include "valuecheck.h"
 
 #include <QLocale>
 #include <QRandomGenerator>
@@ -7,6 +8,7 @@
 
 #include "localerows.h"
 
+#include <QDate>
 #include <clocale>
 #include <cmath>
 #include <limits>
@@ -24,13 +26,17 @@ class TstCurrency : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The saturating conversion and the checked one side by side: the checked
+    // form gives the same amount in range and none beyond it.
     void fromDouble_data()
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<double>("value");
         QTest::addColumn<bool>("asSingle");
         QTest::addColumn<qint64>("raw");
-        const auto row = [](const char* name, double v, qint64 raw) { addRows(name, v, false, raw); };
+        QTest::addColumn<bool>("inRange");
+        const auto row = [](const char* name, double v, qint64 raw) { addRows(name, v, false, raw, true); };
+        const auto beyond = [](const char* name, double v, qint64 raw) { addRows(name, v, false, raw, false); };
         // Odd multiples of 1/32 are the only doubles that fall exactly halfway.
         row("tie 1/32 down to even", 0.03125, 312);
         row("tie 3/32 up to even", 0.09375, 938);
@@ -45,14 +51,21 @@ private Q_SLOTS:
         row("123.45675 lies below the half", 123.45675, 1234567);
         row("large", 123456789012.3456, 1234567890123456);
         row("tiny", 1e-300, 0);
-        row("saturates high", 1e15, RawMax);
-        row("saturates low", -1e300, RawMin);
-        row("infinity", std::numeric_limits<double>::infinity(), RawMax);
-        row("NaN", std::numeric_limits<double>::quiet_NaN(), 0);
+        row("negative zero", -0.0, 0);
+        // Doubles are 1/8 apart at the limits: the last one inside, the first beyond.
+        row("largest double in range", 922337203685477.5, Q_INT64_C(9223372036854775000));
+        row("lowest double in range", -922337203685477.5, Q_INT64_C(-9223372036854775000));
+        beyond("first double above the range", 922337203685477.625, RawMax);
+        beyond("first double below the range", -922337203685477.625, RawMin);
+        beyond("saturates high", 1e15, RawMax);
+        beyond("saturates low", -1e300, RawMin);
+        beyond("infinity", std::numeric_limits<double>::infinity(), RawMax);
+        beyond("minus infinity", -std::numeric_limits<double>::infinity(), RawMin);
+        beyond("NaN", std::numeric_limits<double>::quiet_NaN(), 0);
         // A Single enters at its own binary value.
-        addRows("Single 1.00005f is 1.0000499...", 1.00005, true, qint64(10000));
-        addRows("Single 0.00015f is 0.000150000007...", 0.00015, true, qint64(2));
-        addRows("Single 1234.5678f is 1234.56774...", 1234.5678, true, qint64(12345677));
+        addRows("Single 1.00005f is 1.0000499...", 1.00005, true, qint64(10000), true);
+        addRows("Single 0.00015f is 0.000150000007...", 0.00015, true, qint64(2), true);
+        addRows("Single 1234.5678f is 1234.56774...", 1234.5678, true, qint64(12345677), true);
     }
     void fromDouble()
     {
@@ -60,10 +73,164 @@ private Q_SLOTS:
         QFETCH(double, value);
         QFETCH(bool, asSingle);
         QFETCH(qint64, raw);
+        QFETCH(bool, inRange);
         if (asSingle)
             value = toSingle(value);
         QCOMPARE(Currency::fromDouble(value).raw(), raw);
         QCOMPARE(Currency::fromLongDouble(value).raw(), raw);
+        const std::optional<Currency> checked = Currency::fromDoubleChecked(value);
+        const std::optional<Currency> checkedLong = Currency::fromLongDoubleChecked(value);
+        QCOMPARE(checked.has_value(), inRange);
+        QCOMPARE(checkedLong.has_value(), inRange);
+        if (inRange) {
+            QCOMPARE(checked->raw(), raw);
+            QCOMPARE(checkedLong->raw(), raw);
+        }
+    }
+
+    // With a 64-bit mantissa the limits themselves are reachable: both ends of
+    // the range are in, one ten-thousandth further is out.
+    void fromLongDoubleCheckedAtTheLimits()
+    {
+        if constexpr (std::numeric_limits<long double>::digits < 64) {
+            QSKIP("long double is no wider than double here");
+        } else {
+            QCOMPARE(Currency::fromLongDoubleChecked(922337203685477.5807L), std::optional(Currency::max()));
+            QCOMPARE(Currency::fromLongDoubleChecked(-922337203685477.5808L), std::optional(Currency::min()));
+            QVERIFY(!Currency::fromLongDoubleChecked(922337203685477.5808L));
+            QVERIFY(!Currency::fromLongDoubleChecked(-922337203685477.5809L));
+        }
+    }
+
+    // Sums, differences, negations and products at the limits: the plain
+    // operation saturates, the checked one tells.
+    void arithmetic_data()
+    {
+        QTest::addColumn<QString>("op");
+        QTest::addColumn<qint64>("a");
+        QTest::addColumn<qint64>("b");
+        QTest::addColumn<qint64>("saturated");
+        QTest::addColumn<bool>("inRange");
+        const auto row = [](const char* name, const char* op, qint64 a, qint64 b, qint64 r, bool in) {
+            QTest::newRow(name) << QString::fromLatin1(op) << a << b << r << in;
+        };
+        row("sum", "+", 15000, -2500, 12500, true);
+        row("sum reaching the maximum", "+", RawMax - 1, 1, RawMax, true);
+        row("sum beyond the maximum", "+", RawMax, 1, RawMax, false);
+        row("sum beyond the minimum", "+", RawMin, -1, RawMin, false);
+        row("the limits together", "+", RawMin, RawMax, -1, true);
+        row("difference", "-", 10000, 25000, -15000, true);
+        row("difference below the minimum", "-", RawMin, 1, RawMin, false);
+        row("difference above the maximum", "-", RawMax, -1, RawMax, false);
+        row("minimum taken from zero", "-", 0, RawMin, RawMax, false);
+        row("negation", "neg", 12345, 0, -12345, true);
+        row("negation of the minimum", "neg", RawMin, 0, RawMax, false);
+        row("product", "*", 15000, 15000, 22500, true);
+        row("product beyond the maximum", "*", RawMax, 20000, RawMax, false);
+        row("product beyond the minimum", "*", RawMax, -20000, RawMin, false);
+        row("product rounding to the maximum", "*", RawMax, 10000, RawMax, true);
+    }
+    void arithmetic()
+    {
+        QFETCH(QString, op);
+        QFETCH(qint64, a);
+        QFETCH(qint64, b);
+        QFETCH(qint64, saturated);
+        QFETCH(bool, inRange);
+        const Currency x = Currency::fromRaw(a);
+        const Currency y = Currency::fromRaw(b);
+        Currency plain;
+        std::optional<Currency> checked;
+        if (op == QLatin1String("+")) {
+            plain = x + y;
+            checked = checkedAdd(x, y);
+            Currency total = x;
+            QCOMPARE(addChecked(total, y), inRange);
+            QCOMPARE(total, inRange ? Currency::fromRaw(saturated) : x);   // unchanged on failure
+            Currency running = x;
+            running += y;
+            QCOMPARE(running, plain);
+        } else if (op == QLatin1String("-")) {
+            plain = x - y;
+            checked = checkedSub(x, y);
+            Currency running = x;
+            running -= y;
+            QCOMPARE(running, plain);
+        } else if (op == QLatin1String("neg")) {
+            plain = -x;
+            checked = checkedNeg(x);
+        } else {
+            plain = CyMul(x, y);
+            checked = CyMulChecked(x, y);
+            QCOMPARE(CyMulChecked(y, x), checked);
+        }
+        QCOMPARE(plain.raw(), saturated);
+        QCOMPARE(checked.has_value(), inRange);
+        if (inRange)
+            QCOMPARE(checked->raw(), saturated);
+    }
+
+    // The messages engines hand back for a value they will not store.
+    void valueMessages_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<double>("number");
+        QTest::addColumn<QString>("campo");
+        QTest::addColumn<QString>("expected");
+        const QString limiti = QStringLiteral(" (sono ammessi importi da -922.337.203.685.477,5808 a 922.337.203.685.477,5807).");
+        const QString fuori = QStringLiteral("Importo fuori dai limiti consentiti");
+        const QString intervallo = QStringLiteral(" (la data deve essere compresa tra il 01/01/1753 e il 31/12/9999).");
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double inf = std::numeric_limits<double>::infinity();
+        const auto date = [](const char* name, const QDate& d, const char* campo, const QString& expected) {
+            addRows(name, QStringLiteral("date"), d, 0.0, QString::fromUtf8(campo), expected);
+        };
+        const auto number = [](const char* name, const char* kind, double v, const char* campo, const QString& expected) {
+            addRows(name, QString::fromLatin1(kind), QDate(), v, QString::fromUtf8(campo), expected);
+        };
+        date("no date", QDate(), "Data valuta", QStringLiteral("Data non valida: Data valuta (data mancante o inesistente)."));
+        date("31 February", QDate::fromString(QStringLiteral("2026-02-31"), Qt::ISODate), "Data",
+             QStringLiteral("Data non valida: Data (data mancante o inesistente)."));
+        date("before 1753", QDate(1752, 12, 31), "Data", QStringLiteral("Data non valida: Data") + intervallo);
+        date("after 9999", QDate(10000, 1, 1), "Data", QStringLiteral("Data non valida: Data") + intervallo);
+        date("no field named", QDate(), "", QStringLiteral("Data non valida (data mancante o inesistente)."));
+        date("first date kept", QDate(1753, 1, 1), "Data", QString());
+        date("last date kept", QDate(9999, 12, 31), "Data", QString());
+        number("quantity NaN", "quantity", nan, "Quantità", QStringLiteral("Quantità non valida: Quantità (il valore non è un numero)."));
+        number("quantity infinite", "quantity", -inf, "Qta", QStringLiteral("Quantità non valida: Qta (il valore non è un numero)."));
+        number("quantity too large for a Single", "quantity", 1e39, "Qta",
+               QStringLiteral("Quantità non valida: Qta (il valore non è un numero)."));
+        number("quantity kept", "quantity", -1e30, "Qta", QString());
+        number("amount NaN", "amount", nan, "Importo", QStringLiteral("Importo non valido: Importo (il valore non è un numero)."));
+        number("amount too large", "amount", 1e15, "Importo", fuori + QStringLiteral(": Importo") + limiti);
+        number("amount infinite", "amount", -inf, "Totale", fuori + QStringLiteral(": Totale") + limiti);
+        number("amount kept", "amount", -922337203685477.5, "Importo", QString());
+        number("out of range, no field", "limits", 0, "", fuori + limiti);
+    }
+    void valueMessages()
+    {
+        LOCALE_SCOPE;
+        QFETCH(QString, kind);
+        QFETCH(QDate, date);
+        QFETCH(double, number);
+        QFETCH(QString, campo);
+        QFETCH(QString, expected);
+        QString message;
+        if (kind == QLatin1String("date")) {
+            message = erroreData(date, campo);
+            QCOMPARE(isDataValida(date), expected.isEmpty());
+        } else if (kind == QLatin1String("quantity")) {
+            // A double too large for a Single becomes an infinity: refused as well.
+            message = erroreQuantita(toSingle(number), campo);
+            QCOMPARE(toSingleChecked(number).has_value(), expected.isEmpty());
+        } else if (kind == QLatin1String("amount")) {
+            message = erroreImporto(number, campo);
+        } else {
+            message = messaggioImportoFuoriLimiti(campo);
+        }
+        QCOMPARE(message, expected);
     }
 
     void fromLongDoubleKeepsExtraWidth()
