@@ -32,11 +32,39 @@ fi
 
 SUDO=""
 [ "$(id -u)" -eq 0 ] || SUDO="sudo"
+
+# The tests run a server of their own, so a system MariaDB service that the
+# package install starts or enables is put back as it was. A service that was
+# running or enabled before this script is the machine's own and stays so: its
+# state is read before anything is installed, and only a change made by the
+# install is undone. Without systemd nothing is read and nothing is stopped.
+with_systemd=no
+if [[ " ${missing[*]} " == *" mariadb-server "* ]] && command -v systemctl >/dev/null 2>&1 && [ -d /run/systemd/system ]; then
+  with_systemd=yes
+fi
+mariadb_active() { systemctl is-active --quiet mariadb 2>/dev/null; }
+mariadb_enabled() { [ "$(systemctl is-enabled mariadb 2>/dev/null)" = enabled ]; }
+was_active=yes
+was_enabled=yes
+if [ "$with_systemd" = yes ]; then
+  mariadb_active || was_active=no
+  mariadb_enabled || was_enabled=no
+fi
+
 echo "install-deps: installing ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 $SUDO apt-get update -qq
 $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
-# A fresh mariadb-server package may start the system service; the tests run their own server.
-if command -v systemctl >/dev/null 2>&1; then $SUDO systemctl disable --now mariadb >/dev/null 2>&1 || true; fi
+
+if [ "$with_systemd" = yes ]; then
+  if [ "$was_active" = no ] && mariadb_active; then
+    echo "install-deps: stopping the mariadb service that the install started"
+    $SUDO systemctl stop mariadb >/dev/null 2>&1 || true
+  fi
+  if [ "$was_enabled" = no ] && mariadb_enabled; then
+    echo "install-deps: disabling the mariadb service that the install enabled"
+    $SUDO systemctl disable mariadb >/dev/null 2>&1 || true
+  fi
+fi
 register_freetds
 echo "install-deps: done"

@@ -32,3 +32,12 @@ QString programFile(const QString& name)
 {
     return QDir(programFolder()).filePath(name);
 }
+
+QString programFolderSettingsFile()
+{
+    const QString folder = overriddenFolder();
+    if (folder.isEmpty())
+        return QString();
+    QDir().mkpath(folder);
+    return QDir(folder).filePath(QStringLiteral("prgOrvantis.ini"));
+}

@@ -1,5 +1,31 @@
 #include "passwordchange.h"
 
+#include "cadosqlserver.h"
+#include "optionstore.h"
+#include "sqlliteral.h"
+
+namespace {
+const QString kPasswordOption = QStringLiteral("Amministratore");
+
+// True when the option has a row with a value (an empty text counts).
+bool hasPasswordOption()
+{
+    const QVariant count = gAdoSqlServer().getValueBySQL(
+        QStringLiteral("SELECT COUNT(*) FROM Opzioni WHERE NOME = ") + sqlText(kPasswordOption)
+            + QStringLiteral(" AND VALORE IS NOT NULL"),
+        QStringLiteral("bOrvantis.passwordAccepted"));
+    return count.isValid() && count.toInt() > 0;
+}
+} // namespace
+
+bool passwordAccepted(const QString& typed)
+{
+    const QString stored = getOpzione(kPasswordOption);   // reports a missing or Null option
+    if (stored.isEmpty() && !hasPasswordOption())
+        return false;
+    return typed.trimmed() == stored;
+}
+
 PasswordCheck checkPasswordChange(const QString& stored, const QString& typedOld, const QString& newPw,
                                   const QString& newPw2)
 {

@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QSettings>
 #include <functional>
+#include <memory>
 
 namespace {
 const QString kMySqlPrompt = QStringLiteral("digitare una stringa di connessione MySQL (solo per esperti)");
@@ -24,9 +25,23 @@ QString withoutLineEnds(QString s)
 
 QSettings& machineSettings()
 {
-    static QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Orvantis"),
-                              QStringLiteral("prgOrvantis"));
-    return settings;
+    // The store follows the program folder: a folder given by --home keeps its
+    // own file, the environment's folder the per-user one. The object is made
+    // again only when the folder changes (before the start, or between tests).
+    static std::unique_ptr<QSettings> settings;
+    static QString file;
+    const QString wanted = programFolderSettingsFile();
+    if (!settings || wanted != file) {
+        if (settings)
+            settings->sync();
+        if (wanted.isEmpty())
+            settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Orvantis"),
+                                                   QStringLiteral("prgOrvantis"));
+        else
+            settings = std::make_unique<QSettings>(wanted, QSettings::IniFormat);
+        file = wanted;
+    }
+    return *settings;
 }
 
 QString defaultDatabasePath()
@@ -124,6 +139,18 @@ void saveDatabaseName(const QString& path)
 {
     setServerValue(QStringLiteral("Name"), path);
     machineSettings().sync();
+}
+
+bool firstStartOnProgramFolder()
+{
+    QSettings& s = machineSettings();
+    s.sync();
+    if (s.contains(QStringLiteral("Server/DBType")) || s.contains(QStringLiteral("Server/Path")))
+        return false;
+    s.beginGroup(QString(QChar(0)));
+    const QString lastFolder = s.value(QStringLiteral("path")).toString();
+    s.endGroup();
+    return lastFolder.isEmpty() || QDir::cleanPath(lastFolder) != QDir::cleanPath(programFolder());
 }
 
 void saveRunningInfo(const QString& version)

@@ -10,6 +10,7 @@
 #include "helpfiles.h"
 #include "msgbox.h"
 #include "optionstore.h"
+#include "passwordchange.h"
 #include "serversettings.h"
 #include "session.h"
 #include "singleinstance.h"
@@ -45,6 +46,8 @@ std::unique_ptr<frmMain> StartSequence::run()
     m_splash->addInfo(QStringLiteral("Lettura informazioni..."));
     gSession().sqlSeparator = gAdoSqlServer().getSQLSeparator();
     readServerSettings();
+    // Asked before "path" is written for this start.
+    m_mayCreateDatabase = firstStartOnProgramFolder();
     saveRunningInfo(versionText());
     gSession().defaultPrinter = QPrinterInfo::defaultPrinterName();
 
@@ -77,9 +80,12 @@ bool StartSequence::connectDatabase()
     auto tryConnect = [this](bool silent) {
         m_splash->addInfo(QStringLiteral("Connessione al DB ") + gSession().strDescrizioneDB + QStringLiteral("..."));
         QString message;
-        if (!prepareFileDatabase(&message)) {
-            if (!silent)
-                msgBox(message, vb::Critical);
+        if (!prepareFileDatabase(m_mayCreateDatabase, &message)) {
+            // A file that is missing, empty or not ours is named at once, even
+            // on the quiet first attempt: the settings that open next are where
+            // the path is put right.
+            m_splash->hide();
+            msgBox(message, vb::Critical);
             return false;
         }
         return gAdoSqlServer().Connect(QStringLiteral("N/D"), 60, 0, silent);
@@ -88,7 +94,9 @@ bool StartSequence::connectDatabase()
         return true;
     if (m_options.interactive) {
         m_splash->hide();
-        frmOptionServer::startMe(nullptr, true);
+        // A file chosen in the settings is used as it is, never made.
+        if (frmOptionServer::startMe(nullptr, true))
+            m_mayCreateDatabase = false;
         readServerSettings();
         m_splash->show();
         if (tryConnect(false))
@@ -99,7 +107,7 @@ bool StartSequence::connectDatabase()
     return false;
 }
 
-bool StartSequence::askPassword(QString& typed)
+bool StartSequence::askPassword(QString& typed, bool& settingsChanged)
 {
     if (m_options.hasPassword) {
         // The switch answers the first question; a person answers the next ones.
@@ -118,7 +126,8 @@ bool StartSequence::askPassword(QString& typed)
         m_exitCode = 0;
         return false;
     }
-    if (dialog.settingsChanged())
+    settingsChanged = dialog.settingsChanged();
+    if (settingsChanged)
         readServerSettings();
     return true;
 }
@@ -127,10 +136,20 @@ bool StartSequence::login()
 {
     for (;;) {
         QString typed;
-        if (!askPassword(typed))
+        bool settingsChanged = false;
+        if (!askPassword(typed, settingsChanged))
             return false;
         gSession().password = typed;
-        if (typed.trimmed() == getOpzione(QStringLiteral("Amministratore")))
+        if (settingsChanged) {
+            // Another database was chosen from the login: it is checked as at
+            // start, and never made.
+            QString message;
+            if (!prepareFileDatabase(false, &message)) {
+                msgBox(message, vb::Critical);
+                continue;
+            }
+        }
+        if (passwordAccepted(typed))
             return true;
         msgBox(QStringLiteral("Password non corretta.\nAccesso negato!"), vb::Critical);
     }

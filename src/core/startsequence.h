@@ -35,10 +35,11 @@ public:
 private:
     bool connectDatabase();
     bool login();
-    bool askPassword(QString& typed);
+    bool askPassword(QString& typed, bool& settingsChanged);
 
     ShellOptions m_options;
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<frmSplash> m_splash;
     int m_exitCode = 0;
+    bool m_mayCreateDatabase = false;   // a missing file database may be made from the model
 };

@@ -57,8 +57,9 @@ QString usageText()
 {
     return QStringLiteral(
         "Uso: prgOrvantis [opzioni]\n"
-        "  --home DIR           cartella del programma (database, log, report)\n"
-        "  --init-db            prepara il database: crea il file locale dal modello, oppure\n"
+        "  --home DIR           cartella del programma (database, log, report), con le sue\n"
+        "                       impostazioni in DIR/prgOrvantis.ini\n"
+        "  --init-db            prepara il database: crea il file locale dal modello se manca, oppure\n"
         "                       crea tabelle e dati iniziali sul server indicato\n"
         "  --db-type N          con --init-db: 0 SQL Server, 1 file locale, 2 MySQL/MariaDB\n"
         "  --connection TEXT    con --init-db: stringa di connessione del server\n"
@@ -76,33 +77,43 @@ bool startsScreens(const StartOptions& options)
     return options.error.isEmpty() && !options.help && !options.initDb && options.buildModel.isEmpty();
 }
 
-bool prepareFileDatabase(QString* message, bool* created)
+bool prepareFileDatabase(bool mayCreate, QString* message, bool* created)
 {
+    if (created)
+        *created = false;
     if (gSession().tipoServer != TipoServer::FileDb)
         return true;
     const QString path = fileDbPath(gSession().strConnessione);
-    const QString model = fileDbPath(gSession().strConnessioneModello);
-    const bool existed = QFileInfo(path).isFile();
     QString detail;
-    if (!model::ensureFileDatabase(path, model, &detail)) {
+    model::FileDbState state = model::inspectFileDatabase(path, &detail);
+    if (state == model::FileDbState::Missing && mayCreate) {
+        const QString model = fileDbPath(gSession().strConnessioneModello);
+        if (!model::ensureFileDatabase(path, model, &detail)) {
+            if (message)
+                *message = QStringLiteral("Impossibile preparare il database ") + path + QStringLiteral(": ") + detail;
+            return false;
+        }
+        if (created)
+            *created = true;
         if (message)
-            *message = QStringLiteral("Impossibile preparare il database ") + path + QStringLiteral(": ") + detail;
+            *message = QStringLiteral("Creato il database ") + path + QStringLiteral(" dal modello ") + model;
+        state = model::inspectFileDatabase(path, &detail);
+    }
+    if (state != model::FileDbState::Ours) {
+        if (message)
+            *message = model::fileDbProblem(state, path, detail);
         return false;
     }
-    if (created)
-        *created = !existed;
-    if (message && !existed)
-        *message = QStringLiteral("Creato il database ") + path + QStringLiteral(" dal modello ") + model;
     return true;
 }
 
 namespace {
 
-int openFileDatabase(QString& out, QString& err)
+int openFileDatabase(bool mayCreate, QString& out, QString& err)
 {
     QString message;
     bool created = false;
-    if (!prepareFileDatabase(&message, &created)) {
+    if (!prepareFileDatabase(mayCreate, &message, &created)) {
         err = message + QLatin1Char('\n');
         return 1;
     }
@@ -142,6 +153,23 @@ int runStart(const StartOptions& options, QString& out, QString& err)
         setProgramFolder(options.home);
 
     if (!options.buildModel.isEmpty()) {
+        // The model is built from scratch: an existing file there is replaced,
+        // unless it is the firm's database or not a database of this program.
+        readServerSettings();
+        const QFileInfo target(options.buildModel);
+        if (target.exists()) {
+            const bool firmDatabase = gSession().tipoServer == TipoServer::FileDb
+                && target.canonicalFilePath() == QFileInfo(fileDbPath(gSession().strConnessione)).canonicalFilePath();
+            QString detail;
+            const model::FileDbState state = model::inspectFileDatabase(options.buildModel, &detail);
+            if (firmDatabase || state != model::FileDbState::Ours) {
+                err = QStringLiteral("Il modello non viene scritto su ") + options.buildModel
+                    + (firmDatabase ? QStringLiteral(": è il database della ditta.")
+                                    : QStringLiteral(": il file esiste e non è un database di Orvantis."))
+                    + QStringLiteral(" Il file non è stato modificato.\n");
+                return 1;
+            }
+        }
         QString message;
         if (!model::buildModelFile(options.buildModel, &message)) {
             err = QStringLiteral("Impossibile creare il modello: ") + message + QLatin1Char('\n');
@@ -160,7 +188,8 @@ int runStart(const StartOptions& options, QString& out, QString& err)
     readServerSettings();
 
     if (gSession().tipoServer == TipoServer::FileDb) {
-        if (const int code = openFileDatabase(out, err))
+        // --init-db makes the file when it is missing, and only then.
+        if (const int code = openFileDatabase(options.initDb, out, err))
             return code;
     } else if (options.initDb) {
         QString message;

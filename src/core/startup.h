@@ -28,10 +28,14 @@ QString usageText();
 // (--help, --init-db, --build-model) and for unreadable switches.
 bool startsScreens(const StartOptions& options);
 
-// The file database of the session, created from the model when missing.
-// Other back ends need nothing. On failure `message` says why; when the file
-// was created it says so.
-bool prepareFileDatabase(QString* message = nullptr, bool* created = nullptr);
+// Checks the file database of the session before anything opens it: it must
+// be a SQLite database with this program's tables. A missing file is made
+// from the model only when `mayCreate` (the first start on the program
+// folder, or --init-db); a missing file otherwise, and an empty, unknown or
+// foreign file always, is refused and left as it is. Other back ends need
+// nothing. On failure `message` names the file and says what is wrong; when
+// the file was created it says so.
+bool prepareFileDatabase(bool mayCreate, QString* message = nullptr, bool* created = nullptr);
 
 // Runs a command-line job with the options; returns the process exit code and
 // writes what it has to say to `out` and `err`.

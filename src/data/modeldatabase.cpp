@@ -13,6 +13,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 
 namespace {
@@ -88,6 +90,44 @@ QString serverOnly(int tipoServer, const QString& connectionString, QString* dat
     return kept.join(QLatin1Char(';'));
 }
 
+// Makes a missing or 0-byte file a SQLite database in write-ahead mode, on
+// a connection of its own: the driver refuses to open a file that is not a
+// database yet.
+bool startFileDatabase(const QString& path, QString* message)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    static int counter = 0;
+    const QString name = QStringLiteral("orvantis-new-file-") + QString::number(++counter);
+    QString error;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        if (!db.open()) {
+            error = db.lastError().text();
+        } else {
+            // The journal mode is written in the header: the file is a database from here on.
+            QSqlQuery query(db);
+            if (!query.exec(QStringLiteral("PRAGMA journal_mode=WAL")))
+                error = query.lastError().text();
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    if (error.isEmpty() && QFileInfo(path).size() == 0)
+        error = QStringLiteral("il file è rimasto vuoto");
+    if (!error.isEmpty()) {
+        say(message, QStringLiteral("Impossibile creare il database ") + path + QStringLiteral(": ") + error);
+        return false;
+    }
+    return true;
+}
+
+const QByteArray& sqliteHeader()
+{
+    static const QByteArray header("SQLite format 3", 16);   // with its closing zero byte
+    return header;
+}
+
 bool runPlain(int tipoServer, const QString& connectionString, const QStringList& statements, QString* message)
 {
     DbError error;
@@ -115,6 +155,10 @@ bool createTables(int tipoServer, const QString& connectionString, QString* mess
 {
     QStringList statements = schema::createStatements(tipoServer);
     if (tipoServer == TipoServer::FileDb) {
+        const QString path = fileDbPath(connectionString);
+        const QFileInfo file(path);
+        if ((!file.exists() || (file.isFile() && file.size() == 0)) && !startFileDatabase(path, message))
+            return false;
         statements.prepend(QStringLiteral("BEGIN"));
         statements.append(QStringLiteral("COMMIT"));
     }
@@ -169,14 +213,6 @@ bool buildModelFile(const QString& path, QString* message)
     QFile::remove(path);
     QFile::remove(path + QStringLiteral("-wal"));
     QFile::remove(path + QStringLiteral("-shm"));
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly)) {
-            say(message, QStringLiteral("Impossibile creare il file ") + path);
-            return false;
-        }
-    }
     const QString connection = fileDbConnectionString(path);
     if (!createTables(TipoServer::FileDb, connection, message))
         return false;
@@ -194,10 +230,19 @@ bool buildModelFile(const QString& path, QString* message)
 
 bool ensureFileDatabase(const QString& dbPath, const QString& modelPath, QString* message)
 {
-    if (QFileInfo(dbPath).isFile())
-        return true;
-    if (!QFileInfo(modelPath).isFile() && !buildModelFile(modelPath, message))
-        return false;
+    if (QFileInfo::exists(dbPath))
+        return QFileInfo(dbPath).isFile();
+    if (!QFileInfo::exists(modelPath)) {
+        if (!buildModelFile(modelPath, message))
+            return false;
+    } else {
+        QString detail;
+        const FileDbState state = inspectFileDatabase(modelPath, &detail);
+        if (state != FileDbState::Ours) {
+            say(message, QStringLiteral("Il modello non si può usare. ") + fileDbProblem(state, modelPath, detail));
+            return false;
+        }
+    }
     QDir().mkpath(QFileInfo(dbPath).absolutePath());
     if (!QFile::copy(modelPath, dbPath)) {
         say(message, QStringLiteral("Impossibile copiare il modello ") + modelPath + QStringLiteral(" in ") + dbPath);
@@ -238,6 +283,94 @@ bool initServerDatabase(int tipoServer, const QString& connectionString, QString
         return false;
     say(message, QStringLiteral("Database preparato: tabelle e dati iniziali creati."));
     return true;
+}
+
+FileDbState inspectFileDatabase(const QString& path, QString* detail)
+{
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists())
+        return FileDbState::Missing;
+    if (!info.isFile()) {
+        say(detail, QStringLiteral("non è un file"));
+        return FileDbState::NotADatabase;
+    }
+    QByteArray head;
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            say(detail, file.errorString());
+            return FileDbState::Unreadable;
+        }
+        head = file.read(sqliteHeader().size());
+    }
+    if (head.isEmpty())
+        return FileDbState::Empty;
+    if (head != sqliteHeader())
+        return FileDbState::NotADatabase;
+
+    static int counter = 0;
+    const QString name = QStringLiteral("orvantis-inspect-") + QString::number(++counter);
+    QStringList tables;
+    QSqlError error;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        db.setDatabaseName(path);
+        db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=5000"));
+        if (!db.open()) {
+            error = db.lastError();
+        } else {
+            QSqlQuery query(db);
+            if (query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"))) {
+                while (query.next())
+                    tables.append(query.value(0).toString().toLower());
+            } else {
+                error = query.lastError();
+            }
+        }
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(name);
+    if (error.isValid()) {
+        say(detail, error.databaseText().isEmpty() ? error.text() : error.databaseText());
+        // 26: not a database; 11: a damaged one.
+        const QString code = error.nativeErrorCode();
+        return code == QLatin1String("26") || code == QLatin1String("11") ? FileDbState::NotADatabase
+                                                                           : FileDbState::Unreadable;
+    }
+    QStringList missing;
+    for (const QString& table : {QStringLiteral("Opzioni"), schema::versionTable()}) {
+        if (!tables.contains(table.toLower()))
+            missing.append(table);
+    }
+    if (!missing.isEmpty()) {
+        say(detail, QStringLiteral("mancano le tabelle ") + missing.join(QStringLiteral(", ")));
+        return FileDbState::Foreign;
+    }
+    return FileDbState::Ours;
+}
+
+QString fileDbProblem(FileDbState state, const QString& path, const QString& detail)
+{
+    const QString untouched = QStringLiteral("\n\nIl file non è stato modificato.");
+    const QString because = detail.isEmpty() ? QString() : QStringLiteral(" (") + detail + QLatin1Char(')');
+    switch (state) {
+    case FileDbState::Ours:
+        return QString();
+    case FileDbState::Missing:
+        return QStringLiteral("Il file del database non esiste:\n") + path
+            + QStringLiteral("\n\nControllare il percorso (un nome scritto male, un disco di rete non collegato?). "
+                             "Un database nuovo si prepara con \"prgOrvantis --init-db\".");
+    case FileDbState::Empty:
+        return QStringLiteral("Il file del database è vuoto (0 byte), non è un database di Orvantis:\n") + path + untouched;
+    case FileDbState::NotADatabase:
+        return QStringLiteral("Il file indicato non è un database") + because + QStringLiteral(":\n") + path + untouched;
+    case FileDbState::Foreign:
+        return QStringLiteral("Il file è un database SQLite, ma non di Orvantis") + because + QStringLiteral(":\n") + path
+            + untouched;
+    case FileDbState::Unreadable:
+        return QStringLiteral("Impossibile leggere il file del database") + because + QStringLiteral(":\n") + path;
+    }
+    return QString();
 }
 
 int storedSchemaVersion()
