@@ -71,8 +71,12 @@ int ScriptedDialogs::dialog(QDialog& dialog)
 {
     shown.append(QStringLiteral("dialog: ") + dialog.objectName());
     Step step;
-    if (!next(Step::Dialog, dialog.objectName(), step))
+    if (!next(Step::Dialog, dialog.objectName(), step)) {
+        // Closed as its user would close it, so that a screen waiting on
+        // it goes on (and the test fails) instead of asking again for ever.
+        dialog.reject();
         return QDialog::Rejected;
+    }
     if (step.drive)
         step.drive(dialog);
     if (dialog.isVisible())
