@@ -68,6 +68,8 @@ void cAdoSqlServer::closeAll()
     m_current.reset();
     m_count = 0;
     m_inTransaction = false;
+    m_transactionFailed = false;
+    m_pendingMessages.clear();
 }
 
 void cAdoSqlServer::initClass()
@@ -333,7 +335,10 @@ bool cAdoSqlServer::run(const QString& prepared, QSqlQuery* query, DbError& erro
 }
 
 // Outside a transaction a statement whose connection died runs once more on
-// a new one: a server restart costs the user nothing.
+// a new one: a server restart costs the user nothing. A connection found
+// dead at the statement never delivered it; only one that dies while the
+// server is running the statement leaves it unknown whether it ran, the
+// same doubt as any network failure.
 bool cAdoSqlServer::retryOnNewConnection(const QString& finalText, QSqlQuery* query, DbError& error, int* rowsAffected)
 {
     DbError reopenError;
