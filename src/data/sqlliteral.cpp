@@ -15,6 +15,31 @@ constexpr char16_t kEscape = 0xE000;
 constexpr char16_t kFirst = 0xE100;
 const QString kProtected = QString::fromUtf16(u"\u00A4\u2021\u00BF\u2022`( #\uE000");
 
+// A high surrogate at i followed by its low half: one character.
+bool pairAt(const QString& s, qsizetype i)
+{
+    return s.at(i).isHighSurrogate() && i + 1 < s.size() && s.at(i + 1).isLowSurrogate();
+}
+
+// The text with every lone UTF-16 surrogate replaced by U+FFFD; the text
+// itself (no copy) when it has none.
+QString wellFormedText(const QString& text)
+{
+    QString out;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!text.at(i).isSurrogate())
+            continue;
+        if (pairAt(text, i)) {
+            ++i;
+            continue;
+        }
+        if (out.isNull())
+            out = text;   // the first half character: copy once
+        out[i] = QChar(QChar::ReplacementCharacter);
+    }
+    return out.isNull() ? text : out;
+}
+
 QString twoDigits(int n)
 {
     return QString::number(n).rightJustified(2, QLatin1Char('0'));
@@ -106,7 +131,20 @@ QString protectSqlValue(const QString& value)
 {
     QString out;
     out.reserve(value.size() + 8);
-    for (const QChar c : value) {
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        const QChar c = value.at(i);
+        if (c.isSurrogate()) {
+            // A pair goes as it is. Half a pair is no character at all:
+            // SQLite would read the next code unit, the closing apostrophe,
+            // as its other half and take the rest of the statement for SQL.
+            if (pairAt(value, i)) {
+                out += c;
+                out += value.at(++i);
+            } else {
+                out += QChar(QChar::ReplacementCharacter);
+            }
+            continue;
+        }
         const qsizetype index = kProtected.indexOf(c);
         if (index < 0) {
             out += c;
@@ -120,15 +158,19 @@ QString protectSqlValue(const QString& value)
 
 QString restoreSqlValues(const QString& sql)
 {
-    qsizetype at = sql.indexOf(QChar(kEscape));
+    // Values come here well formed from sqlText; anything else that was
+    // written into the statement (a name, a value not built by sqlText) is
+    // mended too, so that no engine ever reads half a character.
+    const QString whole = wellFormedText(sql);
+    qsizetype at = whole.indexOf(QChar(kEscape));
     if (at < 0)
-        return sql;
-    QString out = sql.left(at);
-    out.reserve(sql.size());
-    for (; at < sql.size(); ++at) {
-        const QChar c = sql.at(at);
-        if (c == QChar(kEscape) && at + 1 < sql.size()) {
-            const int index = sql.at(at + 1).unicode() - kFirst;
+        return whole;
+    QString out = whole.left(at);
+    out.reserve(whole.size());
+    for (; at < whole.size(); ++at) {
+        const QChar c = whole.at(at);
+        if (c == QChar(kEscape) && at + 1 < whole.size()) {
+            const int index = whole.at(at + 1).unicode() - kFirst;
             if (index >= 0 && index < kProtected.size()) {
                 out += kProtected.at(index);
                 ++at;
@@ -143,6 +185,22 @@ QString restoreSqlValues(const QString& sql)
 QString sqlText(const QString& value)
 {
     return getSQLSeparator() + protectSqlValue(value) + getSQLSeparator();
+}
+
+QString sqlLikePattern(const QString& text, LikeMatch match)
+{
+    static const QString special = QStringLiteral("%_[\\!");
+    QString pattern = match == LikeMatch::Contains ? QStringLiteral("%") : QString();
+    bool escaped = false;
+    for (const QChar c : text) {
+        if (special.contains(c)) {
+            pattern += QLatin1Char('!');
+            escaped = true;
+        }
+        pattern += c;
+    }
+    pattern += QLatin1Char('%');
+    return escaped ? sqlText(pattern) + QStringLiteral(" ESCAPE ") + sqlText(QStringLiteral("!")) : sqlText(pattern);
 }
 
 QString sqlDateFor(const QVariant& value, int tipoServer)
@@ -178,7 +236,13 @@ QString sqlTimeFor(const QVariant& value, int tipoServer)
 {
     if (tipoServer < 0 || tipoServer > 2)
         return QString();
-    const QTime t = toTime(value);
+    QTime t = toTime(value);
+    // A date alone (a QDate, a date text) is its midnight, as its date-time.
+    if (!t.isValid()) {
+        const QDateTime dt = toDateTime(value);
+        if (dt.isValid())
+            t = dt.time();
+    }
     if (!t.isValid())
         return QStringLiteral("Null");
     switch (tipoServer) {

@@ -6,7 +6,9 @@
 // the block marks, backticks, "(", blanks and "#") replaced by private-use
 // code points. The rewriting never sees them; the driver restores them just
 // before the statement runs (restoreSqlValues), so a value reaches the
-// database byte for byte whatever it holds.
+// database byte for byte whatever it holds. Half a character (a lone UTF-16
+// surrogate, left by a cut in the middle of an emoji) is not text: it is
+// written as U+FFFD, the replacement character, and never reaches a driver.
 
 #include <QString>
 #include <QStringList>
@@ -18,12 +20,25 @@ QString getSQLSeparator();
 // ¤value¤ with the value protected from the rewriting.
 QString sqlText(const QString& value);
 
+// The right side of a LIKE that finds the text itself, whatever it holds:
+// "¤text%¤" for the texts that start with it, "¤%text%¤" for those that
+// contain it. The wildcards of every back end ("%", "_", and "[" of SQL
+// Server's sets) match as themselves, and so does "\", which MariaDB takes
+// for its escape even in NO_BACKSLASH_ESCAPES mode: when the text holds one
+// of them, each of those characters (and the escape "!" itself) is led by
+// "!" and " ESCAPE ¤!¤" follows the pattern. Other texts give the pattern
+// alone. Case and accents follow the back end: SQLite ignores the case of
+// ASCII letters, MariaDB's collation the case and accents of every letter.
+enum class LikeMatch { StartsWith, Contains };
+QString sqlLikePattern(const QString& text, LikeMatch match);
+
 // "INSERT INTO table (c1, c2) VALUES (v1, v2)" and "UPDATE table SET c1 =
 // v1, c2 = v2 WHERE RID = rid", the values already written as literals.
 QString sqlInsert(const QString& table, const QStringList& columns, const QStringList& values);
 QString sqlUpdate(const QString& table, const QStringList& columns, const QStringList& values, int rid);
 
-// The protection alone, and its inverse (applied by the driver).
+// The protection alone, and its inverse (applied by the driver as the last
+// step of every statement; it also mends half characters anywhere in it).
 QString protectSqlValue(const QString& value);
 QString restoreSqlValues(const QString& sql);
 

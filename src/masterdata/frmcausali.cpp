@@ -2,6 +2,7 @@
 
 #include "cinputs.h"
 #include "clookupfield.h"
+#include "fieldlimits.h"
 #include "lookups.h"
 #include "recordset.h"
 
@@ -77,6 +78,8 @@ frmCausali::frmCausali(QWidget* parent)
 
     setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
     setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
+    limitToColumn(m_txtCodice, QStringLiteral("Causali"), QStringLiteral("CODICE"));
+    limitToColumn(m_txtDescrizione, QStringLiteral("Causali"), QStringLiteral("DESCRIZIONE"));
     for (QCheckBox* box : findChildren<QCheckBox*>())
         (new cCheckBox(box, this))->setCKeyRef(keys());
     connect(m_chkGeneraPN, &QCheckBox::toggled, this, &frmCausali::applyDependencies);
@@ -108,6 +111,7 @@ QWidget* frmCausali::sideBox(const QString& title, const QString& name, QButtonG
     QLineEdit* field = codeEdit(box, QStringLiteral("txtMagazzino") + name);
     QLabel* label = descriptionLabel(box, QStringLiteral("lblMagazzino") + name);
     warehouse = addLookup(index, field, label, &validaMagazzino, kMagazzini);
+    limitToColumn(field, QStringLiteral("Magazzini"), QStringLiteral("CODICE"));
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(QStringLiteral("Magazzino:"), box));
     row->addWidget(withBrowseButton(field, index));
@@ -133,6 +137,7 @@ QWidget* frmCausali::accountsBox()
         QLineEdit* field = codeEdit(box, QStringLiteral("txt") + QString::fromLatin1(names[i]));
         QLabel* label = descriptionLabel(box, QStringLiteral("lbl") + QString::fromLatin1(names[i]));
         m_conti << addLookup(3 + i, field, label, &validaConto, kConti);
+        limitToColumn(field, QStringLiteral("PianoConti"), QStringLiteral("CODICE"));
         layout->addWidget(new QLabel(QString::fromLatin1(captions[i]) + QLatin1Char(':'), box), 1 + i, 0);
         layout->addWidget(withBrowseButton(field, 3 + i), 1 + i, 1);
         m_conti.last()->setEditor(QStringLiteral("frmPianoConti"));

@@ -2,6 +2,7 @@
 
 #include "cinputs.h"
 #include "ckeyfunction.h"
+#include "fieldlimits.h"
 #include "italiantext.h"
 #include "recordset.h"
 #include "sqlliteral.h"
@@ -30,6 +31,8 @@ frmIva::frmIva(QWidget* parent)
 
     setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
     setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
+    limitToColumn(m_txtCodice, QStringLiteral("Iva"), QStringLiteral("CODICE"));
+    limitToColumn(m_txtDescrizione, QStringLiteral("Iva"), QStringLiteral("DESCRIZIONE"));
     m_valore = new cTextBox(m_txtValoreIva, typedinput::Decimale, this);
     m_valore->setCKeyRef(keys());
     resize(460, 180);

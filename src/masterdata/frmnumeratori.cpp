@@ -1,6 +1,7 @@
 #include "frmnumeratori.h"
 
 #include "cinputs.h"
+#include "fieldlimits.h"
 #include "ckeyfunction.h"
 #include "msgbox.h"
 #include "numeratori.h"
@@ -93,6 +94,7 @@ frmNumeratori::frmNumeratori(QWidget* parent)
     numero->setCKeyRef(m_keys);
     m_txtDescrizione = static_cast<QLineEdit*>(named(new QLineEdit(this), "txtDescrizione"));
     auto* descrizione = new cTextBox(m_txtDescrizione, typedinput::Testo, this);
+    limitToColumn(m_txtDescrizione, QStringLiteral("Numeratori"), QStringLiteral("DESCRIZIONE"));
     descrizione->setCKeyRef(m_keys);
     connect(m_txtDescrizione, &QLineEdit::textEdited, this, &frmNumeratori::txtDescrizioneChanged);
 

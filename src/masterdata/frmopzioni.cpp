@@ -5,6 +5,7 @@
 #include "cinputs.h"
 #include "ckeyfunction.h"
 #include "dialogservice.h"
+#include "fieldlimits.h"
 #include "frmricerca.h"
 #include "italiantext.h"
 #include "listhelpers.h"
@@ -233,6 +234,9 @@ QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
                                                          : typedinput::Testo;
         auto* box = new cTextBox(edit, kind, this);
         box->setCKeyRef(m_keys);
+        // Options are kept in a memo column or in the machine settings: a
+        // length here is the option's own rule (a year, a one-character
+        // mark), not a limit of the database.
         if (campo.lunghezza > 0) {
             edit->setMaxLength(campo.lunghezza);
             edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('W')) * (campo.lunghezza + 2) + 12);
@@ -256,6 +260,7 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     auto* box = new cTextBox(edit, numero ? typedinput::InteroNonFormattato : typedinput::Testo, this);
     box->setCaseState(1);
     box->setCKeyRef(m_keys);
+    limitToColumn(edit, QString::fromLatin1(campo.tabella->nome), QString::fromLatin1(campo.tabella->colonnaCodice));
     auto* button = new QToolButton(row);
     button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(campo.sfoglia));
     button->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));

@@ -15,6 +15,8 @@ frmPianoConti::frmPianoConti(QWidget* parent)
     : cTableScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"), QStringLiteral("PianoConti"),
                    {{"CODICE", "Codice:", "txtCodice", 120}, {"DESCRIZIONE", "Descrizione:", "txtDescrizione"}}, parent)
 {
+    // The code is the account's place in the tree (mastro 2, conto 5,
+    // sottoconto 8 characters), a rule of its own, stricter than its column.
     field(0)->setMaxLength(8);
     m_lblMastro = new QLabel(fraMain());
     m_lblMastro->setObjectName(QStringLiteral("lblMastro"));

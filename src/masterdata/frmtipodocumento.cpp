@@ -3,6 +3,7 @@
 #include "clookupfield.h"
 
 #include "cinputs.h"
+#include "fieldlimits.h"
 #include "frmricerca.h"
 #include "italiantext.h"
 #include "listhelpers.h"
@@ -163,6 +164,10 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
     setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
     (new cTextBox(m_txtDescStampa, typedinput::Testo, this))->setCKeyRef(keys());
+    limitToColumn(m_txtCodice, QStringLiteral("TipoDocumenti"), QStringLiteral("CODICE"));
+    limitToColumn(m_txtDescrizione, QStringLiteral("TipoDocumenti"), QStringLiteral("DESCRIZIONE"));
+    limitToColumn(m_txtDescStampa, QStringLiteral("TipoDocumenti"), QStringLiteral("DESCSTAMPA"));
+    limitToColumn(m_txtCausale, QStringLiteral("Causali"), QStringLiteral("CODICE"));
     m_rda1 = new cTextBox(m_txtRDA1, typedinput::DecimaleZero, this);
     m_rda2 = new cTextBox(m_txtRDA2, typedinput::DecimaleZero, this);
     for (cTextBox* rate : {m_rda1, m_rda2})

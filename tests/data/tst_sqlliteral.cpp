@@ -66,7 +66,19 @@ private Q_SLOTS:
         QTest::newRow("M") << M << when << "¤2024-03-07¤" << "¤2024-03-07 09:05:04¤" << "¤09:05:04¤";
         QTest::newRow("italian text") << M << QVariant(QStringLiteral("07/03/2024")) << "¤2024-03-07¤"
                                       << "¤2024-03-07 00:00:00¤" << "¤00:00:00¤";
+        // A date alone is its midnight, as a date-time and as a time.
+        QTest::newRow("date alone S") << S << QVariant(QDate(2024, 3, 7)) << "{ d ¤2024-03-07¤ }" << "¤2024-03-07 00:00:00¤"
+                                      << "{ t ¤00:00:00¤ }";
+        QTest::newRow("date alone A") << A << QVariant(QDate(2024, 3, 7)) << "#03/07/2024#" << "#03/07/2024 00:00:00#"
+                                      << "#00:00:00#";
+        QTest::newRow("date alone M") << M << QVariant(QDate(2024, 3, 7)) << "¤2024-03-07¤" << "¤2024-03-07 00:00:00¤"
+                                      << "¤00:00:00¤";
+        QTest::newRow("ISO date text") << S << QVariant(QStringLiteral("2024-03-07")) << "{ d ¤2024-03-07¤ }"
+                                       << "¤2024-03-07 00:00:00¤" << "{ t ¤00:00:00¤ }";
+        QTest::newRow("date text as bytes") << A << QVariant(QByteArray("07/03/2024")) << "#03/07/2024#"
+                                            << "#03/07/2024 00:00:00#" << "#00:00:00#";
         for (int t : {S, A, M}) {
+            QTest::addRow("invalid date %d", t) << t << QVariant(QDate()) << "Null" << "Null" << "Null";
             QTest::addRow("empty %d", t) << t << QVariant(QString()) << "Null" << "Null" << "Null";
             QTest::addRow("not a date %d", t) << t << QVariant(QStringLiteral("31/02/2024")) << "Null" << "Null" << "Null";
             QTest::addRow("null %d", t) << t << QVariant() << "Null" << "Null" << "Null";
@@ -91,27 +103,55 @@ private Q_SLOTS:
     void protectedValues_data()
     {
         QTest::addColumn<QString>("value");
-        QTest::newRow("apostrophe") << "l'albero";
-        QTest::newRow("delimiter") << "10 ¤ al kg";
-        QTest::newRow("mark-up characters") << "a‡b¿c•A•d•/A•e•M•f•/M•";
-        QTest::newRow("backticks and backslash") << "`x` C:\\dir\\";
-        QTest::newRow("top clause") << "SELECT TOP 5 righe";
-        QTest::newRow("format call") << "FORMAT(x, 'yyyy')";
-        QTest::newRow("date literal shape") << "#01/02/2024# & #12/31/1999 10:00:00#";
-        QTest::newRow("private use") << QString::fromUtf16(u"\uE000\uE101\uE1FF\uF8FF");
-        QTest::newRow("lines and emoji") << QString::fromUtf8("riga 1\r\nriga 2\tà è ì ò ù € 😀");
-        QTest::newRow("placeholder") << "@01 SET NOCOUNT OFF";
+        QTest::addColumn<QString>("sentValue");   // as the engine receives it
+        const auto same = [](const char* name, const QString& value) { QTest::newRow(name) << value << value; };
+        same("apostrophe", QStringLiteral("l'albero"));
+        same("delimiter", QStringLiteral("10 ¤ al kg"));
+        same("mark-up characters", QStringLiteral("a‡b¿c•A•d•/A•e•M•f•/M•"));
+        same("backticks and backslash", QStringLiteral("`x` C:\\dir\\"));
+        same("top clause", QStringLiteral("SELECT TOP 5 righe"));
+        same("format call", QStringLiteral("FORMAT(x, 'yyyy')"));
+        same("date literal shape", QStringLiteral("#01/02/2024# & #12/31/1999 10:00:00#"));
+        same("private use", QString::fromUtf16(u"\uE000\uE101\uE1FF\uF8FF"));
+        same("lines and emoji", QString::fromUtf8("riga 1\r\nriga 2\tà è ì ò ù € 😀"));
+        same("placeholder", QStringLiteral("@01 SET NOCOUNT OFF"));
+        // Half a character (a cut in the middle of an emoji) is sent as
+        // U+FFFD, and the apostrophe after it stays the closing one.
+        const QString high(QChar(char16_t(0xD83D))), low(QChar(char16_t(0xDE00)));
+        const QString fffd(QChar(QChar::ReplacementCharacter));
+        QTest::newRow("first half at the end") << "Caff" + high << "Caff" + fffd;
+        QTest::newRow("second half alone") << low + "x" << fffd + "x";
+        QTest::newRow("halves reversed") << low + high << fffd + fffd;
+        QTest::newRow("first half before a protected character") << high + "¤" + high + " " << fffd + "¤" + fffd + " ";
+        QTest::newRow("first half before a private-use character") << high + QChar(char16_t(0xE000))
+                                                                   << fffd + QChar(char16_t(0xE000));
     }
 
     void protectedValues()
     {
         QFETCH(QString, value);
-        const QString doubled = QString(value).replace(QLatin1Char('\''), QStringLiteral("''"));
+        QFETCH(QString, sentValue);
+        const QString doubled = QString(sentValue).replace(QLatin1Char('\''), QStringLiteral("''"));
         for (int t : {S, A, M}) {
             const DialectResult r = rewriteStatement(QStringLiteral("SELECT TOP 1 ") + sqlText(value) + QStringLiteral(" FROM T"), t);
             QVERIFY(r.ok);
             const QString sent = driver::finalSql(r.text, t);
             QVERIFY2(sent.contains(QLatin1Char('\'') + doubled + QLatin1Char('\'')), qPrintable(sent));
+            QVERIFY2(sent.endsWith(QLatin1String(" FROM T")) || sent.endsWith(QLatin1String(" FROM T LIMIT 1")), qPrintable(sent));
+        }
+    }
+
+    // A statement written by hand, not through sqlText, with half a
+    // character in it: the driver's last step mends it too.
+    void halfCharacterOutsideValues()
+    {
+        const QString high(QChar(char16_t(0xD83D)));
+        const QString fffd(QChar(QChar::ReplacementCharacter));
+        for (int t : {A, M}) {
+            QCOMPARE(driver::finalSql(QStringLiteral("SELECT 'a") + high + QStringLiteral("' FROM T"), t),
+                     QStringLiteral("SELECT 'a") + fffd + QStringLiteral("' FROM T"));
+            QCOMPARE(driver::finalSql(QStringLiteral("SELECT '") + QString::fromUtf8("😀") + QStringLiteral("'"), t),
+                     QStringLiteral("SELECT '") + QString::fromUtf8("😀") + QStringLiteral("'"));
         }
     }
 
@@ -121,6 +161,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::newRow("date") << "WHERE D = #03/07/2024#" << "WHERE D = '2024-03-07'";
         QTest::newRow("date time") << "WHERE D >= #3/7/2024 9:05:04#" << "WHERE D >= '2024-03-07 09:05:04'";
+        QTest::newRow("time") << "SET T = #9:05:04#, U = #00:00:00#" << "SET T = '09:05:04', U = '00:00:00'";
         QTest::newRow("inside quotes untouched") << "WHERE N = '#03/07/2024#'" << "WHERE N = '#03/07/2024#'";
         QTest::newRow("concatenation") << "SELECT A & 'x&y' & B" << "SELECT A || 'x&y' || B";
         QTest::newRow("not a date") << "WHERE N = #abc#" << "WHERE N = #abc#";

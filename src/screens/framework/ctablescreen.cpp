@@ -1,6 +1,7 @@
 #include "ctablescreen.h"
 
 #include "cinputs.h"
+#include "fieldlimits.h"
 #include "recordset.h"
 #include "sqlliteral.h"
 
@@ -34,6 +35,21 @@ cTableScreen::cTableScreen(const QString& typeName, const QString& title, const 
             input->setCKeyRef(keys());
         form->addRow(QString::fromUtf8(c.caption), edit);
     }
+    limitFields();
+}
+
+void cTableScreen::setTable(const QString& table)
+{
+    m_table = table;
+    limitFields();
+}
+
+void cTableScreen::limitFields()
+{
+    if (m_table.isEmpty())
+        return;   // the generic editor learns its table later
+    for (qsizetype i = 0; i < m_columns.size(); ++i)
+        limitToColumn(m_fields.at(i), m_table, QString::fromLatin1(m_columns.at(i).column));
 }
 
 QString cTableScreen::selectStatement() const

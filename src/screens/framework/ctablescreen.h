@@ -1,6 +1,6 @@
 #pragma once
 // A record screen made from a list of text columns: one labelled field a
-// column, code and description required. For the tables whose rows are
+// column, code and description required, each field as long as its column. For the tables whose rows are
 // plain text (banks, sales agents).
 
 #include "crecordscreen.h"
@@ -27,7 +27,8 @@ public:
                  QWidget* parent = nullptr);
 
 protected:
-    void setTable(const QString& table) { m_table = table; }
+    // The table, and the fields' limits from its columns.
+    void setTable(const QString& table);
     // The form of the fields, for screens that add rows of their own.
     QFormLayout* form() const { return m_form; }
     QLineEdit* field(int column) const { return m_fields.at(column); }
@@ -41,6 +42,7 @@ protected:
     QString searchStatement() const override;
 
 private:
+    void limitFields();
     QStringList columnNames() const;
     QStringList columnValues() const;
 

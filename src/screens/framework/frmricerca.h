@@ -3,7 +3,9 @@
 // list with a filter box; it gives back the key of the row chosen. The
 // filter searches the sort column, from the start of the text or, with
 // chkLike, anywhere in it; a click on a header makes that column the sort
-// and search column.
+// and search column. The filter is text to look for, as typed: "%", "_" and
+// "[" are characters like the others, never wildcards, and nothing typed
+// can change the statement.
 
 #include <QDialog>
 

@@ -195,7 +195,7 @@ QString prodottoCondition(const QString& code, int rid, const RicercaProdotto& r
 {
     QString where;
     if (!code.isEmpty()) {
-        where = ricerca.like ? QStringLiteral(" (P.CODICE LIKE ") + sqlText(code + QLatin1Char('%'))
+        where = ricerca.like ? QStringLiteral(" (P.CODICE LIKE ") + sqlLikePattern(code, LikeMatch::StartsWith)
                              : QStringLiteral(" (P.CODICE = ") + sqlText(code);
         where += QStringLiteral(" OR P.BARCODE = ") + sqlText(code) + QStringLiteral(" OR P.EXTRACODICE = ")
             + sqlText(code) + QLatin1Char(')');

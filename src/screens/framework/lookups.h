@@ -69,7 +69,7 @@ struct ProdottoEsteso
 
 struct RicercaProdotto
 {
-    bool like = false;            // the code is a beginning, not the whole code
+    bool like = false;            // the code is a beginning, not the whole code ("%" and "_" in it match themselves)
     bool multiSelect = false;
     int magazzino = 0;            // the stock of this warehouse; 0 the product's total
     bool chiediNuovo = false;     // not found: ask "Creare un nuovo Prodotto?"

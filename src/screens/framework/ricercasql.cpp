@@ -2,6 +2,7 @@
 
 #include "cadosqlserver.h"
 #include "sqldialect.h"
+#include "sqlliteral.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -12,7 +13,29 @@ namespace {
 
 const QString kBlank = QStringLiteral("SELECT\u00A4\u00A4 AS BLANK, ");
 
-// A statement's parts and the UNION joints between them.
+// Marks the positions of a statement that lie at its top level: outside
+// text values (between the delimiter) and outside parentheses.
+QList<bool> topLevel(const QString& sql)
+{
+    QList<bool> top(sql.size(), false);
+    int depth = 0;
+    bool quoted = false;
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const QChar c = sql.at(i);
+        if (c == QChar(0x00A4))
+            quoted = !quoted;
+        else if (!quoted && c == QLatin1Char('('))
+            ++depth;
+        else if (!quoted && c == QLatin1Char(')'))
+            --depth;
+        top[i] = !quoted && depth == 0 && c != QChar(0x00A4);
+    }
+    return top;
+}
+
+// A statement's parts and the UNION joints between them. Only a UNION of
+// the statement itself splits it: one inside a value (a filter typed by the
+// user) or inside a sub-select stays where it is.
 struct Parts
 {
     QStringList parts;
@@ -22,9 +45,12 @@ struct Parts
     {
         static const QRegularExpression union_(QStringLiteral("\\s+UNION(\\s+ALL)?\\s+"),
                                                QRegularExpression::CaseInsensitiveOption);
+        const QList<bool> top = topLevel(sql);
         qsizetype from = 0;
         for (auto it = union_.globalMatch(sql); it.hasNext();) {
             const QRegularExpressionMatch m = it.next();
+            if (!top.at(m.capturedStart()))
+                continue;
             parts << sql.mid(from, m.capturedStart() - from);
             joints << m.captured(0);
             from = m.capturedEnd();
@@ -111,8 +137,8 @@ QString prepareStatement(const QString& sql, bool startEmpty)
 
 QString likeCondition(const QString& field, const QString& text, bool contains)
 {
-    const QString prefix = contains ? QStringLiteral("%") : QString();
-    return QLatin1Char(' ') + field + QStringLiteral(" LIKE \u00A4") + prefix + text + QStringLiteral("%\u00A4 ");
+    return QLatin1Char(' ') + field + QStringLiteral(" LIKE ")
+        + sqlLikePattern(text, contains ? LikeMatch::Contains : LikeMatch::StartsWith) + QLatin1Char(' ');
 }
 
 QString addCondition(const QString& statement, const QString& condition)

@@ -13,7 +13,10 @@ namespace ricerca {
 // with startEmpty a condition that no row meets keeps the list empty.
 QString prepareStatement(const QString& sql, bool startEmpty);
 
-// " field LIKE ¤text%¤ ", or "%text%" when contains is on.
+// " field LIKE ¤text%¤ " (starts with), or "¤%text%¤" when contains is on.
+// The text is a value like any other (sqlLikePattern): the delimiter, quotes
+// or mark-up characters in it cannot change the statement, and its "%", "_",
+// "[" and "\" are searched as they are typed, not as wildcards.
 QString likeCondition(const QString& field, const QString& text, bool contains);
 
 // Adds a condition to every part of a statement: before ORDER BY (or GROUP

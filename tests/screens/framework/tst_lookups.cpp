@@ -257,6 +257,47 @@ private Q_SLOTS:
         QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 
+    // A code typed as a beginning finds the codes that start with it; "%"
+    // and "_" in it are characters of the code, not wildcards.
+    void prodottoLike_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("expectedCode");   // empty: not found
+        for (const QString& b : testdb::backends()) {
+            QTest::newRow(qPrintable(b + QStringLiteral(" beginning"))) << b << "DAD" << "DADO8";
+            QTest::newRow(qPrintable(b + QStringLiteral(" whole code"))) << b << "DADO8" << "DADO8";
+            QTest::newRow(qPrintable(b + QStringLiteral(" underscore"))) << b << "DAD_8" << "";
+            QTest::newRow(qPrintable(b + QStringLiteral(" percent"))) << b << "%8X" << "";
+            QTest::newRow(qPrintable(b + QStringLiteral(" delimiter"))) << b << "VITE¤" << "";
+        }
+    }
+    void prodottoLike()
+    {
+        QFETCH(QString, backend);
+        QFETCH(QString, typed);
+        QFETCH(QString, expectedCode);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        testdb::ErrorRecorder errors;
+        setElementChooser([](const QString&, const Recordset&, bool, bool) -> QStringList {
+            QTest::qFail("no chooser expected", __FILE__, __LINE__);
+            return {};
+        });
+        ScriptedMsgBox boxes;
+        if (expectedCode.isEmpty())
+            boxes.expect(QStringLiteral("Codice: ") + typed + QStringLiteral(" inesistente!"), vb::OK);
+        ProdottoEsteso p;
+        p.codice = typed;
+        RicercaProdotto ricerca;
+        ricerca.like = true;
+        QCOMPARE(validaProdottoEsteso(p, ricerca), !expectedCode.isEmpty());
+        QCOMPARE(p.codice, expectedCode);
+        QVERIFY(boxes.allAnswered());
+        QVERIFY(errors.reports.isEmpty());
+        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+    }
+
     // Not found: with the question, Yes asks for a new product and keeps the code.
     void prodottoNuovo_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void prodottoNuovo()

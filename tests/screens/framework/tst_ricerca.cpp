@@ -9,6 +9,7 @@
 #include "scripteddialogs.h"
 #include "serversettings.h"
 #include "sqldialect.h"
+#include "sqlliteral.h"
 #include "testdb.h"
 
 #include <QCheckBox>
@@ -59,6 +60,13 @@ struct Dialog
         edit("txtFiltro")->clear();
         QTest::keyClicks(edit("txtFiltro"), text);
     }
+    // Any character, one key at a time (keyClicks knows Latin-1 alone).
+    void type(const QString& text)
+    {
+        edit("txtFiltro")->clear();
+        for (const QChar c : text)
+            QTest::sendKeyEvent(QTest::Click, edit("txtFiltro"), Qt::Key_unknown, QString(c), Qt::NoModifier);
+    }
 };
 
 } // namespace
@@ -92,6 +100,14 @@ private Q_SLOTS:
         QTest::newRow("filter beside a sub-select")
             << "filter" << "SELECT RID FROM (SELECT RID FROM X WHERE K = 1) Q"
             << "SELECT RID FROM (SELECT RID FROM X WHERE K = 1) Q WHERE C LIKE ¤AB%¤";
+        QTest::newRow("filter with wildcards") << "filter:A%B_[C]\\!" << "SELECT RID FROM X"
+                                               << "SELECT RID FROM X WHERE C LIKE ¤A!%B!_![C]!\\!!%¤ ESCAPE ¤!¤";
+        QTest::newRow("blank beside a union in a sub-select")
+            << "prepare" << "SELECT RID, A FROM (SELECT RID, A FROM X UNION SELECT RID, A FROM Y) Q"
+            << "SELECT¤¤ AS BLANK, RID, A FROM (SELECT RID, A FROM X UNION SELECT RID, A FROM Y) Q";
+        QTest::newRow("limit, SQL Server, union inside a value")
+            << "max0" << "SELECT RID FROM X WHERE A LIKE ¤a\tUNION\tSELECT B%¤ UNION SELECT RID FROM Y"
+            << "SELECT TOP 7 RID FROM X WHERE A LIKE ¤a\tUNION\tSELECT B%¤ UNION SELECT TOP 7 RID FROM Y";
         QTest::newRow("limit, file database") << "max1" << "SELECT¤¤ AS BLANK, RID FROM X UNION SELECT¤¤ AS BLANK, RID FROM Y"
                                               << "SELECT TOP 7 ¤¤ AS BLANK, RID FROM X UNION SELECT¤¤ AS BLANK, RID FROM Y";
         QTest::newRow("limit, SQL Server") << "max0" << "SELECT RID FROM X UNION SELECT DISTINCT RID FROM Y"
@@ -113,8 +129,9 @@ private Q_SLOTS:
             result = ricerca::prepareStatement(given, false);
         else if (step == QLatin1String("empty"))
             result = ricerca::prepareStatement(given, true);
-        else if (step == QLatin1String("filter"))
-            result = ricerca::addCondition(given, ricerca::likeCondition(QStringLiteral("C"), QStringLiteral("AB"), false));
+        else if (step.startsWith(QLatin1String("filter")))
+            result = ricerca::addCondition(given, ricerca::likeCondition(QStringLiteral("C"),
+                                                                         step.size() > 7 ? step.mid(7) : QStringLiteral("AB"), false));
         else if (step.startsWith(QLatin1String("max")))
             result = ricerca::withMaxRows(given, QStringLiteral("7"), step.mid(3).toInt());
         else
@@ -166,6 +183,56 @@ private Q_SLOTS:
         again.dialog.startMe(kUnion, 0, false, false, 1, QString(), QStringLiteral("ChkLike_Prova"), false);
         QVERIFY(again.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->isChecked());
         QVERIFY(machineSettings().value(QStringLiteral("Options/FrmRicerca_Widht")).toInt() > 0);
+    }
+
+    // What the user types in the filter is text to look for, never part of
+    // the statement: the delimiter gives no error, a crafted condition finds
+    // nothing, "%" and "_" match only themselves.
+    void typedFilter_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("contains");
+        QTest::addColumn<QStringList>("expected");
+        for (const QString& b : testdb::backends()) {
+            auto row = [&b](const char* name, const QString& typed, bool contains, const QStringList& expected) {
+                QTest::addRow("%s %s", qPrintable(b), name) << b << typed << contains << expected;
+            };
+            row("delimiter", QStringLiteral("¤"), true, {"YYCENTO"});
+            row("delimiter, starts with", QStringLiteral("¤"), false, {});
+            row("crafted condition", QStringLiteral("x¤ OR 1=1 OR DESCRIZIONE LIKE ¤"), false, {});
+            row("crafted condition, contains", QStringLiteral("¤ OR ¤¤=¤"), true, {});
+            row("apostrophes", QStringLiteral("' OR '1'='1"), true, {});
+            row("percent", QStringLiteral("Sconto 100%"), false, {"YYCENTO"});
+            row("underscore", QStringLiteral("Sconto_"), false, {});
+            row("backslash", QStringLiteral("C:\\"), true, {"YYCENTX"});
+            row("mark-up", QStringLiteral("•A•"), true, {"YYCENTX"});
+        }
+    }
+    void typedFilter()
+    {
+        QFETCH(QString, backend);
+        QFETCH(QString, typed);
+        QFETCH(bool, contains);
+        QFETCH(QStringList, expected);
+        QVERIFY(testdb::shared(backend).isValid());
+        addRows();
+        if (gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Colori WHERE CODICE = ¤YYCENTO¤"),
+                                          QStringLiteral("test")).toInt() == 0) {
+            run(QStringLiteral("INSERT INTO Colori (CODICE, DESCRIZIONE) VALUES (¤YYCENTO¤, ") + sqlText(QStringLiteral("Sconto 100% ¤ netto"))
+                + QLatin1Char(')'));
+            run(QStringLiteral("INSERT INTO Colori (CODICE, DESCRIZIONE) VALUES (¤YYCENTX¤, ")
+                + sqlText(QStringLiteral("Sconto 1000 C:\\•A•")) + QLatin1Char(')'));
+        }
+        testdb::ErrorRecorder errors;
+        Dialog d;   // rows of its own (YY...), which the other cases do not see
+        d.dialog.startMe(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Colori WHERE CODICE LIKE ¤YY%¤ ORDER BY CODICE"), 0,
+                         false, false, 2);
+        d.dialog.findChild<QCheckBox*>(QStringLiteral("chkLike"))->setChecked(contains);
+        d.type(typed);
+        QCOMPARE(d.edit("txtFiltro")->text(), typed);
+        QCOMPARE(codes(d.list()), expected);
+        QVERIFY2(errors.reports.isEmpty(), qPrintable(errors.reports.value(0).information));
     }
 
     // Cancel, the close box, a choice, Enter in the filter, "&Nuovo".
