@@ -7,6 +7,7 @@
 #include "recordset.h"
 #include "sqldialect.h"
 #include "sqlliteral.h"
+#include "valuecheck.h"
 
 namespace {
 
@@ -33,6 +34,16 @@ bool insertLine(int entry, int conto, const char* column, Currency value)
                                           + QStringLiteral(") VALUES (") + QString::number(entry) + QStringLiteral(", ")
                                           + QString::number(conto) + QStringLiteral(", ") + amount(value) + QLatin1Char(')'),
                                       tag("saveDettagliPrimaNota"));
+}
+
+// The amounts of the lines are differences of the document's amounts: each
+// must stay within the range of an amount, or the entry would be stored with
+// a figure cut to the limit.
+QString controllaImporti(Currency importo, Currency importoIva, Currency importoRda)
+{
+    const std::optional<Currency> netto = checkedSub(importo, importoIva);
+    const bool ok = netto && checkedSub(importo, importoRda) && checkedSub(*netto, importoRda) && checkedNeg(importoRda);
+    return ok ? QString() : messaggioImportoFuoriLimiti(QStringLiteral("Importo del movimento di Prima Nota"));
 }
 
 } // namespace
@@ -193,6 +204,15 @@ int getProgPrimaNotaByID(int rid)
 int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
 {
     cAdoSqlServer& db = gAdoSqlServer();
+    // Nothing is written for values that would be stored wrong: an entry
+    // without a date would be numbered in no year.
+    for (const QString& errore : {erroreData(d.data, QStringLiteral("Data della registrazione di Prima Nota")),
+                                  erroreData(d.dataValuta, QStringLiteral("Data valuta della registrazione di Prima Nota")),
+                                  controllaImporti(d.importo, d.importoIva, d.importoRda)})
+        if (!errore.isEmpty()) {
+            db.showAfterTransaction(errore, vb::Exclamation);
+            return -1;
+        }
     const QString values[] = {db.getSQLDate(d.data),
                               db.getSQLDate(d.dataValuta),
                               getIDOrNullStr(d.fkCausale),
@@ -236,6 +256,10 @@ int modificaImportoPrimaNota(int rid, Currency importo, Currency importoIva, Cur
 {
     if (rid < 1)
         return 0;
+    if (const QString errore = controllaImporti(importo, importoIva, importoRda); !errore.isEmpty()) {
+        gAdoSqlServer().showAfterTransaction(errore, vb::Exclamation);
+        return -1;
+    }
     if (!gAdoSqlServer().executeSQL(QStringLiteral("UPDATE PrimaNota SET Importo = ") + amount(importo)
                                         + QStringLiteral(" WHERE RID = ") + QString::number(rid),
                                     tag("modificaImportoPrimaNota")))

@@ -54,7 +54,9 @@ struct DatiPrimaNota
     QString numDocumento;
 };
 
-// Writes the entry and its lines; the entry's key, or -1 on a failure.
+// Writes the entry and its lines; the entry's key, or -1 on a failure. A
+// date that is no date or amounts whose lines leave the range of an amount
+// write nothing: their message waits for the end of the transaction.
 int salvaPrimaNota(const DatiPrimaNota& dati, const ContiControparti& controparti);
 
 // Rewrites the lines of an entry: "#" done, "" a failure already reported,

@@ -2,8 +2,10 @@
 
 #include "cadosqlserver.h"
 #include "italiantext.h"
+#include "msgbox.h"
 #include "recordset.h"
 #include "sqlliteral.h"
+#include "valuecheck.h"
 
 #include <QDate>
 #include <algorithm>
@@ -58,6 +60,17 @@ std::optional<Single> readOrCreate(int fkProdotto, int fkMagazzino, const QStrin
     return made ? std::optional<Single>(0) : std::nullopt;
 }
 
+// A quantity that is no number is refused before anything is read or
+// written: stored, it would make the stock of the product no number at all.
+QString controllaQuantita(Single quantita, Single vecchiaQuantita, const QString& informazioni)
+{
+    for (const QString& errore : {erroreQuantita(quantita, QStringLiteral("Quantità")),
+                                  erroreQuantita(vecchiaQuantita, QStringLiteral("Quantità precedente"))})
+        if (!errore.isEmpty())
+            return errore + QStringLiteral("\r\rInformazioni:\r - ") + informazioni;
+    return QString();
+}
+
 std::optional<double> amountMoved(Single quantita, Single vecchiaQuantita, int azione)
 {
     switch (azione) {
@@ -73,9 +86,22 @@ QString azioneNonImpostata(const QString& informazioni)
     return QStringLiteral("Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\rInformazioni:\r - ") + informazioni;
 }
 
+// A stock figure that a posting would push beyond what a quantity holds:
+// told after the transaction, and the posting fails as a failed statement.
+std::optional<Single> storableQuantity(double value)
+{
+    const std::optional<Single> q = toSingleChecked(value);
+    if (!q)
+        gAdoSqlServer().showAfterTransaction(
+            QStringLiteral("Quantità fuori dai limiti consentiti: la giacenza risultante non può essere registrata."), vb::Exclamation);
+    return q;
+}
+
 bool setQuantity(const QString& where, double value, const char* procedure, const QString& alsoSet = QString())
 {
-    return gAdoSqlServer().executeSQL(QStringLiteral("UPDATE DettagliProdotto SET QUANTITA = ") + singleSql(toSingle(value)) + alsoSet
+    const std::optional<Single> q = storableQuantity(value);
+    return q
+        && gAdoSqlServer().executeSQL(QStringLiteral("UPDATE DettagliProdotto SET QUANTITA = ") + singleSql(*q) + alsoSet
                                           + where,
                                       tag(procedure));
 }
@@ -87,8 +113,9 @@ bool updateGiacenza(int fkProdotto, Single giacenza, double amount, int fkMagazz
     const bool origin = fkMagazzinoOrig > 0, destination = fkMagazzinoDest > 0;
     if (origin == destination)
         return true;
-    const double value = origin ? double(giacenza) - amount : double(giacenza) + amount;
-    return gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Prodotti SET GIACENZA = ") + singleSql(toSingle(value))
+    const std::optional<Single> value = storableQuantity(origin ? double(giacenza) - amount : double(giacenza) + amount);
+    return value
+        && gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Prodotti SET GIACENZA = ") + singleSql(*value)
                                           + QStringLiteral(" WHERE RID = ") + QString::number(fkProdotto),
                                       tag(procedure));
 }
@@ -159,6 +186,8 @@ QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& tagl
     if (opzioni.prezzoMedio)
         return aggiornaGiacenzeSimple(quantita, vecchiaQuantita, taglio, fkProdotto, azione, fkMagazzinoOrig, fkMagazzinoDest,
                                       informazioni, ridRiga, opzioni);
+    if (const QString errore = controllaQuantita(quantita, vecchiaQuantita, informazioni); !errore.isEmpty())
+        return errore;
     const char* procedure = "aggiornaGiacenze";
     const Currency none;
     const bool transfer = fkMagazzinoOrig > 0 && fkMagazzinoDest > 0;
@@ -210,6 +239,8 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
                                int fkMagazzinoOrig, int fkMagazzinoDest, const QString& informazioni, int& ridRiga,
                                const OpzioniGiacenza& opzioni)
 {
+    if (const QString errore = controllaQuantita(quantita, vecchiaQuantita, informazioni); !errore.isEmpty())
+        return errore;
     const char* procedure = "aggiornaGiacenzeSimple";
     const bool transfer = fkMagazzinoOrig > 0 && fkMagazzinoDest > 0;
     const Single giacenza = lockAndReadGiacenza(fkProdotto, procedure);
@@ -310,6 +341,10 @@ namespace {
 bool aggiornaStatistica(int fkProdotto, Currency prezzo, const QDate& data, const char* dataColumn, const char* priceColumn,
                         const QString& setPrefix, const char* procedure)
 {
+    if (const QString errore = erroreData(data, QStringLiteral("Data del documento")); !errore.isEmpty()) {
+        gAdoSqlServer().showAfterTransaction(errore, vb::Exclamation);
+        return false;
+    }
     const auto last = firstValue(QStringLiteral("SELECT ") + QLatin1String(dataColumn) + QStringLiteral(" FROM Prodotti WHERE RID = ")
                                      + QString::number(fkProdotto),
                                  tag(procedure));

@@ -180,6 +180,54 @@ private Q_SLOTS:
         QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM PrimaNota WHERE DATA = ") + gAdoSqlServer().getSQLDate(d.data)), 0);
     }
 
+    // Values that would be stored wrong write nothing; the message comes
+    // after the rollback.
+    void refusedValues_data()
+    {
+        testdb::addBackendColumn();
+        QTest::addColumn<QDate>("data");
+        QTest::addColumn<QDate>("valuta");
+        QTest::addColumn<QString>("importo");
+        QTest::addColumn<QString>("iva");
+        QTest::addColumn<QString>("message");
+        const QDate ok(2026, 6, 1);
+        const QList<std::tuple<const char*, QDate, QDate, const char*, const char*, const char*>> cases{
+            {"no date", QDate(), ok, "100", "0", "Data non valida: Data della registrazione"},
+            {"no value date", ok, QDate(), "100", "0", "Data non valida: Data valuta"},
+            {"date before 1753", QDate(1700, 1, 1), ok, "100", "0", "Data non valida"},
+            {"net amount out of range", ok, ok, "922337203685477", "-1", "Importo fuori dai limiti consentiti"},
+        };
+        for (const QString& b : testdb::backends())
+            for (const auto& [name, data, valuta, importo, iva, message] : cases)
+                QTest::newRow(qPrintable(QLatin1String(name) + QStringLiteral(" (") + b + QLatin1Char(')')))
+                    << b << data << valuta << QString::fromLatin1(importo) << QString::fromLatin1(iva) << QString::fromLatin1(message);
+    }
+    void refusedValues()
+    {
+        QFETCH(QString, backend);
+        QFETCH(QDate, data);
+        QFETCH(QDate, valuta);
+        QFETCH(QString, importo);
+        QFETCH(QString, iva);
+        QFETCH(QString, message);
+        QVERIFY(testdb::shared(backend).isValid());
+        const int before = count(QStringLiteral("SELECT COUNT(*) FROM PrimaNota"));
+        DatiPrimaNota d;
+        d.fkCausale = 1;
+        d.data = data;
+        d.dataValuta = valuta;
+        d.importo = eur(qPrintable(importo));
+        d.importoIva = eur(qPrintable(iva));
+        testdb::ScriptedMsgBox boxes;
+        gAdoSqlServer().beginTrasaction(QStringLiteral("test"));
+        QCOMPARE(salvaPrimaNota(d, kControparti), -1);
+        QCOMPARE(boxes.shown.size(), 0);
+        boxes.expect(message, vb::OK);
+        gAdoSqlServer().rollbackTrasaction(QStringLiteral("test"));
+        QVERIFY(boxes.allAnswered());
+        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM PrimaNota")), before);
+    }
+
     // No causal: the message, and -1 for the caller's rollback.
     void unknownCausal_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void unknownCausal()

@@ -7,6 +7,7 @@
 #include "testdb.h"
 
 #include <QDate>
+#include <limits>
 #include <QtTest>
 
 namespace {
@@ -171,6 +172,41 @@ private Q_SLOTS:
         Posting p{newProduct(QStringLiteral("MSG%1%2").arg(azione).arg(backend)), {}};
         Currency lot = withLot ? eur(2) : Currency::fromUnits(-1);
         QCOMPARE(p.post(1, 0, lot, azione, kSede, -1), expected);
+        QCOMPARE(giacenza(p.prodotto), 0.0);
+    }
+
+    // A quantity that is no number is refused before anything is written,
+    // in both stock models.
+    void refusedQuantities_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<bool>("prezzoMedio");
+        QTest::addColumn<double>("quantita");
+        QTest::addColumn<double>("vecchia");
+        const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+        for (const QString& b : testdb::backends())
+            for (const bool medio : {false, true}) {
+                const QString model = medio ? QStringLiteral("moving average, ") : QStringLiteral("lots, ");
+                QTest::newRow(qPrintable(model + QStringLiteral("NaN (") + b + QLatin1Char(')'))) << b << medio << nan << 0.0;
+                QTest::newRow(qPrintable(model + QStringLiteral("infinite (") + b + QLatin1Char(')'))) << b << medio << -inf << 0.0;
+                QTest::newRow(qPrintable(model + QStringLiteral("old NaN (") + b + QLatin1Char(')'))) << b << medio << 1.0 << nan;
+                QTest::newRow(qPrintable(model + QStringLiteral("beyond a Single (") + b + QLatin1Char(')'))) << b << medio << 1e39 << 0.0;
+            }
+    }
+    void refusedQuantities()
+    {
+        QFETCH(QString, backend);
+        QFETCH(bool, prezzoMedio);
+        QFETCH(double, quantita);
+        QFETCH(double, vecchia);
+        QVERIFY(testdb::shared(backend).isValid());
+        Posting p{newProduct(QStringLiteral("NAN%1").arg(QTest::currentDataTag()).left(30)), {}};
+        p.opzioni.prezzoMedio = prezzoMedio;
+        Currency lot = eur(3);
+        const QString esito = p.post(quantita, vecchia, lot, giacenze::Modifica, -1, kSede);
+        QVERIFY2(esito.startsWith(QStringLiteral("Quantità non valida")), qPrintable(esito));
+        QVERIFY(esito.endsWith(QLatin1String("Prodotto [P - prova]")));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList());
         QCOMPARE(giacenza(p.prodotto), 0.0);
     }
 
