@@ -253,7 +253,11 @@ bool cAdoSqlServer::rollbackTrasaction(const QString& tag)
     DbError error;
     // A connection that died took its transaction with it: nothing to undo.
     const bool alive = m_current->physical() && m_current->physical()->isOpen();
-    const bool ok = !alive || m_current->physical()->rollback(error);
+    bool ok = !alive || m_current->physical()->rollback(error);
+    if (!ok && driver::isConnectionLost(m_tipoServer, error)) {
+        m_current->physical()->close();
+        ok = true;
+    }
     m_inTransaction = false;
     m_transactionFailed = false;
     if (!ok) {
