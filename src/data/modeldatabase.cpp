@@ -237,11 +237,16 @@ bool ensureFileDatabase(const QString& dbPath, const QString& modelPath, QString
             return false;
     } else {
         QString detail;
-        const FileDbState state = inspectFileDatabase(modelPath, &detail);
+        int version = 0;
+        const FileDbState state = inspectFileDatabase(modelPath, &detail, &version);
         if (state != FileDbState::Ours) {
             say(message, QStringLiteral("Il modello non si può usare. ") + fileDbProblem(state, modelPath, detail));
             return false;
         }
+        // The model is the program's own: one left by an earlier release is
+        // built again, so that a new firm starts on the tables of this one.
+        if (version < schema::schemaVersion() && !(QFile::remove(modelPath) && buildModelFile(modelPath, message)))
+            return false;
     }
     QDir().mkpath(QFileInfo(dbPath).absolutePath());
     if (!QFile::copy(modelPath, dbPath)) {
@@ -285,7 +290,7 @@ bool initServerDatabase(int tipoServer, const QString& connectionString, QString
     return true;
 }
 
-FileDbState inspectFileDatabase(const QString& path, QString* detail)
+FileDbState inspectFileDatabase(const QString& path, QString* detail, int* version)
 {
     const QFileInfo info(path);
     if (path.isEmpty() || !info.exists())
@@ -325,6 +330,14 @@ FileDbState inspectFileDatabase(const QString& path, QString* detail)
                     tables.append(query.value(0).toString().toLower());
             } else {
                 error = query.lastError();
+            }
+            if (version && tables.contains(schema::versionTable().toLower())) {
+                QSqlQuery v(db);
+                *version = v.exec(QStringLiteral("SELECT MAX(") + schema::versionColumn() + QStringLiteral(") FROM ")
+                                  + schema::versionTable())
+                        && v.next()
+                    ? v.value(0).toInt()
+                    : 0;
             }
         }
         db.close();

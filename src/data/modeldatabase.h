@@ -39,7 +39,8 @@ enum class FileDbState {
     Foreign,       // a SQLite database without this program's tables
     Unreadable     // cannot be read (permissions, damaged file)
 };
-FileDbState inspectFileDatabase(const QString& path, QString* detail = nullptr);
+// With `version`, the schema version the file records (0 when none).
+FileDbState inspectFileDatabase(const QString& path, QString* detail = nullptr, int* version = nullptr);
 
 // The Italian text that tells the user what is wrong with the file, naming
 // it; empty for FileDbState::Ours.

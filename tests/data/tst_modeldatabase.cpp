@@ -181,6 +181,27 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(model).size(), 0);
     }
 
+    // A model left by an earlier release is built again before a new firm is
+    // copied from it.
+    void staleModelIsRebuilt()
+    {
+        QTemporaryDir dir;
+        const QString model = dir.filePath(QStringLiteral("OModel.db"));
+        QString message;
+        QVERIFY(model::buildModelFile(model, &message));
+        gAdoSqlServer().setTipoServer(TipoServer::FileDb);
+        gSession().strConnessione = QStringLiteral("Provider=SQLite;Data Source=") + model;
+        QVERIFY(gAdoSqlServer().executeSQL(QStringLiteral("UPDATE SchemaVersion SET VERSIONE = 1"), QStringLiteral("t")));
+        QVERIFY(gAdoSqlServer().executeSQL(QStringLiteral("DROP TABLE ContatoriPrimaNota"), QStringLiteral("t")));
+        driver::closeIdle();
+        const QString firm = dir.filePath(QStringLiteral("Orvantis.db"));
+        QVERIFY2(model::ensureFileDatabase(firm, model, &message), qPrintable(message));
+        gSession().strConnessione = QStringLiteral("Provider=SQLite;Data Source=") + firm;
+        QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
+        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM ContatoriPrimaNota"), QStringLiteral("t")).toInt(), 0);
+        driver::closeIdle();
+    }
+
     // A server database is prepared once; a second run leaves it alone.
     void serverDatabaseTwice()
     {
