@@ -5,6 +5,7 @@
 #include "connectionstring.h"
 #include "modeldatabase.h"
 #include "msgbox.h"
+#include "recordset.h"
 #include "session.h"
 #include "sqldialect.h"
 
@@ -176,6 +177,40 @@ ScriptedMsgBox::~ScriptedMsgBox()
 void ScriptedMsgBox::expect(const QString& fragment, int answer)
 {
     m_script.append({fragment, answer});
+}
+
+void run(const QString& sql)
+{
+    QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql));
+}
+
+QVariant value(const QString& sql)
+{
+    return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test"));
+}
+
+int number(const QString& sql)
+{
+    return value(sql).toInt();
+}
+
+QList<QVariantList> rows(const QString& sql)
+{
+    QList<QVariantList> list;
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, QStringLiteral("test"));
+    for (; rs && !rs->eof(); rs->moveNext()) {
+        QVariantList row;
+        for (int i = 0; i < rs->fieldCount(); ++i)
+            row << rs->value(i);
+        list << row;
+    }
+    gAdoSqlServer().disconnect();
+    return list;
+}
+
+QTestData& row(const QString& backend, const QString& name)
+{
+    return QTest::newRow(qPrintable(name + QStringLiteral(" (") + backend + QLatin1Char(')'))) << backend;
 }
 
 } // namespace testdb

@@ -9,8 +9,11 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QVariant>
 #include <functional>
 #include <memory>
+
+class QTestData;
 
 namespace testdb {
 
@@ -78,6 +81,19 @@ public:
 private:
     QList<QPair<QString, int>> m_script;
 };
+
+// Statements through gAdoSqlServer on the current test database, in the
+// system's mark-up: run() fails the test when the statement fails; value()
+// is the first column of the first row (invalid for none); rows() every row.
+void run(const QString& sql);
+QVariant value(const QString& sql);
+int number(const QString& sql);
+QList<QVariantList> rows(const QString& sql);
+
+// The back ends as data rows of any table: `row(name)` names a row
+// "name (backend)" and streams the back end first, e.g.
+//   for (const QString& b : testdb::backends()) testdb::row(b, "lots") << 1;
+QTestData& row(const QString& backend, const QString& name);
 
 // Runs a plain statement on the server named by ORVANTIS_TEST_MYSQL, outside
 // cAdoSqlServer (creating and dropping databases).
