@@ -26,11 +26,7 @@ cAdoSqlServer& db()
 }
 
 const QString kTag = QStringLiteral("test");
-
-int count(const QString& sql)
-{
-    return db().getValueBySQL(sql, kTag).toInt();
-}
+using testdb::number;
 
 // Ends sessions of the server as a restart or an administrator would.
 void killSessions(const QList<qint64>& ids)
@@ -82,7 +78,7 @@ void killTransactionConnection(const QString& backend)
     if (backend == QLatin1String("sqlite"))
         c->close();
     else
-        killSessions({count(QStringLiteral("SELECT CONNECTION_ID()"))});
+        killSessions({number(QStringLiteral("SELECT CONNECTION_ID()"))});
 }
 
 bool insertIva(const QString& code)
@@ -131,11 +127,11 @@ private Q_SLOTS:
         QVERIFY(insertIva(QStringLiteral("A")));
         killIdleConnections(backend);
         QVERIFY(insertIva(QStringLiteral("B")));
-        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM Iva")), 2);
+        QCOMPARE(number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 2);
         QVERIFY(db().beginTrasaction(kTag));
         QVERIFY(insertIva(QStringLiteral("C")));
         QVERIFY(db().commitTrasaction(kTag));
-        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM Iva")), 3);
+        QCOMPARE(number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 3);
         QCOMPARE(errors.reports.size(), 0);
     }
 
@@ -166,8 +162,8 @@ private Q_SLOTS:
         QVERIFY(db().beginTrasaction(kTag));
         QVERIFY(insertIva(QStringLiteral("D")));
         QVERIFY(db().commitTrasaction(kTag));
-        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);
-        QCOMPARE(db().getValueBySQL(QStringLiteral("SELECT CODICE FROM Iva"), kTag).toString(), QStringLiteral("D"));
+        QCOMPARE(number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);
+        QCOMPARE(testdb::value(QStringLiteral("SELECT CODICE FROM Iva")).toString(), QStringLiteral("D"));
     }
 
     // Another workstation holds the lock past the wait: the save fails whole
@@ -179,7 +175,7 @@ private Q_SLOTS:
         QFETCH(QString, backend);
         use(backend);
         QVERIFY(insertIva(QStringLiteral("22")));
-        const int rid = count(QStringLiteral("SELECT RID FROM Iva"));
+        const int rid = number(QStringLiteral("SELECT RID FROM Iva"));
 
         // The other workstation: a connection of its own in a transaction
         // that has written the row.
@@ -210,11 +206,11 @@ private Q_SLOTS:
         QVERIFY(other->commit(error));
         driver::release(other);
 
-        QCOMPARE(count(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);   // nothing half-written
+        QCOMPARE(number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);   // nothing half-written
         QVERIFY(db().beginTrasaction(kTag));
         QVERIFY(db().executeSQL(QStringLiteral("UPDATE Iva SET VALORE = 23 WHERE RID = ") + QString::number(rid), kTag));
         QVERIFY(db().commitTrasaction(kTag));
-        QCOMPARE(count(QStringLiteral("SELECT VALORE FROM Iva")), 23);
+        QCOMPARE(number(QStringLiteral("SELECT VALORE FROM Iva")), 23);
     }
 
     // The database itself refuses a second row with a unique meaning.
@@ -230,8 +226,7 @@ private Q_SLOTS:
         };
         for (const QString& b : testdb::backends())
             for (const auto& [name, sql] : cases)
-                QTest::newRow(qPrintable(QString::fromLatin1(name) + QStringLiteral(" (") + b + QLatin1Char(')')))
-                    << b << QString::fromLatin1(sql);
+                testdb::row(b, QLatin1String(name)) << QString::fromLatin1(sql);
     }
     void uniqueMeanings()
     {
@@ -241,9 +236,9 @@ private Q_SLOTS:
         for (const char* table : {"DettagliProdotto", "PrimaNota", "ContatoriPrimaNota", "Prodotti", "Magazzini"})
             db().executeSQL(QStringLiteral("DELETE FROM ") + QLatin1String(table), kTag);
         db().executeSQL(QStringLiteral("DELETE FROM Contatori WHERE ANNO = 2031"), kTag);
-        QVERIFY(db().executeSQL(QStringLiteral("INSERT INTO Magazzini (RID, CODICE) VALUES (1, ¤SEDE¤)"), kTag));
-        QVERIFY(db().executeSQL(QStringLiteral("INSERT INTO Prodotti (RID, CODICE) VALUES (1, ¤A¤)"), kTag));
-        QVERIFY(db().executeSQL(insert.arg(1), kTag));
+        testdb::run(QStringLiteral("INSERT INTO Magazzini (RID, CODICE) VALUES (1, ¤SEDE¤)"));
+        testdb::run(QStringLiteral("INSERT INTO Prodotti (RID, CODICE) VALUES (1, ¤A¤)"));
+        testdb::run(insert.arg(1));
         ErrorRecorder errors;
         QVERIFY(!db().executeSQL(insert.arg(1), kTag));
         QCOMPARE(errors.reports.size(), 1);
