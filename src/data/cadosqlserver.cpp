@@ -328,11 +328,14 @@ bool cAdoSqlServer::run(const QString& prepared, QSqlQuery* query, DbError& erro
     if (m_current->physical()->execute(text, query, error, rowsAffected))
         return true;
     if (driver::isConnectionLost(m_tipoServer, error)) {
-        driver::discardIdle(m_tipoServer, m_current->physical()->connectionString());
-        if (m_inTransaction)
-            m_current->physical()->close();   // the server has undone the transaction
-        else if (retryOnNewConnection(text, query, error, rowsAffected))
+        if (!m_inTransaction && retryOnNewConnection(text, query, error, rowsAffected))
             return true;
+        if (m_inTransaction) {
+            // The server has undone the transaction; the idle connections
+            // most likely died with this one.
+            driver::discardIdle(m_tipoServer, gSession().strConnessione);
+            m_current->physical()->close();
+        }
     }
     m_current->Errors.append(error);
     return false;
