@@ -26,13 +26,9 @@ private Q_SLOTS:
 
     void logLayout()
     {
-        ErrorReport r;
-        r.number = -2147217865;
-        r.description = QStringLiteral("Tabella 'X' inesistente");
-        r.source = QStringLiteral("MariaDB");
-        r.module = QStringLiteral("cAdoSqlServer");
-        r.procedure = QStringLiteral("getNewRecordset -> frmIva.showData");
-        r.information = QStringLiteral("SQL=SELECT * FROM X");
+        const ErrorReport r{-2147217865, QStringLiteral("Tabella 'X' inesistente"), QStringLiteral("MariaDB"),
+                            QStringLiteral("cAdoSqlServer"), QStringLiteral("getNewRecordset -> frmIva.showData"),
+                            QStringLiteral("SQL=SELECT * FROM X")};
         const QString expected = QString(80, QLatin1Char('*')) + QStringLiteral(
             "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\nSource MariaDB\n"
             "Modulo cAdoSqlServer.getNewRecordset -> frmIva.showData\nAvanz. SQL=SELECT * FROM X\n");

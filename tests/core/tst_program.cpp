@@ -2,51 +2,25 @@
 #include "driver.h"
 #include "testdb.h"
 
-#include <QDir>
 #include <QDirIterator>
 #include <QImage>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {
 const QString kProgram = QStringLiteral(ORVANTIS_PROGRAM);
 
-QProcessEnvironment environment(const QTemporaryDir& config)
-{
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("XDG_CONFIG_HOME"), config.path());
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.remove(QStringLiteral("ORVANTIS_HOME"));
-    return env;
-}
-
-int run(const QStringList& arguments, const QTemporaryDir& config, QString* output = nullptr)
-{
-    QProcess process;
-    process.setProcessEnvironment(environment(config));
-    process.start(kProgram, arguments);
-    if (!process.waitForFinished(60000))
-        return -1;
-    if (output)
-        *output = QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
-    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
-}
-
-// The settings files under a folder, as paths relative to it.
-QStringList settingsFilesUnder(const QString& folder)
-{
-    QStringList files;
-    QDirIterator it(folder, {QStringLiteral("*.ini")}, QDir::Files, QDirIterator::Subdirectories);
-    while (it.hasNext())
-        files << QDir(folder).relativeFilePath(it.next());
-    return files;
-}
-
-QString iniText(const QString& path)
+QString bytesOf(const QString& path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
+// A start that logs in and leaves a picture of the window instead of staying.
+QStringList start(const QTemporaryDir& home)
+{
+    return {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis"),
+            QStringLiteral("--screenshot"), home.filePath(QStringLiteral("shot.png"))};
 }
 } // namespace
 
@@ -54,191 +28,177 @@ class TestProgram : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<QTemporaryDir> m_config;   // the per-user settings of each test
+
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_config->path());
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.remove(QStringLiteral("ORVANTIS_HOME"));
+        return env;
+    }
+
+    int run(const QStringList& arguments, QString* output = nullptr) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment());
+        process.start(kProgram, arguments);
+        if (!process.waitForFinished(60000))
+            return -1;
+        if (output)
+            *output = QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2;
+    }
+
 private Q_SLOTS:
+    void init() { m_config = std::make_unique<QTemporaryDir>(); }
     void cleanupTestCase() { driver::closeIdle(); }
 
+    // A fresh start leaves its picture and the folder's database; a wrong
+    // password or an unknown screen ends with its own code and no picture.
     void screenshotOfAFreshStart_data()
     {
-        QTest::addColumn<QString>("open");
-        QTest::newRow("main window") << QString();
-        QTest::newRow("server settings") << QStringLiteral("frmOptionServer");
-        QTest::newRow("password change") << QStringLiteral("frmCambiaPW");
+        QTest::addColumn<QStringList>("arguments");   // besides --home and --screenshot
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("says");
+        const QStringList login{QStringLiteral("--password"), QStringLiteral(" orvantis ")};
+        const QString open = QStringLiteral("--open");
+        QTest::newRow("main window") << login << 0 << QString();
+        QTest::newRow("server settings") << login + QStringList{open, QStringLiteral("frmOptionServer")} << 0 << QString();
+        QTest::newRow("password change") << login + QStringList{open, QStringLiteral("frmCambiaPW")} << 0 << QString();
+        QTest::newRow("wrong password") << QStringList{login.first(), QStringLiteral("no")} << 1 << QStringLiteral("Password non corretta.");
+        QTest::newRow("unknown screen") << login + QStringList{open, QStringLiteral("frmNessuno")} << 2 << QString();
     }
     void screenshotOfAFreshStart()
     {
-        QFETCH(QString, open);
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, says);
         QTemporaryDir home;
-        QTemporaryDir config;
         const QString picture = home.filePath(QStringLiteral("main.png"));
-        QStringList arguments{QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral(" orvantis "),
-                              QStringLiteral("--screenshot"), picture};
-        if (!open.isEmpty())
-            arguments << QStringLiteral("--open") << open;
         QString output;
-        QCOMPARE(run(arguments, config, &output), 0);
+        QCOMPARE(run(QStringList{QStringLiteral("--home"), home.path(), QStringLiteral("--screenshot"), picture} + arguments, &output), exitCode);
+        QVERIFY2(output.contains(says), qPrintable(output));
+        if (exitCode != 0) {
+            QVERIFY(!QFileInfo::exists(picture));
+            return;
+        }
         const QImage image(picture);
         QVERIFY2(!image.isNull(), qPrintable(output));
         QVERIFY(image.width() > 200 && image.height() > 100);
         QVERIFY(QFileInfo::exists(home.filePath(QStringLiteral("Orvantis.db"))));
     }
 
-    void wrongPasswordOrUnknownScreenFail()
-    {
-        QTemporaryDir home;
-        QTemporaryDir config;
-        const QString picture = home.filePath(QStringLiteral("x.png"));
-        QString output;
-        QCOMPARE(run({QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("no"),
-                      QStringLiteral("--screenshot"), picture},
-                     config, &output),
-                 1);
-        QVERIFY(output.contains(QStringLiteral("Password non corretta.")));
-        QCOMPARE(run({QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis"),
-                      QStringLiteral("--screenshot"), picture, QStringLiteral("--open"), QStringLiteral("frmNessuno")},
-                     config, &output),
-                 2);
-        QVERIFY(!QFileInfo::exists(picture));
-    }
-
     // A program folder given by --home keeps its settings inside: what one
     // folder was prepared for does not reach another, and nothing is written
     // to the per-user settings.
-    void homeKeepsItsSettings_data()
-    {
-        testdb::addBackendColumn();
-        testdb::addBackendRows();
-    }
+    void homeKeepsItsSettings_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void homeKeepsItsSettings()
     {
         QFETCH(QString, backend);
         QTemporaryDir first;
         QTemporaryDir second;
-        QTemporaryDir config;
-        QStringList init{QStringLiteral("--home"), first.path(), QStringLiteral("--init-db")};
-        const QString database = QStringLiteral("orv_home_%1").arg(QCoreApplication::applicationPid());
         const bool server = backend == QLatin1String("mariadb");
+        const QString database = QStringLiteral("orv_home_%1").arg(QCoreApplication::applicationPid());
+        const QString drop = QStringLiteral("DROP DATABASE IF EXISTS ") + database;
+        QStringList init{QStringLiteral("--home"), first.path(), QStringLiteral("--init-db"), QStringLiteral("--db-type"),
+                         server ? QStringLiteral("2") : QStringLiteral("1")};
         if (server) {
-            testdb::serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + database);
-            init << QStringLiteral("--db-type") << QStringLiteral("2") << QStringLiteral("--connection")
-                 << testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + database;
-        } else {
-            init << QStringLiteral("--db-type") << QStringLiteral("1");
+            testdb::serverAdmin(drop);
+            init << QStringLiteral("--connection") << testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + database;
         }
         const auto dropDatabase = qScopeGuard([&] {
             if (server)
-                testdb::serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + database);
+                testdb::serverAdmin(drop);
         });
+        auto settingsFiles = [](const QString& folder) {
+            QStringList files;
+            for (QDirIterator it(folder, {QStringLiteral("*.ini")}, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+                files << QDir(folder).relativeFilePath(it.next());
+            return files;
+        };
         QString output;
-        QCOMPARE(run(init, config, &output), 0);
-        QCOMPARE(settingsFilesUnder(first.path()), QStringList{QStringLiteral("prgOrvantis.ini")});
-        QVERIFY2(iniText(first.filePath(QStringLiteral("prgOrvantis.ini"))).contains(server ? QStringLiteral("DBType=2") : QStringLiteral("DBType=1")),
+        QCOMPARE(run(init, &output), 0);
+        QCOMPARE(settingsFiles(first.path()), QStringList{QStringLiteral("prgOrvantis.ini")});
+        QVERIFY2(bytesOf(first.filePath(QStringLiteral("prgOrvantis.ini"))).contains(server ? QStringLiteral("DBType=2") : QStringLiteral("DBType=1")),
                  qPrintable(output));
         QCOMPARE(QFileInfo::exists(first.filePath(QStringLiteral("Orvantis.db"))), !server);
 
         // The first folder starts on what it was prepared for ...
-        const QStringList login{QStringLiteral("--password"), QStringLiteral("orvantis"), QStringLiteral("--screenshot")};
-        QCOMPARE(run(QStringList{QStringLiteral("--home"), first.path()} + login + QStringList{first.filePath(QStringLiteral("a.png"))},
-                     config, &output),
-                 0);
+        QCOMPARE(run(start(first)), 0);
         QCOMPARE(QFileInfo::exists(first.filePath(QStringLiteral("Orvantis.db"))), !server);
         // ... and the second, started for the first time, on a file of its own.
-        QCOMPARE(run(QStringList{QStringLiteral("--home"), second.path()} + login + QStringList{second.filePath(QStringLiteral("b.png"))},
-                     config, &output),
-                 0);
+        QCOMPARE(run(start(second)), 0);
         QVERIFY(QFileInfo::exists(second.filePath(QStringLiteral("Orvantis.db"))));
-        QVERIFY(!iniText(second.filePath(QStringLiteral("prgOrvantis.ini"))).contains(QStringLiteral("DBType=2")));
-        QCOMPARE(settingsFilesUnder(config.path()), QStringList());
+        QVERIFY(!bytesOf(second.filePath(QStringLiteral("prgOrvantis.ini"))).contains(QStringLiteral("DBType=2")));
+        QCOMPARE(settingsFiles(m_config->path()), QStringList());
     }
 
     // A database file that cannot be used ends a start without a person to
     // ask, and --init-db too, with the file named and left as it was; only a
-    // missing file is made by --init-db.
-    void badDatabaseFileIsLeftAlone_data()
+    // missing file is made by --init-db. The model is rebuilt over an older
+    // model or into a new file, never over the firm's database or a file that
+    // is not a database of this program.
+    void fileIsLeftAlone_data()
     {
-        QTest::addColumn<bool>("exists");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<bool>("initDb");
+        QTest::addColumn<QString>("target");    // in the program folder, after a first start
+        QTest::addColumn<QString>("replace");   // "gone", "empty", "text"; empty: as it is
+        QTest::addColumn<QString>("command");   // "start", "--init-db", "--build-model"
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
-        const QByteArray text("Cliente;Importo\nRossi;122,00\n");
-        QTest::newRow("0 bytes, start") << true << QByteArray() << false << 1 << QStringLiteral("vuoto");
-        QTest::newRow("0 bytes, --init-db") << true << QByteArray() << true << 1 << QStringLiteral("vuoto");
-        QTest::newRow("text, start") << true << text << false << 1 << QStringLiteral("non è un database");
-        QTest::newRow("text, --init-db") << true << text << true << 1 << QStringLiteral("non è un database");
-        QTest::newRow("gone after a start") << false << QByteArray() << false << 1 << QStringLiteral("non esiste");
-        QTest::newRow("gone, --init-db makes it") << false << QByteArray() << true << 0 << QStringLiteral("Creato il database");
+        const QString db = QStringLiteral("Orvantis.db");
+        const QString start = QStringLiteral("start");
+        const QString init = QStringLiteral("--init-db");
+        const QString model = QStringLiteral("--build-model");
+        QTest::newRow("0 bytes, start") << db << QStringLiteral("empty") << start << 1 << QStringLiteral("vuoto");
+        QTest::newRow("0 bytes, --init-db") << db << QStringLiteral("empty") << init << 1 << QStringLiteral("vuoto");
+        QTest::newRow("text, start") << db << QStringLiteral("text") << start << 1 << QStringLiteral("non è un database");
+        QTest::newRow("text, --init-db") << db << QStringLiteral("text") << init << 1 << QStringLiteral("non è un database");
+        QTest::newRow("gone after a start") << db << QStringLiteral("gone") << start << 1 << QStringLiteral("non esiste");
+        QTest::newRow("gone, --init-db makes it") << db << QStringLiteral("gone") << init << 0 << QStringLiteral("Creato il database");
+        QTest::newRow("model over the firm's database") << db << QString() << model << 1 << QString();
+        QTest::newRow("model over a text file") << QStringLiteral("note.txt") << QStringLiteral("text") << model << 1 << QString();
+        QTest::newRow("model over an older model") << QStringLiteral("OModel.db") << QString() << model << 0 << QString();
+        QTest::newRow("model into a new file") << QStringLiteral("nuovo/OModel.db") << QString() << model << 0 << QString();
     }
-    void badDatabaseFileIsLeftAlone()
+    void fileIsLeftAlone()
     {
-        QFETCH(bool, exists);
-        QFETCH(QByteArray, content);
-        QFETCH(bool, initDb);
+        QFETCH(QString, target);
+        QFETCH(QString, replace);
+        QFETCH(QString, command);
         QFETCH(int, exitCode);
         QFETCH(QString, says);
         QTemporaryDir home;
-        QTemporaryDir config;
-        const QString path = home.filePath(QStringLiteral("Orvantis.db"));
-        const QStringList start{QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis"),
-                                QStringLiteral("--screenshot"), home.filePath(QStringLiteral("x.png"))};
-        // A start that makes the folder's database, which then goes away or is replaced.
-        QCOMPARE(run(start, config), 0);
-        QVERIFY(QFile::remove(path));
-        if (exists) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content);
-        }
-        QString output;
-        const QStringList arguments = initDb ? QStringList{QStringLiteral("--home"), home.path(), QStringLiteral("--init-db")} : start;
-        QCOMPARE(run(arguments, config, &output), exitCode);
-        QVERIFY2(output.contains(says) && output.contains(path), qPrintable(output));
-        if (exitCode == 0)
-            return;
-        QCOMPARE(QFileInfo::exists(path), exists);
-        if (exists) {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(file.readAll(), content);
-        }
-        QVERIFY(!QFileInfo::exists(path + QStringLiteral("-wal")));
-    }
-
-    // The model is rebuilt over an older model or into a new file, never over
-    // the firm's database or a file that is not a database of this program.
-    void buildModelReplacesOnlyAModel_data()
-    {
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<int>("exitCode");
-        QTest::newRow("the firm's database") << QStringLiteral("Orvantis.db") << 1;
-        QTest::newRow("a text file") << QStringLiteral("note.txt") << 1;
-        QTest::newRow("an older model") << QStringLiteral("OModel.db") << 0;
-        QTest::newRow("a new file") << QStringLiteral("nuovo/OModel.db") << 0;
-    }
-    void buildModelReplacesOnlyAModel()
-    {
-        QFETCH(QString, target);
-        QFETCH(int, exitCode);
-        QTemporaryDir home;
-        QTemporaryDir config;
-        QCOMPARE(run({QStringLiteral("--home"), home.path(), QStringLiteral("--init-db")}, config), 0);
-        {
-            QFile note(home.filePath(QStringLiteral("note.txt")));
-            QVERIFY(note.open(QIODevice::WriteOnly));
-            note.write("da non toccare\n");
-        }
         const QString path = home.filePath(target);
-        auto bytes = [&path] {
-            QFile f(path);
-            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-        };
-        const QByteArray before = bytes();
+        // A start that makes the folder's database (and its model) ...
+        QCOMPARE(run(start(home)), 0);
+        // ... after which the file goes away or is replaced.
+        if (!replace.isEmpty()) {
+            QFile::remove(path);
+            QFile file(path);
+            QVERIFY(replace == QLatin1String("gone") || file.open(QIODevice::WriteOnly));
+            if (replace == QLatin1String("text"))
+                file.write("Cliente;Importo\nRossi;122,00\n");
+        }
+        const bool existed = QFileInfo::exists(path);
+        const QString before = bytesOf(path);
+        QStringList arguments{QStringLiteral("--home"), home.path(), command, path};
+        if (command == QLatin1String("start"))
+            arguments = start(home);
+        else if (command == QLatin1String("--init-db"))
+            arguments.removeLast();
         QString output;
-        QCOMPARE(run({QStringLiteral("--home"), home.path(), QStringLiteral("--build-model"), path}, config, &output), exitCode);
-        QVERIFY2(output.contains(path), qPrintable(output));
-        if (exitCode != 0)
-            QCOMPARE(bytes(), before);
-        else
-            QVERIFY(bytes().startsWith(QByteArray("SQLite format 3", 16)));
+        QCOMPARE(run(arguments, &output), exitCode);
+        QVERIFY2(output.contains(says) && output.contains(path), qPrintable(output));
+        if (exitCode == 0) {
+            QVERIFY(bytesOf(path).startsWith(QStringLiteral("SQLite format 3") + QChar(0)));
+            return;
+        }
+        QCOMPARE(QFileInfo::exists(path), existed);
+        QCOMPARE(bytesOf(path), before);
+        for (const char* side : {"-wal", "-shm"})
+            QVERIFY2(!QFileInfo::exists(path + QLatin1String(side)), side);
     }
 
     // A second start on the same program folder brings the first copy
@@ -246,9 +206,8 @@ private Q_SLOTS:
     void secondCopyEnds()
     {
         QTemporaryDir home;
-        QTemporaryDir config;
         QProcess first;
-        first.setProcessEnvironment(environment(config));
+        first.setProcessEnvironment(environment());
         first.start(kProgram, {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis")});
         QVERIFY(first.waitForStarted());
         // The first copy is up once its database exists and a moment has passed for the login.
@@ -256,7 +215,7 @@ private Q_SLOTS:
         QTest::qWait(2500);
         QVERIFY(first.state() == QProcess::Running);
 
-        QCOMPARE(run({QStringLiteral("--home"), home.path()}, config), 0);
+        QCOMPARE(run({QStringLiteral("--home"), home.path()}), 0);
         QVERIFY(first.state() == QProcess::Running);
 
         first.terminate();

@@ -1,5 +1,4 @@
 // The model and the databases made from it, on both back ends.
-#include "apphome.h"
 #include "cadosqlserver.h"
 #include "connectionstring.h"
 #include "driver.h"
@@ -32,46 +31,21 @@ private Q_SLOTS:
     {
         QFETCH(QString, backend);
         QVERIFY(testdb::shared(backend, true).isValid());
-        cAdoSqlServer& db = gAdoSqlServer();
         testdb::ErrorRecorder errors;
         for (const schema::Table& t : schema::tables()) {
-            RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT * FROM ") + t.name + QStringLiteral(" WHERE 1 = 0"),
-                                                 QStringLiteral("test"));
+            RecordsetPtr rs = gAdoSqlServer().getNewRecordset(QStringLiteral("SELECT * FROM ") + t.name + QStringLiteral(" WHERE 1 = 0"),
+                                                              QStringLiteral("test"));
             QVERIFY2(rs, qPrintable(t.name));
             QCOMPARE(rs->fieldCount(), int(t.columns.size()));
-            db.disconnect();
+            gAdoSqlServer().disconnect();
         }
-        for (const schema::SeedTable& seed : schema::seedData()) {
-            const int count = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM ") + seed.table, QStringLiteral("test")).toInt();
-            QVERIFY2(count == seed.rows.size(), qPrintable(seed.table));
-        }
+        for (const schema::SeedTable& seed : schema::seedData())
+            QVERIFY2(testdb::number(QStringLiteral("SELECT COUNT(*) FROM ") + seed.table) == seed.rows.size(), qPrintable(seed.table));
         QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
-        QCOMPARE(db.getValueBySQL(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤Amministratore¤"), QStringLiteral("t")).toString(),
+        QCOMPARE(testdb::value(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤Amministratore¤")).toString(),
                  schema::defaultPassword());
         QVERIFY(errors.reports.isEmpty());
-        QCOMPARE(db.getConnectionCount(), 0);
-    }
-
-    // A missing firm database is copied from the model, which is built first
-    // when it is missing too; an existing database is never replaced.
-    void fileDatabaseFromModel()
-    {
-        QTemporaryDir dir;
-        const QString model = dir.filePath(QStringLiteral("OModel.db"));
-        const QString firm = dir.filePath(QStringLiteral("Orvantis.db"));
-        QString message;
-        QVERIFY2(model::ensureFileDatabase(firm, model, &message), qPrintable(message));
-        QVERIFY(QFile::exists(model));
-        QVERIFY(QFile::exists(firm));
-
-        gAdoSqlServer().setTipoServer(TipoServer::FileDb);
-        gSession().strConnessione = QStringLiteral("Provider=SQLite;Data Source=") + firm;
-        QVERIFY(gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Opzioni SET VALORE = ¤x¤ WHERE NOME = ¤PiePagina¤"), QStringLiteral("t")));
-        driver::closeIdle();
-        QVERIFY(model::ensureFileDatabase(firm, model, &message));
-        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤PiePagina¤"), QStringLiteral("t")).toString(),
-                 QStringLiteral("x"));
-        driver::closeIdle();
+        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 
     // What a file named as a database holds is told without writing to it;
@@ -79,52 +53,47 @@ private Q_SLOTS:
     // (Files only: a server has no file to look at.)
     void inspectedFiles_data()
     {
-        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("kind");        // what is at the path
+        QTest::addColumn<QByteArray>("content");  // a file's bytes, or the table of a foreign database
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("says");
-        QTest::newRow("missing") << QStringLiteral("missing") << int(model::FileDbState::Missing) << QStringLiteral("non esiste");
-        QTest::newRow("0 bytes") << QStringLiteral("empty") << int(model::FileDbState::Empty) << QStringLiteral("vuoto");
-        QTest::newRow("text") << QStringLiteral("text") << int(model::FileDbState::NotADatabase) << QStringLiteral("non è un database");
-        QTest::newRow("header, then rubbish") << QStringLiteral("header") << int(model::FileDbState::NotADatabase) << QStringLiteral("non è un database");
-        QTest::newRow("a folder") << QStringLiteral("folder") << int(model::FileDbState::NotADatabase) << QStringLiteral("non è un file");
-        QTest::newRow("other tables") << QStringLiteral("foreign") << int(model::FileDbState::Foreign) << QStringLiteral("Opzioni, SchemaVersion");
-        QTest::newRow("options but no version") << QStringLiteral("options only") << int(model::FileDbState::Foreign) << QStringLiteral("SchemaVersion");
-        QTest::newRow("the model") << QStringLiteral("model") << int(model::FileDbState::Ours) << QString();
+        const auto row = [](const char* name, const char* kind, const QByteArray& content, model::FileDbState state, const QString& says) {
+            QTest::newRow(name) << QString::fromLatin1(kind) << content << int(state) << says;
+        };
+        row("missing", "missing", {}, model::FileDbState::Missing, QStringLiteral("non esiste"));
+        row("0 bytes", "file", "", model::FileDbState::Empty, QStringLiteral("vuoto"));
+        row("text", "file", "NOME;VALORE\nAmministratore;orvantis\n", model::FileDbState::NotADatabase, QStringLiteral("non è un database"));
+        row("header, then rubbish", "file", QByteArray("SQLite format 3", 16) + QByteArray(4080, '\x5a'), model::FileDbState::NotADatabase,
+            QStringLiteral("non è un database"));
+        row("a folder", "folder", {}, model::FileDbState::NotADatabase, QStringLiteral("non è un file"));
+        row("other tables", "sqlite", "CREATE TABLE Clienti (Nome TEXT)", model::FileDbState::Foreign, QStringLiteral("Opzioni, SchemaVersion"));
+        row("options but no version", "sqlite", "CREATE TABLE Opzioni (NOME TEXT, VALORE TEXT)", model::FileDbState::Foreign,
+            QStringLiteral("SchemaVersion"));
+        row("the model", "model", {}, model::FileDbState::Ours, QString());
     }
     void inspectedFiles()
     {
         QFETCH(QString, kind);
+        QFETCH(QByteArray, content);
         QFETCH(int, state);
         QFETCH(QString, says);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("Ditta.db"));
-        auto sqlite = [&](const QStringList& statements) {
-            {
-                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("maker"));
-                db.setDatabaseName(path);
-                QVERIFY(db.open());
-                QSqlQuery query(db);
-                for (const QString& sql : statements)
-                    QVERIFY(query.exec(sql));
-                query.finish();
-                db.close();
-            }
-            QSqlDatabase::removeDatabase(QStringLiteral("maker"));
-        };
         QFile file(path);
-        if (kind == QLatin1String("empty") || kind == QLatin1String("text") || kind == QLatin1String("header")) {
+        if (kind == QLatin1String("file")) {
             QVERIFY(file.open(QIODevice::WriteOnly));
-            if (kind == QLatin1String("text"))
-                file.write("NOME;VALORE\nAmministratore;orvantis\n");
-            if (kind == QLatin1String("header"))
-                file.write(QByteArray("SQLite format 3", 16) + QByteArray(4080, '\x5a'));
+            file.write(content);
             file.close();
         } else if (kind == QLatin1String("folder")) {
             QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("Ditta.db")));
-        } else if (kind == QLatin1String("foreign")) {
-            sqlite({QStringLiteral("CREATE TABLE Clienti (Nome TEXT)")});
-        } else if (kind == QLatin1String("options only")) {
-            sqlite({QStringLiteral("CREATE TABLE Opzioni (NOME TEXT, VALORE TEXT)")});
+        } else if (kind == QLatin1String("sqlite")) {   // made with Qt's own driver, not the program's
+            {
+                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("maker"));
+                db.setDatabaseName(path);
+                QVERIFY(db.open() && QSqlQuery(db).exec(QString::fromLatin1(content)));
+                db.close();
+            }
+            QSqlDatabase::removeDatabase(QStringLiteral("maker"));
         } else if (kind == QLatin1String("model")) {
             QString message;
             QVERIFY2(model::buildModelFile(path, &message), qPrintable(message));
@@ -139,18 +108,18 @@ private Q_SLOTS:
         QString detail;
         QCOMPARE(int(model::inspectFileDatabase(path, &detail)), state);
         const QString problem = model::fileDbProblem(model::FileDbState(state), path, detail);
-        if (says.isEmpty()) {
-            QVERIFY(problem.isEmpty());
+        QVERIFY2(says.isEmpty() ? problem.isEmpty() : problem.contains(path) && problem.contains(says), qPrintable(problem));
+        if (says.isEmpty())
             return;
-        }
-        QVERIFY2(problem.contains(path) && problem.contains(says), qPrintable(problem));
 
-        // The copy of the model leaves an existing file alone and makes a missing one.
+        // The copy of the model leaves an existing file alone and makes a
+        // missing one, building the model first when it is missing too.
         QString message;
         const bool copied = model::ensureFileDatabase(path, dir.filePath(QStringLiteral("OModel.db")), &message);
         if (kind == QLatin1String("missing")) {
             QVERIFY2(copied, qPrintable(message));
             QCOMPARE(int(model::inspectFileDatabase(path)), int(model::FileDbState::Ours));
+            QCOMPARE(int(model::inspectFileDatabase(dir.filePath(QStringLiteral("OModel.db")))), int(model::FileDbState::Ours));
             return;
         }
         QCOMPARE(copied, kind != QLatin1String("folder"));
@@ -158,7 +127,7 @@ private Q_SLOTS:
             // The driver refuses to open what is not a database (yet).
             DbError error;
             QVERIFY(!driver::acquire(TipoServer::FileDb, fileDbConnectionString(path), 5, error));
-            if (kind != QLatin1String("header"))   // that one SQLite itself refuses, in its own words
+            if (!content.startsWith("SQLite"))   // that one SQLite itself refuses, in its own words
                 QVERIFY2(error.description.contains(path), qPrintable(error.description));
         }
         driver::closeIdle();
@@ -171,9 +140,8 @@ private Q_SLOTS:
     void unusableModelIsNotCopied()
     {
         QTemporaryDir dir;
-        const QString model = dir.filePath(QStringLiteral("OModel.db"));
+        const QString model = dir.filePath(QStringLiteral("OModel.db")), firm = dir.filePath(QStringLiteral("Orvantis.db"));
         QVERIFY(QFile(model).open(QIODevice::WriteOnly));
-        const QString firm = dir.filePath(QStringLiteral("Orvantis.db"));
         QString message;
         QVERIFY(!model::ensureFileDatabase(firm, model, &message));
         QVERIFY2(message.contains(model), qPrintable(message));
@@ -186,19 +154,18 @@ private Q_SLOTS:
     void staleModelIsRebuilt()
     {
         QTemporaryDir dir;
-        const QString model = dir.filePath(QStringLiteral("OModel.db"));
+        const QString model = dir.filePath(QStringLiteral("OModel.db")), firm = dir.filePath(QStringLiteral("Orvantis.db"));
         QString message;
         QVERIFY(model::buildModelFile(model, &message));
         gAdoSqlServer().setTipoServer(TipoServer::FileDb);
-        gSession().strConnessione = QStringLiteral("Provider=SQLite;Data Source=") + model;
-        QVERIFY(gAdoSqlServer().executeSQL(QStringLiteral("UPDATE SchemaVersion SET VERSIONE = 1"), QStringLiteral("t")));
-        QVERIFY(gAdoSqlServer().executeSQL(QStringLiteral("DROP TABLE ContatoriPrimaNota"), QStringLiteral("t")));
+        gSession().strConnessione = fileDbConnectionString(model);
+        testdb::run(QStringLiteral("UPDATE SchemaVersion SET VERSIONE = 1"));
+        testdb::run(QStringLiteral("DROP TABLE ContatoriPrimaNota"));
         driver::closeIdle();
-        const QString firm = dir.filePath(QStringLiteral("Orvantis.db"));
         QVERIFY2(model::ensureFileDatabase(firm, model, &message), qPrintable(message));
-        gSession().strConnessione = QStringLiteral("Provider=SQLite;Data Source=") + firm;
+        gSession().strConnessione = fileDbConnectionString(firm);
         QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
-        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM ContatoriPrimaNota"), QStringLiteral("t")).toInt(), 0);
+        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM ContatoriPrimaNota")), 0);
         driver::closeIdle();
     }
 

@@ -4,12 +4,9 @@
 #include "frmnumeratori.h"
 #include "msgbox.h"
 #include "optionstore.h"
-#include "scripteddialogs.h"
+#include "screendriver.h"
 #include "testdb.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -17,44 +14,23 @@ using testdb::ScriptedDialogs;
 
 namespace {
 
-QVariant value(const QString& sql)
-{
-    return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test"));
-}
-
-void run(const QString& sql)
-{
-    QVERIFY(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")));
-}
-
 int ridOf(const QString& descrizione)
 {
-    return value(QStringLiteral("SELECT RID FROM Numeratori WHERE DESCRIZIONE = ¤") + descrizione + QStringLiteral("¤")).toInt();
+    return testdb::number("SELECT RID FROM Numeratori WHERE DESCRIZIONE = ¤" + descrizione + "¤");
 }
 
-struct Screen
+struct Screen : testdb::Screen<frmNumeratori>
 {
-    frmNumeratori screen;
-    Screen()
-    {
-        screen.show();
-        QApplication::setActiveWindow(&screen);
-    }
-    QTreeWidget* list() { return screen.findChild<QTreeWidget*>(QStringLiteral("lswNumeratori")); }
-    QLineEdit* edit(const char* name) { return screen.findChild<QLineEdit*>(QString::fromLatin1(name)); }
-    QPushButton* command(int i) { return screen.findChild<QPushButton*>(QStringLiteral("cmdCommand_") + QString::number(i)); }
+    QTreeWidget* list() { return get<QTreeWidget>("lswNumeratori"); }
+    bool enabled(int command) { return get("cmdCommand_" + QString::number(command))->isEnabled(); }
+    QTreeWidgetItem* item(const QString& descrizione) { return list()->findItems(descrizione, Qt::MatchExactly, 0).value(0); }
     // The number the list shows for a description; -1 when missing.
-    int shown(const QString& descrizione)
-    {
-        const QList<QTreeWidgetItem*> items = list()->findItems(descrizione, Qt::MatchExactly, 0);
-        return items.isEmpty() ? -1 : items.first()->text(1).toInt();
-    }
+    int number(const QString& descrizione) { return item(descrizione) ? item(descrizione)->text(1).toInt() : -1; }
     void select(const QString& descrizione)
     {
-        const QList<QTreeWidgetItem*> items = list()->findItems(descrizione, Qt::MatchExactly, 0);
-        QVERIFY(!items.isEmpty());
-        list()->setCurrentItem(items.first());
-        QCOMPARE(screen.findChild<QLabel*>(QStringLiteral("lblDescrizione"))->text(), descrizione);
+        QVERIFY(item(descrizione));
+        list()->setCurrentItem(item(descrizione));
+        QCOMPARE(shown("lblDescrizione"), descrizione);
     }
 };
 
@@ -71,23 +47,16 @@ private Q_SLOTS:
 
     void addNewNumeratore_data()
     {
-        QTest::addColumn<QString>("backend");
+        testdb::addBackendColumn();
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("answer");       // to the question; 0 when none is asked
         QTest::addColumn<QString>("box");      // the refusal; empty when none
-        QTest::addColumn<bool>("added");
         for (const QString& b : testdb::backends()) {
-            const QByteArray p = b.toLatin1() + ' ';
-            QTest::newRow(QByteArray(p + "blank").constData()) << b << QStringLiteral("   ") << 0
-                                       << QStringLiteral("Attenzione!! bisogna digitare una descrizione per il nuovo "
-                                                         "Numeratore che si vuole inserire.")
-                                       << false;
-            QTest::newRow(QByteArray(p + "present").constData()) << b << QStringLiteral("Ordini clienti ") << 0
-                                         << QStringLiteral("Il Numeratore [Ordini clienti] è gia' presente!") << false;
-            QTest::newRow(QByteArray(p + "other case is another name").constData()) << b << QStringLiteral("ORDINI CLIENTI") << int(vb::Yes)
-                                                            << QString() << true;
-            QTest::newRow(QByteArray(p + "answered no").constData()) << b << QStringLiteral("Bolle interne") << int(vb::No) << QString() << false;
-            QTest::newRow(QByteArray(p + "added").constData()) << b << QStringLiteral("Ricevute dell'anno") << int(vb::Yes) << QString() << true;
+            testdb::row(b, "blank") << "   " << 0
+                                    << "Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole inserire.";
+            testdb::row(b, "present") << "Ordini clienti " << 0 << "Il Numeratore [Ordini clienti] è gia' presente!";
+            testdb::row(b, "other case is another name") << "ORDINI CLIENTI" << int(vb::Yes) << "";
+            testdb::row(b, "answered no") << "Bolle interne" << int(vb::No) << "";
         }
     }
     void addNewNumeratore()
@@ -96,38 +65,35 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(int, answer);
         QFETCH(QString, box);
-        QFETCH(bool, added);
         QVERIFY(testdb::shared(backend).isValid());
-        const int highest = value(QStringLiteral("SELECT MAX(RID) FROM Numeratori")).toInt();
-        const int before = value(QStringLiteral("SELECT COUNT(*) FROM Numeratori")).toInt();
+        const int highest = testdb::number("SELECT MAX(RID) FROM Numeratori");
+        const int before = testdb::number("SELECT COUNT(*) FROM Numeratori");
+        const bool added = answer == vb::Yes;
         Screen s;
         ScriptedDialogs script;
-        testdb::typeInto(s.screen, QStringLiteral("txtDescrizione"), typed);
-        QVERIFY(s.command(0)->isEnabled());   // typing a name offers the add only
-        QVERIFY(!s.command(1)->isEnabled());
-        QVERIFY(!s.command(2)->isEnabled());
+        s.type("txtDescrizione", typed);
+        QVERIFY(s.enabled(0));   // typing a name offers the add only
+        QVERIFY(!s.enabled(1));
+        QVERIFY(!s.enabled(2));
         const QString name = typed.trimmed();
         if (!box.isEmpty())
             script.expectMessage(box, vb::OK);
         if (answer)
-            script.expectMessage(QStringLiteral("Aggiungere il Numeratore [") + name + QStringLiteral("] all'elenco?"), answer);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_0"));
+            script.expectMessage("Aggiungere il Numeratore [" + name + "] all'elenco?", answer);
+        testdb::click(s.screen, "cmdCommand_0");
         QVERIFY(script.allAnswered());
 
-        QCOMPARE(value(QStringLiteral("SELECT COUNT(*) FROM Numeratori")).toInt(), before + (added ? 1 : 0));
+        QCOMPARE(testdb::number("SELECT COUNT(*) FROM Numeratori"), before + (added ? 1 : 0));
         if (!added)
             return;
         // By key: MariaDB compares names without regard to case.
-        const int rid = highest + 1;
-        QCOMPARE(value(QStringLiteral("SELECT DESCRIZIONE FROM Numeratori WHERE RID = ") + QString::number(rid)).toString(), name);
-        QCOMPARE(s.shown(name), 0);
-        QCOMPARE(s.edit("txtDescrizione")->text(), QString());
-        QCOMPARE(value(QStringLiteral("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = ") + QString::number(rid)
-                       + QStringLiteral(" AND ANNO = ¤") + s.screen.anno() + QStringLiteral("¤"))
-                     .toInt(),
-                 0);
-        run(QStringLiteral("DELETE FROM Contatori WHERE FK_NUMERATORE = ") + QString::number(rid));
-        run(QStringLiteral("DELETE FROM Numeratori WHERE RID = ") + QString::number(rid));
+        const QString rid = QString::number(highest + 1);
+        QCOMPARE(testdb::value("SELECT DESCRIZIONE FROM Numeratori WHERE RID = " + rid).toString(), name);
+        QCOMPARE(s.number(name), 0);
+        QCOMPARE(s.shown("txtDescrizione"), QString());
+        QCOMPARE(testdb::number("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = " + rid + " AND ANNO = ¤" + s.screen.anno() + "¤"), 0);
+        testdb::run("DELETE FROM Contatori WHERE FK_NUMERATORE = " + rid);
+        testdb::run("DELETE FROM Numeratori WHERE RID = " + rid);
     }
 
     // A numerator in use names every type that holds it and stays; one that
@@ -141,11 +107,11 @@ private Q_SLOTS:
         Screen s;
         ScriptedDialogs script;
         s.select(fatture);
-        script.expectMessage(QStringLiteral("Eliminare il Numeratore [") + fatture + QStringLiteral("] all'elenco?"), vb::Yes);
-        script.expectMessage(QStringLiteral("Impossibile eliminare il numeratore selezionato [") + fatture
-                                 + QStringLiteral("].\nEsistono relazioni con il documento ["),
+        script.expectMessage("Eliminare il Numeratore [" + fatture + "] all'elenco?", vb::Yes);
+        script.expectMessage("Impossibile eliminare il numeratore selezionato [" + fatture
+                                 + "].\nEsistono relazioni con il documento [",
                              vb::OK);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_1"));
+        testdb::click(s.screen, "cmdCommand_1");
         QVERIFY(script.allAnswered());
         for (const char* tipo : {"Fattura di vendita", "Fattura differita", "Nota di credito"})
             QVERIFY2(script.shown.last().contains(QString::fromUtf8(tipo)), qPrintable(script.shown.last()));
@@ -153,22 +119,22 @@ private Q_SLOTS:
         QVERIFY(ridOf(fatture) > 0);
 
         const QString libero = QStringLiteral("Da eliminare");
-        testdb::typeInto(s.screen, QStringLiteral("txtDescrizione"), libero);
-        script.expectMessage(QStringLiteral("Aggiungere il Numeratore"), vb::Yes);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_0"));
-        const int rid = ridOf(libero);
-        run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (") + QString::number(rid)
-            + QStringLiteral(", 1999, 7)"));
+        s.type("txtDescrizione", libero);
+        script.expectMessage("Aggiungere il Numeratore [Da eliminare] all'elenco?", vb::Yes);
+        testdb::click(s.screen, "cmdCommand_0");
+        const QString rid = QString::number(ridOf(libero));
+        QCOMPARE(s.number(libero), 0);   // a new one is listed with no counter
+        testdb::run("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (" + rid + ", 1999, 7)");
         s.select(libero);
-        script.expectMessage(QStringLiteral("Eliminare il Numeratore [Da eliminare] all'elenco?"), vb::No);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_1"));
-        QCOMPARE(ridOf(libero), rid);
-        script.expectMessage(QStringLiteral("Eliminare il Numeratore [Da eliminare] all'elenco?"), vb::Yes);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_1"));
+        script.expectMessage("Eliminare il Numeratore [Da eliminare] all'elenco?", vb::No);
+        testdb::click(s.screen, "cmdCommand_1");
+        QCOMPARE(QString::number(ridOf(libero)), rid);
+        script.expectMessage("Eliminare il Numeratore [Da eliminare] all'elenco?", vb::Yes);
+        testdb::click(s.screen, "cmdCommand_1");
         QVERIFY(script.allAnswered());
         QCOMPARE(ridOf(libero), 0);
-        QCOMPARE(value(QStringLiteral("SELECT COUNT(*) FROM Contatori WHERE FK_NUMERATORE = ") + QString::number(rid)).toInt(), 0);
-        QCOMPARE(s.shown(libero), -1);
+        QCOMPARE(testdb::number("SELECT COUNT(*) FROM Contatori WHERE FK_NUMERATORE = " + rid), 0);
+        QCOMPARE(s.number(libero), -1);
         QCOMPARE(s.list()->currentItem(), s.list()->topLevelItem(0));
     }
 
@@ -176,15 +142,14 @@ private Q_SLOTS:
     // counter row exists or not; the selection stays on the numerator.
     void setCounterByHand_data()
     {
-        QTest::addColumn<QString>("backend");
+        testdb::addBackendColumn();
         QTest::addColumn<bool>("withRow");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("stored");
         for (const QString& b : testdb::backends()) {
-            const QByteArray p = b.toLatin1() + ' ';
-            QTest::newRow(QByteArray(p + "update").constData()) << b << true << QStringLiteral("42") << 42;
-            QTest::newRow(QByteArray(p + "insert").constData()) << b << false << QStringLiteral("1250") << 1250;
-            QTest::newRow(QByteArray(p + "empty is zero").constData()) << b << true << QString() << 0;
+            testdb::row(b, "update") << true << "42" << 42;
+            testdb::row(b, "insert") << false << "1250" << 1250;
+            testdb::row(b, "empty is zero") << true << "" << 0;
         }
     }
     void setCounterByHand()
@@ -196,20 +161,19 @@ private Q_SLOTS:
         QVERIFY(testdb::shared(backend).isValid());
         const QString ddt = QStringLiteral("Documenti di trasporto");
         const QString rid = QString::number(ridOf(ddt));
-        const QString anno = getOpzione(QStringLiteral("AnnoCorrente"));
-        const QString ofYear = QStringLiteral(" WHERE FK_NUMERATORE = ") + rid + QStringLiteral(" AND ANNO = ¤") + anno + QStringLiteral("¤");
-        run(QStringLiteral("DELETE FROM Contatori") + ofYear);
+        const QString anno = getOpzione("AnnoCorrente");
+        const QString ofYear = " WHERE FK_NUMERATORE = " + rid + " AND ANNO = ¤" + anno + "¤";
+        testdb::run("DELETE FROM Contatori" + ofYear);
         if (withRow)
-            run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (") + rid + QStringLiteral(", ") + anno
-                + QStringLiteral(", 9)"));
+            testdb::run("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (" + rid + ", " + anno + ", 9)");
         Screen s;
         s.select(ddt);
-        QCOMPARE(s.edit("txtNumero")->text(), withRow ? QStringLiteral("9") : QStringLiteral("0"));
-        testdb::typeInto(s.screen, QStringLiteral("txtNumero"), typed);
-        testdb::click(s.screen, QStringLiteral("cmdCommand_2"));
-        QCOMPARE(value(QStringLiteral("SELECT COUNT(*) FROM Contatori") + ofYear).toInt(), 1);
-        QCOMPARE(value(QStringLiteral("SELECT NUMERO FROM Contatori") + ofYear).toInt(), stored);
-        QCOMPARE(s.shown(ddt), stored);
+        QCOMPARE(s.shown("txtNumero"), withRow ? QStringLiteral("9") : QStringLiteral("0"));
+        s.type("txtNumero", typed);
+        testdb::click(s.screen, "cmdCommand_2");
+        QCOMPARE(testdb::number("SELECT COUNT(*) FROM Contatori" + ofYear), 1);
+        QCOMPARE(testdb::number("SELECT NUMERO FROM Contatori" + ofYear), stored);
+        QCOMPARE(s.number(ddt), stored);
         QCOMPARE(s.list()->currentItem()->text(0), ddt);
     }
 
@@ -219,22 +183,22 @@ private Q_SLOTS:
     {
         QFETCH(QString, backend);
         QVERIFY(testdb::shared(backend).isValid());
-        const QString anno = getOpzione(QStringLiteral("AnnoCorrente"));
-        const QString ordini = QString::number(ridOf(QStringLiteral("Ordini clienti")));
-        const QString carichi = QString::number(ridOf(QStringLiteral("Carichi da fornitore")));
-        run(QStringLiteral("UPDATE Contatori SET NUMERO = 31 WHERE FK_NUMERATORE = ") + ordini + QStringLiteral(" AND ANNO = ") + anno);
-        run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (") + ordini + QStringLiteral(", ")
-            + QString::number(anno.toInt() - 1) + QStringLiteral(", 500)"));
-        run(QStringLiteral("DELETE FROM Contatori WHERE FK_NUMERATORE = ") + carichi + QStringLiteral(" AND ANNO = ") + anno);
+        const QString anno = getOpzione("AnnoCorrente");
+        const QString ordini = QString::number(ridOf("Ordini clienti"));
+        const QString carichi = QString::number(ridOf("Carichi da fornitore"));
+        testdb::run("UPDATE Contatori SET NUMERO = 31 WHERE FK_NUMERATORE = " + ordini + " AND ANNO = " + anno);
+        testdb::run("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (" + ordini + ", "
+                    + QString::number(anno.toInt() - 1) + ", 500)");
+        testdb::run("DELETE FROM Contatori WHERE FK_NUMERATORE = " + carichi + " AND ANNO = " + anno);
         Screen s;
-        QCOMPARE(s.screen.findChild<QLabel*>(QStringLiteral("lblAnno"))->text(), anno);
-        QCOMPARE(s.list()->topLevelItemCount(), value(QStringLiteral("SELECT COUNT(*) FROM Numeratori")).toInt());
-        QCOMPARE(s.shown(QStringLiteral("Ordini clienti")), 31);
-        QCOMPARE(s.shown(QStringLiteral("Carichi da fornitore")), 0);
+        QCOMPARE(s.shown("lblAnno"), anno);
+        QCOMPARE(s.list()->topLevelItemCount(), testdb::number("SELECT COUNT(*) FROM Numeratori"));
+        QCOMPARE(s.number("Ordini clienti"), 31);
+        QCOMPARE(s.number("Carichi da fornitore"), 0);
         // Loading selects the first item, by description.
         QCOMPARE(s.list()->currentItem()->text(0), QStringLiteral("Carichi da fornitore"));
-        QVERIFY(!s.command(0)->isEnabled());
-        QVERIFY(s.command(1)->isEnabled());
+        QVERIFY(!s.enabled(0));
+        QVERIFY(s.enabled(1));
     }
 };
 

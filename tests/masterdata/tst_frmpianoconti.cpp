@@ -5,37 +5,17 @@
 #include "frmpianoconti.h"
 #include "frmricercaconto.h"
 #include "msgbox.h"
-#include "scripteddialogs.h"
+#include "screendriver.h"
 #include "testdb.h"
 
-#include <QLabel>
-#include <QLineEdit>
 #include <QTreeWidget>
 #include <QtTest>
-
-using testdb::ScriptedDialogs;
 
 namespace {
 
 const QString kNotFound = QStringLiteral("Attenzione! Il codice inserito non è valido: \nMastro e/o Conto non trovati.");
 const QString kFormat =
     QStringLiteral("Formato Codice Errato!\nMASTRO  = 2 Caratteri\nCONTO = 3 Caratteri\nSOTTOCONTO = 3 Caratteri");
-
-struct Screen
-{
-    frmPianoConti screen;
-    Screen()
-    {
-        screen.startMe(true, true, 0);
-        testdb::showActive(screen);
-    }
-    QString text(const char* name) const
-    {
-        if (auto* label = screen.findChild<QLabel*>(QString::fromLatin1(name)))
-            return label->text();
-        return screen.findChild<QLineEdit*>(QString::fromLatin1(name))->text();
-    }
-};
 
 } // namespace
 
@@ -50,23 +30,17 @@ private Q_SLOTS:
 
     void codeShapes_data()
     {
-        QTest::addColumn<QString>("backend");
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("message");   // empty: accepted
-        QTest::addColumn<QString>("mastro");
-        QTest::addColumn<QString>("conto");
-        QTest::addColumn<QString>("description");   // of an existing account, opened
+        testdb::addBackendColumn();
+        for (const char* c : {"code", "message", "mastro", "conto", "description"})
+            QTest::addColumn<QString>(c);   // no message: accepted; a description: an existing account opened
         for (const QString& b : testdb::backends()) {
-            const auto row = [&](const char* name) -> QTestData& {
-                return QTest::newRow(qPrintable(b + QLatin1Char(' ') + QLatin1String(name))) << b;
-            };
-            row("three characters") << "010" << kFormat << "" << "" << "";
-            row("conto without mastro") << "99001" << kNotFound << "" << "" << "";
-            row("new conto of a mastro") << "01009" << "" << "ATTIVITÀ" << "" << "";
-            row("sottoconto without conto") << "01009001" << kNotFound << "ATTIVITÀ" << "" << "";
-            row("new sottoconto") << "01003009" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "";
-            row("new mastro") << "09" << "" << "" << "" << "";
-            row("existing code opens it") << "01003001" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "Cassa";
+            testdb::row(b, "three characters") << "010" << kFormat << "" << "" << "";
+            testdb::row(b, "conto without mastro") << "99001" << kNotFound << "" << "" << "";
+            testdb::row(b, "new conto of a mastro") << "01009" << "" << "ATTIVITÀ" << "" << "";
+            testdb::row(b, "sottoconto without conto") << "01009001" << kNotFound << "ATTIVITÀ" << "" << "";
+            testdb::row(b, "new sottoconto") << "01003009" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "";
+            testdb::row(b, "new mastro") << "09" << "" << "" << "" << "";
+            testdb::row(b, "existing code opens it") << "01003001" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "Cassa";
         }
     }
     void codeShapes()
@@ -78,19 +52,18 @@ private Q_SLOTS:
         QFETCH(QString, conto);
         QFETCH(QString, description);
         QVERIFY(testdb::shared(backend).isValid());
-        Screen s;
-        ScriptedDialogs script;
+        testdb::Screen<frmPianoConti> s(true, true, 0);
+        testdb::ScriptedDialogs script;
         if (!message.isEmpty())
             script.expectMessage(message, vb::OK);
-        testdb::enter(s.screen, QStringLiteral("txtCodice"), code);
-        auto* field = s.screen.findChild<QLineEdit*>(QStringLiteral("txtCodice"));
+        s.enter("txtCodice", code);
         QVERIFY(script.allAnswered());
-        QCOMPARE(s.text("lblMastro"), mastro);
-        QCOMPARE(s.text("lblConto"), conto);
-        QCOMPARE(s.text("txtDescrizione"), description);
-        QCOMPARE(s.text("lblRID").isEmpty(), description.isEmpty());
+        QCOMPARE(s.shown("lblMastro"), mastro);
+        QCOMPARE(s.shown("lblConto"), conto);
+        QCOMPARE(s.shown("txtDescrizione"), description);
+        QCOMPARE(s.rid().isEmpty(), description.isEmpty());
         if (!message.isEmpty())
-            QTRY_VERIFY(field->hasFocus());   // the wrong code keeps the cursor
+            QTRY_VERIFY(s.get("txtCodice")->hasFocus());   // the wrong code keeps the cursor
     }
 
     // Mastri under the root, conti under their mastro, sottoconti under
@@ -118,9 +91,7 @@ private Q_SLOTS:
         QCOMPARE(dialog.rid(), 0);
         tree->setCurrentItem(cassa);
         testdb::click(dialog, QStringLiteral("cmdOk"));
-        const int expected = gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ¤01003001¤"),
-                                                           QStringLiteral("test")).toInt();
-        QCOMPARE(dialog.rid(), expected);
+        QCOMPARE(dialog.rid(), testdb::number("SELECT RID FROM PianoConti WHERE CODICE = ¤01003001¤"));
     }
 };
 

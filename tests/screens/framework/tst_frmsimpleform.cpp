@@ -16,11 +16,7 @@ namespace {
 
 int count(const QString& table, const QString& code)
 {
-    return gAdoSqlServer()
-        .getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM ") + table + QStringLiteral(" WHERE CODICE = ¤") + code
-                           + QStringLiteral("¤"),
-                       QStringLiteral("test"))
-        .toInt();
+    return testdb::number(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE CODICE = ¤%2¤").arg(table, code));
 }
 
 QString rid(QWidget& screen)
@@ -44,25 +40,23 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("titolo");
-        const QStringList items{"mnuTab_0", "mnuTab_1", "mnuTab_2", "mnuTab_3", "mnuTab_4", "mnuTab_5", "mnuTab_6",
-                                "mnuTab_7", "mnuTab_8", "mnuTab_9", "mnuTab_10", "mnuTab_11", "mnuTab_12",
-                                "mnuCollezioni", "mnuFasceClienti"};
+        QStringList items{QStringLiteral("mnuCollezioni"), QStringLiteral("mnuFasceClienti")};
+        for (int i = 0; i <= 12; ++i)
+            items << QStringLiteral("mnuTab_%1").arg(i);
         for (const QString& b : testdb::backends())
-            for (const QString& item : items)
-                QTest::newRow(qPrintable(b + QLatin1Char(' ') + item)) << b << item << simpleFormUse(item).titolo;
+            for (const QString& item : std::as_const(items))
+                testdb::row(b, item) << item;
     }
     void everyTable()
     {
         QFETCH(QString, backend);
         QFETCH(QString, item);
-        QFETCH(QString, titolo);
         QVERIFY(testdb::shared(backend).isValid());
         const SimpleFormUse use = simpleFormUse(item);
         QVERIFY(!use.tabella.isEmpty());
         frmSimpleForm screen;
         screen.startMe(use.nome, use.titolo, use.tabella, false, true, 0);
-        QCOMPARE(screen.windowTitle(), titolo);
+        QCOMPARE(screen.windowTitle(), use.titolo);
         testdb::typeInto(screen, QStringLiteral("txtCodice"), QStringLiteral("zq1"));
         testdb::typeInto(screen, QStringLiteral("txtDescrizione"), QStringLiteral("Prova l'editor"));
         QVERIFY(screen.saveRecord());

@@ -14,43 +14,47 @@ using testdb::ScriptedMsgBox;
 
 namespace {
 
-void run(const QString& sql)
-{
-    QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql));
-}
-
 int ridOf(const QString& table, const QString& where)
 {
-    return gAdoSqlServer()
-        .getValueBySQL(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE ") + where, QStringLiteral("test"))
-        .toInt();
+    return testdb::number(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE ") + where);
 }
 
-// Two counterparties and three products, one of whose extra code is the
-// code of another.
-void addRows()
+void noChooser()
 {
+    setElementChooser([](const QString&, const Recordset&, bool, bool) -> QStringList {
+        QTest::qFail("no chooser expected", __FILE__, __LINE__);
+        return {};
+    });
+}
+
+// The database of the back end with two counterparties and three products,
+// one of whose extra code is the code of another.
+bool open(const QString& backend)
+{
+    if (!testdb::shared(backend).isValid())
+        return false;
     if (ridOf(QStringLiteral("Anagrafiche"), QStringLiteral("NUMERO = 901")) > 0)
-        return;
-    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO) VALUES (901, ¤Rossi Srl¤, ¤C¤, 2)"));
-    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (902, ¤Bianchi Spa¤, ¤F¤)"));
-    run(QStringLiteral("INSERT INTO Marche (CODICE, DESCRIZIONE) VALUES (¤ACME¤, ¤Acme¤)"));
+        return true;
+    testdb::run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO) VALUES (901, ¤Rossi Srl¤, ¤C¤, 2), "
+                               "(902, ¤Bianchi Spa¤, ¤F¤, NULL)"));
+    testdb::run(QStringLiteral("INSERT INTO Marche (CODICE, DESCRIZIONE) VALUES (¤ACME¤, ¤Acme¤)"));
     const int marca = ridOf(QStringLiteral("Marche"), QStringLiteral("CODICE = ¤ACME¤"));
     const QString head = QStringLiteral(
         "INSERT INTO Prodotti (CODICE, DESCRIZIONE, BARCODE, EXTRACODICE, FK_Iva, FK_UNITAMISURA, FK_MARCA, GIACENZA, "
         "ELENCOSPECIALE) VALUES (");
-    run(head + QStringLiteral("¤VITE8¤, ¤Vite 8 mm¤, ¤8001234567890¤, ¤V-8¤, 2, 1, ") + QString::number(marca)
-        + QStringLiteral(", 40, -1)"));
-    run(head + QStringLiteral("¤DADO8¤, ¤Dado 8 mm¤, NULL, ¤VITE8X¤, 1, 1, NULL, 15, 0)"));
-    run(head + QStringLiteral("¤VITE8X¤, ¤Vite 8 mm inox¤, NULL, NULL, 1, 1, NULL, 3, 0)"));
-    const int vite = ridOf(QStringLiteral("Prodotti"), QStringLiteral("CODICE = ¤VITE8¤"));
-    run(QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA) VALUES (") + QString::number(vite)
-        + QStringLiteral(", 1, 12.5)"));
+    testdb::run(head + QStringLiteral("¤VITE8¤, ¤Vite 8 mm¤, ¤8001234567890¤, ¤V-8¤, 2, 1, %1, 40, -1), "
+                                      "(¤DADO8¤, ¤Dado 8 mm¤, NULL, ¤VITE8X¤, 1, 1, NULL, 15, 0), "
+                                      "(¤VITE8X¤, ¤Vite 8 mm inox¤, NULL, NULL, 1, 1, NULL, 3, 0)").arg(marca));
+    testdb::run(QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA) VALUES (%1, 1, 12.5)")
+                    .arg(ridOf(QStringLiteral("Prodotti"), QStringLiteral("CODICE = ¤VITE8¤"))));
+    return true;
 }
 
 using Lookup = bool (*)(QString&, QString&, int&);
 
 } // namespace
+
+Q_DECLARE_METATYPE(Lookup)
 
 class TestLookups : public QObject
 {
@@ -69,49 +73,41 @@ private Q_SLOTS:
     void family_data()
     {
         QTest::addColumn<QString>("backend");
-        QTest::addColumn<QString>("which");
+        QTest::addColumn<Lookup>("lookup");
         QTest::addColumn<QString>("codice");
         QTest::addColumn<int>("rid");
         QTest::addColumn<QString>("expectedCode");
         QTest::addColumn<QString>("expectedDescription");
         for (const QString& b : testdb::backends()) {
-            const auto row = [&](const char* name) -> QTestData& { return QTest::newRow(qPrintable(b + QLatin1Char(' ') + QLatin1String(name))) << b; };
-            row("unit by code") << "validaUnitaMisura" << "KG" << 0 << "KG" << "Chilogrammi";
-            row("unit by key") << "validaUnitaMisura" << "" << 1 << "PZ" << "Pezzi";
-            row("unknown unit") << "validaUnitaMisura" << "XX" << 0 << "" << "";
-            row("customer") << "validaCliente" << "901" << 0 << "901" << "Rossi Srl";
-            row("customer refuses a supplier") << "validaCliente" << "902" << 0 << "" << "";
-            row("supplier") << "validaFornitore" << "902" << 0 << "902" << "Bianchi Spa";
-            row("any counterparty") << "validaAnagrafe" << "902" << 0 << "902" << "Bianchi Spa";
-            row("counterparty number not a number") << "validaAnagrafe" << "abc" << 0 << "" << "";
-            row("product by bar code") << "validaProdotto" << "8001234567890" << 0 << "VITE8" << "Vite 8 mm";
-            row("product by extra code") << "validaProdotto" << "V-8" << 0 << "VITE8" << "Vite 8 mm";
-            row("account") << "validaConto" << "01003001" << 0 << "01003001" << "Cassa";
-            row("document type") << "validaDocumento" << "DDT" << 0 << "DDT" << "Documento di trasporto";
+            testdb::row(b, "unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG" << "Chilogrammi";
+            testdb::row(b, "unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ" << "Pezzi";
+            testdb::row(b, "unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << "" << "";
+            testdb::row(b, "customer") << Lookup(&validaCliente) << "901" << 0 << "901" << "Rossi Srl";
+            testdb::row(b, "customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << "" << "";
+            testdb::row(b, "supplier") << Lookup(&validaFornitore) << "902" << 0 << "902" << "Bianchi Spa";
+            testdb::row(b, "any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902" << "Bianchi Spa";
+            testdb::row(b, "counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << "" << "";
+            testdb::row(b, "product by bar code") << Lookup(&validaProdotto) << "8001234567890" << 0 << "VITE8" << "Vite 8 mm";
+            testdb::row(b, "product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8" << "Vite 8 mm";
+            testdb::row(b, "account") << Lookup(&validaConto) << "01003001" << 0 << "01003001" << "Cassa";
+            testdb::row(b, "document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT" << "Documento di trasporto";
         }
     }
     void family()
     {
         QFETCH(QString, backend);
-        QFETCH(QString, which);
+        QFETCH(Lookup, lookup);
         QFETCH(QString, codice);
         QFETCH(int, rid);
         QFETCH(QString, expectedCode);
         QFETCH(QString, expectedDescription);
-        QVERIFY(testdb::shared(backend).isValid());
-        addRows();
-        static const QHash<QString, Lookup> lookups{
-            {QStringLiteral("validaUnitaMisura"), &validaUnitaMisura}, {QStringLiteral("validaCliente"), &validaCliente},
-            {QStringLiteral("validaFornitore"), &validaFornitore},     {QStringLiteral("validaAnagrafe"), &validaAnagrafe},
-            {QStringLiteral("validaProdotto"), &validaProdotto},       {QStringLiteral("validaConto"), &validaConto},
-            {QStringLiteral("validaDocumento"), &validaDocumento},
-        };
+        QVERIFY(open(backend));
         ScriptedMsgBox boxes;
         const bool missing = expectedCode.isEmpty();
         if (missing)
             boxes.expect(QStringLiteral("Codice: ") + codice + QStringLiteral(" inesistente!"), vb::OK);
         QString descrizione = QStringLiteral("as before");
-        QCOMPARE(lookups.value(which)(codice, descrizione, rid), !missing);
+        QCOMPARE(lookup(codice, descrizione, rid), !missing);
         QCOMPARE(codice, expectedCode);
         QCOMPARE(descrizione, missing ? QStringLiteral("as before") : expectedDescription);
         QCOMPARE(rid > 0, !missing);
@@ -124,8 +120,7 @@ private Q_SLOTS:
     void extras()
     {
         QFETCH(QString, backend);
-        QVERIFY(testdb::shared(backend).isValid());
-        addRows();
+        QVERIFY(open(backend));
         QString codice = QStringLiteral("10"), descrizione;
         int rid = 0;
         Single valore = 0;
@@ -168,12 +163,8 @@ private Q_SLOTS:
     void prodottoEsteso()
     {
         QFETCH(QString, backend);
-        QVERIFY(testdb::shared(backend).isValid());
-        addRows();
-        setElementChooser([](const QString&, const Recordset&, bool, bool) -> QStringList {
-            QTest::qFail("no chooser expected", __FILE__, __LINE__);
-            return {};
-        });
+        QVERIFY(open(backend));
+        noChooser();
         ProdottoEsteso p;
         p.codice = QStringLiteral("8001234567890");
         QVERIFY(validaProdottoEsteso(p, {}));
@@ -204,12 +195,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("backend");
         QTest::addColumn<bool>("multi");
-        QTest::addColumn<int>("chosen");   // how many rows the chooser picks
-        QTest::addColumn<QString>("expectedCode");
+        QTest::addColumn<int>("chosen");   // how many rows the chooser picks, DADO8 first
         for (const QString& b : testdb::backends()) {
-            QTest::newRow(qPrintable(b + QStringLiteral(" one"))) << b << false << 1 << "DADO8";
-            QTest::newRow(qPrintable(b + QStringLiteral(" both"))) << b << true << 2 << "DADO8";
-            QTest::newRow(qPrintable(b + QStringLiteral(" none"))) << b << false << 0 << "";
+            testdb::row(b, "one") << false << 1;
+            testdb::row(b, "both") << true << 2;
+            testdb::row(b, "none") << false << 0;
         }
     }
     void prodottoChooser()
@@ -217,9 +207,7 @@ private Q_SLOTS:
         QFETCH(QString, backend);
         QFETCH(bool, multi);
         QFETCH(int, chosen);
-        QFETCH(QString, expectedCode);
-        QVERIFY(testdb::shared(backend).isValid());
-        addRows();
+        QVERIFY(open(backend));
         QString columnsSeen;
         int rowsSeen = 0;
         QStringList keys;
@@ -229,10 +217,8 @@ private Q_SLOTS:
             rowsSeen = rs.recordCount();
             Recordset rows = rs;
             for (rows.moveFirst(); !rows.eof(); rows.moveNext())
-                if (rows.text(QStringLiteral("CODICE")) == QLatin1String("DADO8"))
-                    keys.prepend(QStringLiteral("E_") + rows.value(QStringLiteral("RID")).toString());
-                else
-                    keys.append(QStringLiteral("E_") + rows.value(QStringLiteral("RID")).toString());
+                keys.insert(rows.text(QStringLiteral("CODICE")) == QLatin1String("DADO8") ? 0 : keys.size(),
+                            QStringLiteral("E_") + rows.value(QStringLiteral("RID")).toString());
             multiSeen = multiSelect;
             return keys.mid(0, chosen);
         });
@@ -247,7 +233,7 @@ private Q_SLOTS:
         QCOMPARE(rowsSeen, 2);
         QCOMPARE(multiSeen, multi);
         QVERIFY(columnsSeen.startsWith(QStringLiteral("Marca¤800¤CODMARCA|")));
-        QCOMPARE(p.codice, expectedCode);
+        QCOMPARE(p.codice, chosen ? QStringLiteral("DADO8") : QString());
         if (multi) {
             QString expected;
             for (const QString& key : keys)
@@ -258,67 +244,52 @@ private Q_SLOTS:
     }
 
     // A code typed as a beginning finds the codes that start with it; "%"
-    // and "_" in it are characters of the code, not wildcards.
-    void prodottoLike_data()
+    // and "_" in it are characters of the code, not wildcards. Not found,
+    // with the question: Yes asks for a new product and keeps the code.
+    void prodottoCerca_data()
     {
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("answer");             // to "Creare un nuovo Prodotto?", 0: not asked (search by beginning)
         QTest::addColumn<QString>("expectedCode");   // empty: not found
         for (const QString& b : testdb::backends()) {
-            QTest::newRow(qPrintable(b + QStringLiteral(" beginning"))) << b << "DAD" << "DADO8";
-            QTest::newRow(qPrintable(b + QStringLiteral(" whole code"))) << b << "DADO8" << "DADO8";
-            QTest::newRow(qPrintable(b + QStringLiteral(" underscore"))) << b << "DAD_8" << "";
-            QTest::newRow(qPrintable(b + QStringLiteral(" percent"))) << b << "%8X" << "";
-            QTest::newRow(qPrintable(b + QStringLiteral(" delimiter"))) << b << "VITE¤" << "";
+            testdb::row(b, "beginning") << "DAD" << 0 << "DADO8";
+            testdb::row(b, "whole code") << "DADO8" << 0 << "DADO8";
+            testdb::row(b, "underscore") << "DAD_8" << 0 << "";
+            testdb::row(b, "percent") << "%8X" << 0 << "";
+            testdb::row(b, "delimiter") << "VITE¤" << 0 << "";
+            testdb::row(b, "new product") << "NUOVO1" << int(vb::Yes) << "NUOVO1";
+            testdb::row(b, "no new product") << "NUOVO2" << int(vb::No) << "";
         }
     }
-    void prodottoLike()
+    void prodottoCerca()
     {
         QFETCH(QString, backend);
         QFETCH(QString, typed);
+        QFETCH(int, answer);
         QFETCH(QString, expectedCode);
-        QVERIFY(testdb::shared(backend).isValid());
-        addRows();
+        QVERIFY(open(backend));
         testdb::ErrorRecorder errors;
-        setElementChooser([](const QString&, const Recordset&, bool, bool) -> QStringList {
-            QTest::qFail("no chooser expected", __FILE__, __LINE__);
-            return {};
-        });
+        noChooser();
         ScriptedMsgBox boxes;
-        if (expectedCode.isEmpty())
-            boxes.expect(QStringLiteral("Codice: ") + typed + QStringLiteral(" inesistente!"), vb::OK);
+        const bool found = answer == 0 && !expectedCode.isEmpty();
+        if (!found)
+            boxes.expect(QStringLiteral("Codice: ") + typed + QStringLiteral(" inesistente!")
+                             + (answer ? QStringLiteral("\nCreare un nuovo Prodotto?") : QString()),
+                         answer ? answer : int(vb::OK));
         ProdottoEsteso p;
         p.codice = typed;
+        p.creaNuovo = answer == vb::No;   // a No clears what an earlier Yes left
         RicercaProdotto ricerca;
-        ricerca.like = true;
-        QCOMPARE(validaProdottoEsteso(p, ricerca), !expectedCode.isEmpty());
+        ricerca.like = answer == 0;
+        ricerca.chiediNuovo = answer != 0;
+        QCOMPARE(validaProdottoEsteso(p, ricerca), found);
         QCOMPARE(p.codice, expectedCode);
+        if (answer)
+            QCOMPARE(p.creaNuovo, answer == vb::Yes);
         QVERIFY(boxes.allAnswered());
         QVERIFY(errors.reports.isEmpty());
         QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
-    }
-
-    // Not found: with the question, Yes asks for a new product and keeps the code.
-    void prodottoNuovo_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
-    void prodottoNuovo()
-    {
-        QFETCH(QString, backend);
-        QVERIFY(testdb::shared(backend).isValid());
-        ScriptedMsgBox boxes;
-        boxes.expect(QStringLiteral("Codice: NUOVO1 inesistente!\nCreare un nuovo Prodotto?"), vb::Yes);
-        boxes.expect(QStringLiteral("Codice: NUOVO2 inesistente!\nCreare un nuovo Prodotto?"), vb::No);
-        RicercaProdotto ask;
-        ask.chiediNuovo = true;
-        ProdottoEsteso p;
-        p.codice = QStringLiteral("NUOVO1");
-        QVERIFY(!validaProdottoEsteso(p, ask));
-        QVERIFY(p.creaNuovo);
-        QCOMPARE(p.codice, QStringLiteral("NUOVO1"));
-        p.codice = QStringLiteral("NUOVO2");
-        QVERIFY(!validaProdottoEsteso(p, ask));
-        QVERIFY(!p.creaNuovo);
-        QVERIFY(p.codice.isEmpty());
-        QVERIFY(boxes.allAnswered());
     }
 };
 

@@ -110,20 +110,17 @@ private Q_SLOTS:
     {
         QWidget form;
         auto* layout = new QVBoxLayout(&form);
-        auto* txtImporto = new QLineEdit(&form);
-        txtImporto->setObjectName(QStringLiteral("txtImporto"));
-        auto* txtData = new QLineEdit(&form);
-        txtData->setObjectName(QStringLiteral("txtData"));
-        auto* txtCodice = new QLineEdit(&form);
-        txtCodice->setObjectName(QStringLiteral("txtCodice"));
-        auto* cmbTipo = new QComboBox(&form);
-        cmbTipo->setObjectName(QStringLiteral("cmbTipo"));
-        cmbTipo->addItems({QStringLiteral("A"), QStringLiteral("B")});
-        auto* chkAttivo = new QCheckBox(&form);
-        chkAttivo->setObjectName(QStringLiteral("chkAttivo"));
-        for (QWidget* w : {static_cast<QWidget*>(txtImporto), static_cast<QWidget*>(txtData), static_cast<QWidget*>(txtCodice),
-                           static_cast<QWidget*>(cmbTipo), static_cast<QWidget*>(chkAttivo)})
+        const auto add = [layout](auto* w, const char* name) {
+            w->setObjectName(QLatin1String(name));
             layout->addWidget(w);
+            return w;
+        };
+        auto* txtImporto = add(new QLineEdit(&form), "txtImporto");
+        auto* txtData = add(new QLineEdit(&form), "txtData");
+        auto* txtCodice = add(new QLineEdit(&form), "txtCodice");
+        auto* cmbTipo = add(new QComboBox(&form), "cmbTipo");
+        cmbTipo->addItems({QStringLiteral("A"), QStringLiteral("B")});
+        auto* chkAttivo = add(new QCheckBox(&form), "chkAttivo");
 
         cKeyFunction keys;
         cTextBox importo(txtImporto, Decimale);
@@ -197,9 +194,8 @@ private Q_SLOTS:
         QWidget form;
         auto* layout = new QVBoxLayout(&form);
         auto* txtA = new QLineEdit(QStringLiteral("abc"), &form);
-        auto* txtB = new QLineEdit(&form);
         layout->addWidget(txtA);
-        layout->addWidget(txtB);
+        layout->addWidget(new QLineEdit(&form));
         txtA->setReadOnly(true);
         cTextBox a(txtA, Testo);
         a.setNoTabSend(true);

@@ -1,0 +1,94 @@
+#pragma once
+// A screen under test driven by the names of its controls: shown as the
+// active window, fields typed or entered, combos chosen, and what a control
+// shows read back.
+
+#include "scripteddialogs.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+
+namespace testdb {
+
+template <class Form>
+struct Screen
+{
+    Form screen;
+    // The arguments, when given, go to the screen's startMe.
+    template <class... Start>
+    explicit Screen(Start... start)
+    {
+        if constexpr (sizeof...(Start) > 0)
+            screen.startMe(start...);
+        showActive(screen);
+    }
+    template <class T = QWidget>
+    T* get(const QString& name)
+    {
+        T* widget = screen.template findChild<T*>(name);
+        if (!widget)
+            qWarning("no control %s", qPrintable(name));
+        return widget;
+    }
+    // What a control shows: its text, its chosen entry, or "1"/"0".
+    QString shown(const QString& name)
+    {
+        QWidget* w = get(name);
+        if (auto* line = qobject_cast<QLineEdit*>(w))
+            return line->text();
+        if (auto* label = qobject_cast<QLabel*>(w))
+            return label->text();
+        if (auto* combo = qobject_cast<QComboBox*>(w))
+            return combo->currentText();
+        if (auto* plain = qobject_cast<QPlainTextEdit*>(w))
+            return plain->toPlainText();
+        if (auto* button = qobject_cast<QAbstractButton*>(w))
+            return button->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+        return QString();
+    }
+    QString rid() { return shown(QStringLiteral("lblRID")); }
+    // Types into a field (focus on it), clicks a button, picks a combo's
+    // entry by its text, or pastes into a text box.
+    void set(const QString& name, const QString& value)
+    {
+        QWidget* w = get(name);
+        if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+            button->click();
+        } else if (auto* combo = qobject_cast<QComboBox*>(w)) {
+            combo->setCurrentIndex(combo->findText(value));
+            QVERIFY2(combo->currentIndex() >= 0, qPrintable(value));
+        } else if (auto* plain = qobject_cast<QPlainTextEdit*>(w)) {
+            plain->setFocus();
+            plain->selectAll();
+            plain->insertPlainText(value);   // as pasted: the test keyboard is ASCII only
+        } else {
+            w->setFocus();
+            typeInto(screen, name, value);
+        }
+    }
+    void type(const QString& name, const QString& text) { typeInto(screen, name, text); }
+    // Types and leaves the field with Tab.
+    void enter(const QString& name, const QString& text) { testdb::enter(screen, name, text); }
+    void tick(const QString& name, bool on) { get<QAbstractButton>(name)->setChecked(on); }
+    void key(const QString& name, Qt::Key key)
+    {
+        get(name)->setFocus();
+        QTest::keyClick(get(name), key);
+    }
+};
+
+// Drives the search dialog: types the filter and takes the row found with Return.
+inline ScriptedDialogs::Driver searchFor(const QString& filter)
+{
+    return [filter](QDialog& dialog) {
+        auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("txtFiltro"));
+        QTest::keyClicks(field, filter);
+        QTest::keyClick(field, Qt::Key_Return);
+    };
+}
+
+} // namespace testdb
