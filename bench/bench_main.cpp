@@ -352,8 +352,8 @@ void benchJournal(const Backend& b, int count, int runs, int filled)
         return median(times);
     };
     const double empty = perEntry(emptyYear), full = perEntry(fullYear);
-    // Per entry: the year's counter, the number, the header, the causal,
-    // three lines and the counter's update.
+    // Per entry: the year's lock (on a server), the number, the header, the
+    // causal and three lines.
     out << QStringLiteral("%1  journal entries of sales invoices, one a transaction: %2 ms an entry in an empty year, "
                           "%3 ms with %4 entries in the year, ratio %5 (%6 entries/s)\n")
                .arg(b.name, -8)

@@ -314,7 +314,7 @@ Check checkDatabase(int tipoServer)
     } else {
         int bad = 0;
         for (const QVariantList& r : rows(QStringLiteral("CHECK TABLE Movimenti, DettagliMovimento, PrimaNota, PrimaNotaDettagli, Scadenze, "
-                                                          "Prodotti, DettagliProdotto, Contatori, ContatoriPrimaNota")))
+                                                          "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota")))
             if (r.value(2).toString() == QLatin1String("status") && r.value(3).toString() != QLatin1String("OK"))
                 ++bad;
         fact(QStringLiteral("CHECK TABLE: %1 tables not OK").arg(bad), bad == 0);

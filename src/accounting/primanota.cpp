@@ -162,23 +162,19 @@ int getNewProgressivoPrimaNota(const QDate& data)
     const QString anno = QString::number(data.year());
     const QString where = QStringLiteral(" WHERE ANNO = ") + anno;
 
-    // The year's counter row is locked first and held until the transaction
-    // ends: a second workstation waits here, and then reads the number this
-    // one has written. On the file database the write transaction already
-    // holds the whole database.
+    // On a server the year's row is locked first and held until the
+    // transaction ends: a second workstation waits here, and then reads the
+    // number this one has written. On the file database the write
+    // transaction already holds the whole database.
     if (db.TipoServer() == TipoServer::MySql) {
-        if (!db.executeSQL(QStringLiteral("INSERT INTO ContatoriPrimaNota (ANNO, NUMERO) VALUES (") + anno
-                               + QStringLiteral(", 0) ON DUPLICATE KEY UPDATE NUMERO = NUMERO"),
+        if (!db.executeSQL(QStringLiteral("INSERT INTO AnniPrimaNota (ANNO) VALUES (") + anno
+                               + QStringLiteral(") ON DUPLICATE KEY UPDATE ANNO = ANNO"),
                            tag(procedure)))
             return -1;
-    } else {
-        const QVariant counter = db.getValueBySQL(
-            QStringLiteral("SELECT NUMERO FROM ContatoriPrimaNota \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022") + where,
-            tag(procedure));
-        if (!counter.isValid()
-            && !db.executeSQL(QStringLiteral("INSERT INTO ContatoriPrimaNota (ANNO, NUMERO) VALUES (") + anno + QStringLiteral(", 0)"),
-                              tag(procedure)))
-            return -1;
+    } else if (db.TipoServer() == TipoServer::SqlServer
+               && !db.getValueBySQL(QStringLiteral("SELECT ANNO FROM AnniPrimaNota WITH (UPDLOCK, HOLDLOCK)") + where, tag(procedure)).isValid()
+               && !db.executeSQL(QStringLiteral("INSERT INTO AnniPrimaNota (ANNO) VALUES (") + anno + QLatin1Char(')'), tag(procedure))) {
+        return -1;
     }
 
     // The highest number of the year and one more: a number freed by a
@@ -188,10 +184,7 @@ int getNewProgressivoPrimaNota(const QDate& data)
         return -1;
     const QVariant ultimo = rs->eof() ? QVariant() : rs->value(0);
     rs->close();
-    const int numero = ultimo.isNull() ? 1 : ultimo.toInt() + 1;
-    if (!db.executeSQL(QStringLiteral("UPDATE ContatoriPrimaNota SET NUMERO = ") + QString::number(numero) + where, tag(procedure)))
-        return -1;
-    return numero;
+    return ultimo.isNull() ? 1 : ultimo.toInt() + 1;
 }
 
 int getProgPrimaNotaByID(int rid)

@@ -374,11 +374,10 @@ QList<Table> buildTables()
                    text("RIFERIMENTI", kDescrizione), ref("RifMovimento")},
                   {index({"ANNO", "PROGRESSIVO"}, true), index({"DATA"}), index({"DataValuta"})}};
 
-    // One row a year of journal numbers: the workstation that numbers an
-    // entry holds its lock until its transaction ends. NUMERO is the last
-    // number given.
-    list << Table{QStringLiteral("ContatoriPrimaNota"),
-                  {key("RID"), whole("ANNO"), whole("NUMERO")},
+    // One row a year of journal numbers, for its lock: a server workstation
+    // that numbers an entry holds it until its transaction ends.
+    list << Table{QStringLiteral("AnniPrimaNota"),
+                  {key("RID"), whole("ANNO")},
                   {index({"ANNO"}, true)}};
 
     list << Table{QStringLiteral("PrimaNotaDettagli"),

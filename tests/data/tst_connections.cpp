@@ -222,7 +222,7 @@ private Q_SLOTS:
             {"stock lot", "INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, TAGLIO, QUANTITA) VALUES (%1, 1, 5.25, 1)"},
             {"journal number of a year", "INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DESCRIZIONE) VALUES (2026, 7, %1)"},
             {"document counter", "INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO) VALUES (1, 2031, %1)"},
-            {"journal counter", "INSERT INTO ContatoriPrimaNota (ANNO, NUMERO) VALUES (2031, %1)"},
+            {"journal year", "INSERT INTO AnniPrimaNota (ANNO) VALUES (203%1)"},
         };
         for (const QString& b : testdb::backends())
             for (const auto& [name, sql] : cases)
@@ -233,7 +233,7 @@ private Q_SLOTS:
         QFETCH(QString, backend);
         QFETCH(QString, insert);
         QVERIFY(testdb::shared(backend, false).isValid());
-        for (const char* table : {"DettagliProdotto", "PrimaNota", "ContatoriPrimaNota", "Prodotti", "Magazzini"})
+        for (const char* table : {"DettagliProdotto", "PrimaNota", "AnniPrimaNota", "Prodotti", "Magazzini"})
             db().executeSQL(QStringLiteral("DELETE FROM ") + QLatin1String(table), kTag);
         db().executeSQL(QStringLiteral("DELETE FROM Contatori WHERE ANNO = 2031"), kTag);
         testdb::run(QStringLiteral("INSERT INTO Magazzini (RID, CODICE) VALUES (1, ¤SEDE¤)"));

@@ -160,12 +160,12 @@ private Q_SLOTS:
         gAdoSqlServer().setTipoServer(TipoServer::FileDb);
         gSession().strConnessione = fileDbConnectionString(model);
         testdb::run(QStringLiteral("UPDATE SchemaVersion SET VERSIONE = 1"));
-        testdb::run(QStringLiteral("DROP TABLE ContatoriPrimaNota"));
+        testdb::run(QStringLiteral("DROP TABLE AnniPrimaNota"));
         driver::closeIdle();
         QVERIFY2(model::ensureFileDatabase(firm, model, &message), qPrintable(message));
         gSession().strConnessione = fileDbConnectionString(firm);
         QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
-        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM ContatoriPrimaNota")), 0);
+        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM AnniPrimaNota")), 0);
         driver::closeIdle();
     }
 

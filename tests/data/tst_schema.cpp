@@ -140,7 +140,7 @@ private Q_SLOTS:
         // Unique only where the program relies on it.
         QCOMPARE(unique, (QStringList{QStringLiteral("Opzioni.NOME"), QStringLiteral("DettagliProdotto.FK_PRODOTTO,FK_MAGAZZINO,TAGLIO"),
                                       QStringLiteral("Contatori.FK_NUMERATORE,ANNO"), QStringLiteral("PrimaNota.ANNO,PROGRESSIVO"),
-                                      QStringLiteral("ContatoriPrimaNota.ANNO")}));
+                                      QStringLiteral("AnniPrimaNota.ANNO")}));
     }
 
     // Amounts are read as exact to the fourth decimal on the servers; SQLite
