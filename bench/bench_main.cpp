@@ -5,18 +5,18 @@
 //
 // Without --mysql the server named by ORVANTIS_TEST_MYSQL is used, if any.
 // Prints medians and ratios; never fails on a time.
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "italiantext.h"
-#include "modeldatabase.h"
-#include "numeratore.h"
-#include "prezzi.h"
-#include "primanota.h"
-#include "giacenze.h"
-#include "scadenze.h"
-#include "session.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "common/italiantext.h"
+#include "data/modeldatabase.h"
+#include "numbering/numeratore.h"
+#include "pricing/prezzi.h"
+#include "accounting/primanota.h"
+#include "stock/giacenze.h"
+#include "accounting/scadenze.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

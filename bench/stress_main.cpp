@@ -18,11 +18,11 @@
 // figures; never judges a time.
 #include "stressdb.h"
 
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "driver.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/driver.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,15 +1,15 @@
 #include "stressdb.h"
 
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "driver.h"
-#include "giacenze.h"
-#include "modeldatabase.h"
-#include "numeratore.h"
-#include "recordset.h"
-#include "scadenze.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/driver.h"
+#include "stock/giacenze.h"
+#include "data/modeldatabase.h"
+#include "numbering/numeratore.h"
+#include "data/recordset.h"
+#include "accounting/scadenze.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QDate>
 #include <QMap>

@@ -2,8 +2,8 @@
 // The pieces of the workstation stress program: the data it saves on, one
 // save as a document save makes it, and the check of the database after.
 
-#include "currency.h"
-#include "primanota.h"
+#include "common/currency.h"
+#include "accounting/primanota.h"
 
 #include <QList>
 #include <QString>

@@ -1,9 +1,9 @@
-#include "fido.h"
+#include "accounting/fido.h"
 
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "recordset.h"
-#include "scadenze.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
+#include "accounting/scadenze.h"
 
 #include <QDate>
 

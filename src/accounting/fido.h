@@ -2,7 +2,7 @@
 // The credit limit of a counterparty. Nothing here blocks or shows anything:
 // the document screen shows the texts and the user decides.
 
-#include "currency.h"
+#include "common/currency.h"
 
 class QDate;
 class QString;

@@ -1,13 +1,13 @@
-#include "primanota.h"
+#include "accounting/primanota.h"
 
-#include "cadosqlserver.h"
-#include "errorlog.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
-#include "valuecheck.h"
+#include "data/cadosqlserver.h"
+#include "common/errorlog.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
+#include "common/valuecheck.h"
 
 namespace {
 

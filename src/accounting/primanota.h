@@ -4,7 +4,7 @@
 // and its withholding, on the accounts of its causal. Everything runs inside
 // the caller's transaction; a failure asks the caller to roll back.
 
-#include "currency.h"
+#include "common/currency.h"
 
 #include <QDate>
 #include <QString>

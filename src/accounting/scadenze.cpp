@@ -1,10 +1,10 @@
-#include "scadenze.h"
+#include "accounting/scadenze.h"
 
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "recordset.h"
-#include "sqlliteral.h"
-#include "valuecheck.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
+#include "common/valuecheck.h"
 
 #include <QDate>
 #include <limits>

@@ -2,7 +2,7 @@
 // Due dates: a payment term spread over an amount and a date, as rows of
 // Scadenze hanging on one journal entry; and the customer's ledger balance.
 
-#include "currency.h"
+#include "common/currency.h"
 
 class QDate;
 class QString;

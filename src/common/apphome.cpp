@@ -1,4 +1,4 @@
-#include "apphome.h"
+#include "common/apphome.h"
 
 #include <QDir>
 #include <QStandardPaths>

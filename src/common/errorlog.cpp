@@ -1,7 +1,7 @@
-#include "errorlog.h"
+#include "common/errorlog.h"
 
-#include "apphome.h"
-#include "italiantext.h"
+#include "common/apphome.h"
+#include "common/italiantext.h"
 
 #include <QDateTime>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QByteArray>
 #include <QDate>

@@ -2,8 +2,8 @@
 // Numbers and dates as Italian text, independent of the machine's locale:
 // decimal comma, dot as thousands separator, dates DD/MM/YYYY.
 
-#include "currency.h"
-#include "single.h"
+#include "common/currency.h"
+#include "common/single.h"
 
 #include <QString>
 #include <QVariant>

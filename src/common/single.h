@@ -3,7 +3,7 @@
 // values in IEEE 32-bit floats. Whether a step runs in Single changes results,
 // so the places that do say so by using this type and these helpers.
 
-#include "currency.h"
+#include "common/currency.h"
 
 #include <cmath>
 #include <optional>

@@ -1,6 +1,6 @@
-#include "valuecheck.h"
+#include "common/valuecheck.h"
 
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QDate>
 

@@ -6,8 +6,8 @@
 // an engine inside a transaction hands the message back to its caller, which
 // shows it after the rollback.
 
-#include "currency.h"
-#include "single.h"
+#include "common/currency.h"
+#include "common/single.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "dialogservice.h"
+#include "core/dialogservice.h"
 
-#include "msgbox.h"
+#include "common/msgbox.h"
 
 #include <QApplication>
 #include <QDesktopServices>

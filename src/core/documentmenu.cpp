@@ -1,7 +1,7 @@
-#include "documentmenu.h"
+#include "core/documentmenu.h"
 
-#include "cadosqlserver.h"
-#include "recordset.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
 
 QList<DocumentMenuEntry> documentMenuEntries()
 {

@@ -1,10 +1,10 @@
-#include "optionstore.h"
+#include "core/optionstore.h"
 
-#include "cadosqlserver.h"
-#include "errorlog.h"
-#include "italiantext.h"
-#include "serversettings.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "common/errorlog.h"
+#include "common/italiantext.h"
+#include "core/serversettings.h"
+#include "data/sqlliteral.h"
 
 #include <QSettings>
 #include <type_traits>

@@ -1,8 +1,8 @@
-#include "passwordchange.h"
+#include "core/passwordchange.h"
 
-#include "cadosqlserver.h"
-#include "optionstore.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "core/optionstore.h"
+#include "data/sqlliteral.h"
 
 namespace {
 const QString kPasswordOption = QStringLiteral("Amministratore");

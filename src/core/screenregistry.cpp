@@ -1,6 +1,6 @@
-#include "screenregistry.h"
+#include "core/screenregistry.h"
 
-#include "dialogservice.h"
+#include "core/dialogservice.h"
 
 #include <QDialog>
 #include <QList>

@@ -1,10 +1,10 @@
-#include "serversettings.h"
+#include "core/serversettings.h"
 
-#include "apphome.h"
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "common/apphome.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QDir>
 #include <QHash>

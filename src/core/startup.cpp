@@ -1,13 +1,13 @@
-#include "startup.h"
+#include "core/startup.h"
 
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "apphome.h"
-#include "modeldatabase.h"
-#include "optionstore.h"
-#include "serversettings.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "common/apphome.h"
+#include "data/modeldatabase.h"
+#include "core/optionstore.h"
+#include "core/serversettings.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QFileInfo>
 

@@ -1,11 +1,11 @@
-#include "cadosqlserver.h"
+#include "data/cadosqlserver.h"
 
-#include "errorlog.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "session.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "common/errorlog.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QSqlQuery>
 #include <utility>

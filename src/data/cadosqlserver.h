@@ -16,8 +16,8 @@
 // as the callers of this class have always expected; const overloads exist for
 // temporaries.
 
-#include "driver.h"
-#include "recordset.h"
+#include "data/driver.h"
+#include "data/recordset.h"
 
 #include <QDateTime>
 #include <QList>

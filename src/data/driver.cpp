@@ -1,9 +1,9 @@
-#include "driver.h"
+#include "data/driver.h"
 
-#include "connectionstring.h"
-#include "sqldialect.h"
-#include "sqlitefunctions.h"
-#include "sqlliteral.h"
+#include "data/connectionstring.h"
+#include "data/sqldialect.h"
+#include "data/sqlitefunctions.h"
+#include "data/sqlliteral.h"
 
 #include <QFileInfo>
 #include <QHash>

@@ -1,14 +1,14 @@
-#include "modeldatabase.h"
+#include "data/modeldatabase.h"
 
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "errorlog.h"
-#include "italiantext.h"
-#include "modelseed.h"
-#include "schema.h"
-#include "session.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "common/errorlog.h"
+#include "common/italiantext.h"
+#include "data/modelseed.h"
+#include "data/schema.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QDir>
 #include <QFile>

@@ -26,9 +26,9 @@
 // pseudo-products "/D" (description rows written by the conversion wizard)
 // and "/L" (free rows typed in documents) are part of the model.
 
-#include "modelseed.h"
+#include "data/modelseed.h"
 
-#include "schema.h"
+#include "data/schema.h"
 
 #include <QDate>
 

@@ -1,6 +1,6 @@
-#include "recordset.h"
+#include "data/recordset.h"
 
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QSqlQuery>
 #include <QSqlRecord>

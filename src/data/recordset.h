@@ -4,7 +4,7 @@
 // read by name (case-insensitive) or by position; a database Null comes back
 // as a null QVariant.
 
-#include "currency.h"
+#include "common/currency.h"
 
 #include <QHash>
 #include <QList>

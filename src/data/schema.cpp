@@ -13,7 +13,7 @@
 // No constraint cascades: a refused delete comes back to the screen as the
 // back end's integrity refusal.
 
-#include "schema.h"
+#include "data/schema.h"
 
 #include <QHash>
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "sqldialect.h"
+#include "data/sqldialect.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "sqlitefunctions.h"
+#include "data/sqlitefunctions.h"
 
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QDateTime>
 #include <QSqlDatabase>

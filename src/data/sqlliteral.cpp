@@ -1,7 +1,7 @@
-#include "sqlliteral.h"
+#include "data/sqlliteral.h"
 
-#include "italiantext.h"
-#include "sqldialect.h"
+#include "common/italiantext.h"
+#include "data/sqldialect.h"
 
 #include <QDateTime>
 #include <cmath>

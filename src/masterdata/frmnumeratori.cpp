@@ -1,12 +1,12 @@
-#include "frmnumeratori.h"
+#include "masterdata/frmnumeratori.h"
 
-#include "cinputs.h"
-#include "fieldlimits.h"
-#include "ckeyfunction.h"
-#include "msgbox.h"
-#include "numeratori.h"
-#include "optionstore.h"
-#include "waitcursor.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/fieldlimits.h"
+#include "screens/framework/ckeyfunction.h"
+#include "common/msgbox.h"
+#include "masterdata/numeratori.h"
+#include "core/optionstore.h"
+#include "screens/framework/waitcursor.h"
 
 #include <QApplication>
 #include <QGridLayout>

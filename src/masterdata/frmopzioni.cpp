@@ -1,19 +1,19 @@
-#include "frmopzioni.h"
+#include "masterdata/frmopzioni.h"
 
-#include "clookupfield.h"
+#include "screens/framework/clookupfield.h"
 
-#include "cinputs.h"
-#include "ckeyfunction.h"
-#include "dialogservice.h"
-#include "fieldlimits.h"
-#include "frmricerca.h"
-#include "italiantext.h"
-#include "listhelpers.h"
-#include "logoazienda.h"
-#include "msgbox.h"
-#include "opzionicampi.h"
-#include "optionstore.h"
-#include "session.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "core/dialogservice.h"
+#include "screens/framework/fieldlimits.h"
+#include "screens/framework/frmricerca.h"
+#include "common/italiantext.h"
+#include "screens/framework/listhelpers.h"
+#include "masterdata/logoazienda.h"
+#include "common/msgbox.h"
+#include "masterdata/opzionicampi.h"
+#include "core/optionstore.h"
+#include "data/session.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -256,11 +256,11 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     auto* edit = new QLineEdit(row);
     edit->setObjectName(name(campo.controllo));
     edit->setFixedWidth(110);
-    const bool numero = QLatin1String(campo.tabella->colonnaCodice) == QLatin1String("NUMERO");
+    const bool numero = QLatin1String(campo.tabella->codeColumn) == QLatin1String("NUMERO");
     auto* box = new cTextBox(edit, numero ? typedinput::InteroNonFormattato : typedinput::Testo, this);
     box->setCaseState(1);
     box->setCKeyRef(m_keys);
-    limitToColumn(edit, QString::fromLatin1(campo.tabella->nome), QString::fromLatin1(campo.tabella->colonnaCodice));
+    limitToColumn(edit, QString::fromLatin1(campo.tabella->table), QString::fromLatin1(campo.tabella->codeColumn));
     auto* button = new QToolButton(row);
     button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(campo.sfoglia));
     button->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));
@@ -278,7 +278,7 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     const Campo* chiave = &campo;
     auto* lookup = new cLookupField(
         edit, descrizione, [chiave](QString& c, QString& d, int& r) { return opzioni::valida(*chiave, c, d, r); },
-        opzioni::sqlRicerca(*campo.tabella), this);
+        lookupSearch(*campo.tabella), this);
     lookup->setSearchTitle(titoloRicerca(campo));
     lookup->setButton(button);
     m_chiavi.append({&campo, lookup});
@@ -396,7 +396,7 @@ void frmOpzioni::cmdSfoglia_Click(int index)
 
 void frmOpzioni::onFunctionKey(const QString& controlName, int keyCode, int)
 {
-    if (keyCode != 114)
+    if (keyCode != vbKey::F3)
         return;
     if (const Campo* campo = opzioni::campo(controlName); campo && campo->tipo == Controllo::Chiave)
         cmdSfoglia_Click(campo->sfoglia);

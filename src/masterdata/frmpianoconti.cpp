@@ -1,10 +1,10 @@
-#include "frmpianoconti.h"
+#include "masterdata/frmpianoconti.h"
 
-#include "cadosqlserver.h"
-#include "frmricercaconto.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmricercaconto.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -12,18 +12,22 @@
 #include <QTimer>
 
 frmPianoConti::frmPianoConti(QWidget* parent)
-    : cTableScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"), QStringLiteral("PianoConti"),
-                   {{"CODICE", "Codice:", "txtCodice", 120}, {"DESCRIZIONE", "Descrizione:", "txtDescrizione"}}, parent)
+    : cTableScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"),
+                   {QStringLiteral("PianoConti"),
+                    {fields::field("CODICE", "txtCodice", "Codice", fields::Required | fields::Trimmed),
+                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione", fields::Required | fields::Trimmed)}},
+                   parent)
 {
     // The code is the account's place in the tree (mastro 2, conto 5,
     // sottoconto 8 characters), a rule of its own, stricter than its column.
-    field(0)->setMaxLength(8);
+    codeEdit()->setMaxLength(8);
     m_lblMastro = new QLabel(fraMain());
     m_lblMastro->setObjectName(QStringLiteral("lblMastro"));
     m_lblConto = new QLabel(fraMain());
     m_lblConto->setObjectName(QStringLiteral("lblConto"));
-    form()->insertRow(0, QStringLiteral("Mastro:"), m_lblMastro);
-    form()->insertRow(1, QStringLiteral("Conto:"), m_lblConto);
+    auto* form = static_cast<QFormLayout*>(fraMain()->layout());
+    form->insertRow(0, QStringLiteral("Mastro:"), m_lblMastro);
+    form->insertRow(1, QStringLiteral("Conto:"), m_lblConto);
     // The fourth command refreshes like everywhere else, under this caption.
     setCommandCaption(3, QStringLiteral("Elimina [F11]"));
     resize(520, 200);
@@ -63,22 +67,43 @@ void frmPianoConti::checkCodice(const QString& code)
         showData(found.toInt(), QString());
 }
 
-void frmPianoConti::codeLeft(const QString& code)
+QLineEdit* frmPianoConti::codeEdit() const
 {
-    const auto backToCode = [this] { QTimer::singleShot(0, field(0), [this] { field(0)->setFocus(); }); };
+    return static_cast<QLineEdit*>(control(QStringLiteral("txtCodice")));
+}
+
+bool frmPianoConti::codeAccepted(const QString& code)
+{
     if (code.size() == 8 || code.size() == 5 || code.size() == 2) {
-        if (currentRid() <= 0)
-            checkCodice(code);
-        if (!setInformation(code) && code.size() > 2) {
-            msgBox(QStringLiteral("Attenzione! Il codice inserito non è valido: \nMastro e/o Conto non trovati."),
-                   vb::Exclamation);
-            backToCode();
-        }
-        return;
+        if (setInformation(code) || code.size() == 2)
+            return true;
+        msgBox(QStringLiteral("Attenzione! Il codice inserito non è valido: \nMastro e/o Conto non trovati."),
+               vb::Exclamation);
+        return false;
     }
     msgBox(QStringLiteral("Formato Codice Errato!\nMASTRO  = 2 Caratteri\nCONTO = 3 Caratteri\nSOTTOCONTO = 3 Caratteri"),
            vb::Exclamation);
-    backToCode();
+    return false;
+}
+
+void frmPianoConti::codeLeft(const QString& code)
+{
+    const bool shape = code.size() == 8 || code.size() == 5 || code.size() == 2;
+    if (shape && currentRid() <= 0)
+        checkCodice(code);
+    if (!codeAccepted(codeText().trimmed()))
+        QTimer::singleShot(0, codeEdit(), [this] { codeEdit()->setFocus(); });
+}
+
+// A code without its mastro or conto, or of the wrong shape, is never saved.
+bool frmPianoConti::saveRecord()
+{
+    const QString code = codeText().trimmed();
+    if (!code.isEmpty() && !codeAccepted(code)) {
+        codeEdit()->setFocus();
+        return false;
+    }
+    return cTableScreen::saveRecord();
 }
 
 void frmPianoConti::cmdSfoglia_Click(int index)
@@ -92,13 +117,13 @@ void frmPianoConti::cmdSfoglia_Click(int index)
 
 void frmPianoConti::clearFields()
 {
-    cTableScreen::clearFields();
+    cRecordScreen::clearFields();
     m_lblMastro->clear();
     m_lblConto->clear();
 }
 
 void frmPianoConti::fillFields(const Recordset& rs)
 {
-    cTableScreen::fillFields(rs);
-    setInformation(field(0)->text());
+    cRecordScreen::fillFields(rs);
+    setInformation(codeText());
 }

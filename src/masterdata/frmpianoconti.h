@@ -2,9 +2,10 @@
 // The chart of accounts: three levels in one table, the level being the
 // length of the code (mastro 2, conto 5, sottoconto 8 characters).
 
-#include "ctablescreen.h"
+#include "screens/framework/ctablescreen.h"
 
 class QLabel;
+class QLineEdit;
 
 class frmPianoConti : public cTableScreen
 {
@@ -20,6 +21,7 @@ public:
     void checkCodice(const QString& code);
 
     void cmdSfoglia_Click(int index) override;
+    bool saveRecord() override;
 
 protected:
     void clearFields() override;
@@ -28,6 +30,10 @@ protected:
 
 private:
     QVariant descriptionOf(const QString& code) const;
+    QLineEdit* codeEdit() const;
+    // A code of the right shape whose mastro and conto exist; otherwise its
+    // message is shown and false comes back.
+    bool codeAccepted(const QString& code);
 
     QLabel* m_lblMastro;
     QLabel* m_lblConto;

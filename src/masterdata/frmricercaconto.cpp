@@ -1,8 +1,8 @@
-#include "frmricercaconto.h"
+#include "masterdata/frmricercaconto.h"
 
-#include "cadosqlserver.h"
-#include "dialogservice.h"
-#include "recordset.h"
+#include "data/cadosqlserver.h"
+#include "core/dialogservice.h"
+#include "data/recordset.h"
 
 #include <QHBoxLayout>
 #include <QHash>

@@ -1,20 +1,15 @@
-#include "frmtipodocumento.h"
+#include "masterdata/frmtipodocumento.h"
 
-#include "clookupfield.h"
+#include "common/italiantext.h"
+#include "core/optionstore.h"
+#include "core/screenregistry.h"
+#include "masterdata/stampantidocumenti.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "screens/framework/clookupfield.h"
+#include "screens/framework/frmricerca.h"
+#include "screens/framework/listhelpers.h"
 
-#include "cinputs.h"
-#include "fieldlimits.h"
-#include "frmricerca.h"
-#include "italiantext.h"
-#include "listhelpers.h"
-#include "lookups.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "recordset.h"
-#include "screenregistry.h"
-#include "stampantidocumenti.h"
-
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -26,15 +21,38 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+using namespace fields;
+
 namespace {
 
 const QString kPredefinita = QStringLiteral("Predefinita");
 const QString kFrmCausali = QStringLiteral("frmCausali");
+const QString kNumeratori = QStringLiteral("SELECT RID, DESCRIZIONE FROM Numeratori ORDER BY DESCRIZIONE");
+// The report files offered for documents, in key order.
+const QString kReportDocumenti = QStringLiteral("SELECT RID, REPORT FROM FunzionalitaReport WHERE Funzionalita = 1 ORDER BY RID");
+constexpr int kNumeratoreBrowse = 2;
 
-// fillCmbReport: the report files of a function, by name.
-void fillCmbReport(int funzionalita, QComboBox* combo)
+FieldList tipoDocumentoFields()
 {
-    fillComboBox(reportFunzionalita(funzionalita), combo);
+    return {QStringLiteral("TipoDocumenti"),
+            {field("CODICE", "txtCodice", "Codice", Required),
+             field("DESCRIZIONE", "txtDescrizione", "Descrizione", Required),
+             field("DESCSTAMPA", "txtDescStampa", "Descrizione Stampa", Required),
+             key("FK_CAUSALE", "txtCausale", "Causale", lookup::causali, Required),
+             combo("NCONTATORE", "cmbNumeratore", "Contatore", Required),
+             combo("REPORT", "cmbReport", "Report", Required | ComboText),
+             field("ACCOMPAGNATORIO", "chkAccompagnatorio", "Accompagnatorio"),
+             field("STAMPAELENCOSPECIALE", "chkStampaElencoSpeciale", "Stampa Elenco Speciale"),
+             field("MODIFICAPREZZOACQUISTO", "chkModificaPrezzoAcquisto", "Modifica Prezzo Acquisto"),
+             field("USAPREZZIIVA", "chkUsaPrezziIva", "Usa prezzi con IVA"),
+             field("FLEXCOUNTER", "chkFlexCounter", "Numeratore flessibile"),
+             field("MOSTRAVB", "chkMostraVB", "Mostra in V.B."),
+             field("NONSTAMPAREVB", "chkNonStampareVB", "Non stampare in V.B."),
+             field("HIDEMENU", "chkHideMenu", "Nascondi nel menù"),
+             field("HIDERICERCA", "chkHideRicerca", "Nascondi nella ricerca"),
+             field("USARDA", "chkRDA", "Utilizza R.D.A."),
+             number("RDA1", "txtRDA1", "R.D.A. % (1)", 2, ZeroWhenEmpty),
+             number("RDA2", "txtRDA2", "R.D.A. % (2)", 2, ZeroWhenEmpty)}};
 }
 
 QLabel* caption(const QString& text, QWidget* parent)
@@ -61,18 +79,14 @@ QWidget* leftAligned(QWidget* field)
 frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     : cRecordScreen(QStringLiteral("frmTipoDocumento"), QStringLiteral("Tipi di Documento"), parent)
 {
+    setFields(tipoDocumentoFields());
     QWidget* frame = fraMain();
-    m_txtCodice = lineEdit("txtCodice");
-    m_txtCodice->setMaximumWidth(120);
-    m_txtDescrizione = lineEdit("txtDescrizione");
-    m_txtDescStampa = lineEdit("txtDescStampa");
-    m_txtCausale = lineEdit("txtCausale");
-    m_txtCausale->setMaximumWidth(90);
-    m_lblCausale = new QLabel(frame);
-    m_lblCausale->setObjectName(QStringLiteral("lblCausale"));
-    m_lblCausale->setFrameShape(QFrame::StyledPanel);
-    m_lblCausale->setFrameShadow(QFrame::Sunken);
-    m_lblCausale->setMinimumWidth(220);
+    for (const char* name : {"cmbNumeratore", "cmbReport"})
+        combo(name)->setMinimumWidth(260);
+    m_cmbStampante = new QComboBox(frame);
+    m_cmbStampante->setObjectName(QStringLiteral("cmbStampante"));
+    m_cmbStampante->setMinimumWidth(260);
+    (new cComboBox(m_cmbStampante, this))->setCKeyRef(keys());
     m_cmdCausale = new QToolButton(frame);
     m_cmdCausale->setObjectName(QStringLiteral("cmdCausale"));
     m_cmdCausale->setIcon(QIcon::fromTheme(QStringLiteral("document-open")));
@@ -80,41 +94,14 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     m_cmdCausale->setFocusPolicy(Qt::NoFocus);
     m_cmdCausale->setEnabled(false);
     connect(m_cmdCausale, &QToolButton::clicked, this, &frmTipoDocumento::cmdCausale_Click);
-
-    auto combo = [frame](const char* name) {
-        auto* box = new QComboBox(frame);
-        box->setObjectName(QString::fromLatin1(name));
-        box->setMinimumWidth(260);
-        return box;
-    };
-    m_cmbNumeratore = combo("cmbNumeratore");
-    m_cmbReport = combo("cmbReport");
-    m_cmbStampante = combo("cmbStampante");
-
-    m_chkAccompagnatorio = checkBox("chkAccompagnatorio", "Accompagnatorio");
-    m_chkMostraVB = checkBox("chkMostraVB", "Mostra in V.B.");
-    m_chkNonStampareVB = checkBox("chkNonStampareVB", "Non stampare in V.B.");
-    m_chkStampaElencoSpeciale = checkBox("chkStampaElencoSpeciale", "Stampa Elenco Speciale");
-    m_chkModificaPrezzoAcquisto = checkBox("chkModificaPrezzoAcquisto", "Modifica Prezzo Acquisto");
-    m_chkUsaPrezziIva = checkBox("chkUsaPrezziIva", "Usa prezzi con IVA");
-    m_chkFlexCounter = checkBox("chkFlexCounter", "Numeratore flessibile");
-    m_chkHideMenu = checkBox("chkHideMenu", "Nascondi nel menù");
-    m_chkHideRicerca = checkBox("chkHideRicerca", "Nascondi nella ricerca");
-    m_chkRDA = checkBox("chkRDA", "Utilizza R.D.A.");
-    m_txtRDA1 = lineEdit("txtRDA1");
-    m_txtRDA2 = lineEdit("txtRDA2");
-    for (QLineEdit* rate : {m_txtRDA1, m_txtRDA2})
-        rate->setMaximumWidth(80);
-    connect(m_chkRDA, &QCheckBox::toggled, this, &frmTipoDocumento::chkRDA_Click);
+    lookupOf(QStringLiteral("txtCausale"))->setSearchTitle(QStringLiteral("Ricerca - Causali"));
+    connect(lookupOf(QStringLiteral("txtCausale")), &cLookupField::changed, this, &frmTipoDocumento::causaleChanged);
 
     // --- layout
     auto* causale = new QHBoxLayout;
     causale->setSpacing(4);
-    m_causale = addLookup(1, m_txtCausale, m_lblCausale, &validaCausale, causaleSearch());
-    m_causale->setSearchTitle(QStringLiteral("Ricerca - Causali"));
-    causale->addWidget(withBrowseButton(m_txtCausale, 1));
+    causale->addWidget(fieldRow(QStringLiteral("txtCausale")), 1);
     causale->addWidget(m_cmdCausale);
-    causale->addWidget(m_lblCausale, 1);
 
     auto* form = new QGridLayout;
     int row = 0;
@@ -122,37 +109,41 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
         form->addWidget(caption(QString::fromUtf8(text), frame), row, 0);
         form->addWidget(field, row++, 1);
     };
-    addRow("Codice:", withBrowseButton(m_txtCodice, 0));
-    addRow("Descrizione:", m_txtDescrizione);
-    addRow("Descrizione Stampa:", m_txtDescStampa);
+    addRow("Codice:", fieldRow(QStringLiteral("txtCodice")));
+    addRow("Descrizione:", fieldRow(QStringLiteral("txtDescrizione")));
+    addRow("Descrizione Stampa:", fieldRow(QStringLiteral("txtDescStampa")));
     form->addWidget(caption(QStringLiteral("Causale:"), frame), row, 0);
     form->addLayout(causale, row++, 1);
-    addRow("Contatore:", withBrowseButton(m_cmbNumeratore, 2));
-    addRow("Report:", leftAligned(m_cmbReport));
+    addRow("Contatore:", withBrowseButton(combo("cmbNumeratore"), kNumeratoreBrowse));
+    addRow("Report:", leftAligned(combo("cmbReport")));
     addRow("Stampante:", leftAligned(m_cmbStampante));
     form->setColumnStretch(1, 1);
 
     auto* opzioni = new QGroupBox(QStringLiteral(" Opzioni "), frame);
     auto* flags = new QGridLayout(opzioni);
-    const QList<QCheckBox*> ordered{m_chkAccompagnatorio, m_chkStampaElencoSpeciale, m_chkModificaPrezzoAcquisto,
-                                    m_chkUsaPrezziIva,     m_chkFlexCounter,          m_chkMostraVB,
-                                    m_chkNonStampareVB,    m_chkHideMenu,             m_chkHideRicerca};
-    for (int i = 0; i < int(ordered.size()); ++i) {
-        ordered.at(i)->setParent(opzioni);
-        flags->addWidget(ordered.at(i), i % 5, i / 5);
+    const char* const ordered[] = {"chkAccompagnatorio", "chkStampaElencoSpeciale", "chkModificaPrezzoAcquisto",
+                                   "chkUsaPrezziIva",    "chkFlexCounter",          "chkMostraVB",
+                                   "chkNonStampareVB",   "chkHideMenu",             "chkHideRicerca"};
+    for (int i = 0; i < int(std::size(ordered)); ++i) {
+        QWidget* check = control(QString::fromLatin1(ordered[i]));
+        check->setParent(opzioni);
+        flags->addWidget(check, i % 5, i / 5);
     }
 
     auto* rda = new QGroupBox(QStringLiteral(" R.D.A. "), frame);
     auto* rdaRow = new QHBoxLayout(rda);
-    m_chkRDA->setParent(rda);
-    rdaRow->addWidget(m_chkRDA);
+    rdaRow->addWidget(control(QStringLiteral("chkRDA")));
     rdaRow->addSpacing(12);
     rdaRow->addWidget(new QLabel(QStringLiteral("valore R.D.A. %"), rda));
-    rdaRow->addWidget(m_txtRDA1);
+    rdaRow->addWidget(control(QStringLiteral("txtRDA1")));
     rdaRow->addWidget(new QLabel(QStringLiteral("sul"), rda));
-    rdaRow->addWidget(m_txtRDA2);
+    rdaRow->addWidget(control(QStringLiteral("txtRDA2")));
     rdaRow->addWidget(new QLabel(QStringLiteral("% dell' imponibile"), rda));
     rdaRow->addStretch(1);
+    for (const char* rate : {"txtRDA1", "txtRDA2"})
+        control(QString::fromLatin1(rate))->setMaximumWidth(80);
+    connect(static_cast<QCheckBox*>(control(QStringLiteral("chkRDA"))), &QCheckBox::toggled, this,
+            &frmTipoDocumento::chkRDA_Click);
 
     auto* layout = new QVBoxLayout(frame);
     layout->addLayout(form);
@@ -160,51 +151,26 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     layout->addWidget(rda);
     layout->addStretch(1);
 
-    // --- wrappers
-    setCodeField(new cTextBox(m_txtCodice, typedinput::Testo, this));
-    setDescriptionField(new cTextBox(m_txtDescrizione, typedinput::Testo, this));
-    (new cTextBox(m_txtDescStampa, typedinput::Testo, this))->setCKeyRef(keys());
-    limitToColumn(m_txtCodice, QStringLiteral("TipoDocumenti"), QStringLiteral("CODICE"));
-    limitToColumn(m_txtDescrizione, QStringLiteral("TipoDocumenti"), QStringLiteral("DESCRIZIONE"));
-    limitToColumn(m_txtDescStampa, QStringLiteral("TipoDocumenti"), QStringLiteral("DESCSTAMPA"));
-    limitToColumn(m_txtCausale, QStringLiteral("Causali"), QStringLiteral("CODICE"));
-    m_rda1 = new cTextBox(m_txtRDA1, typedinput::DecimaleZero, this);
-    m_rda2 = new cTextBox(m_txtRDA2, typedinput::DecimaleZero, this);
-    for (cTextBox* rate : {m_rda1, m_rda2})
-        rate->setCKeyRef(keys());
-    for (QComboBox* box : {m_cmbNumeratore, m_cmbReport, m_cmbStampante})
-        (new cComboBox(box, this))->setCKeyRef(keys());
-    for (QCheckBox* check : ordered + QList<QCheckBox*>{m_chkRDA})
-        (new cCheckBox(check, this))->setCKeyRef(keys());
-    connect(m_causale, &cLookupField::changed, this, [this](int rid) { setCausale(m_txtCausale->text(), m_lblCausale->text(), rid); });
-
     fillNumeratori();
-    fillCmbReport(1, m_cmbReport);
+    fillComboBox(kReportDocumenti, combo("cmbReport"));
     fillStampanti();
+    chkRDA_Click();
     resize(620, 540);
 }
 
-QLineEdit* frmTipoDocumento::lineEdit(const char* name)
+QComboBox* frmTipoDocumento::combo(const char* name) const
 {
-    auto* edit = new QLineEdit(fraMain());
-    edit->setObjectName(QString::fromLatin1(name));
-    return edit;
-}
-
-QCheckBox* frmTipoDocumento::checkBox(const char* name, const char* text)
-{
-    auto* check = new QCheckBox(QString::fromUtf8(text), fraMain());
-    check->setObjectName(QString::fromLatin1(name));
-    return check;
+    return static_cast<QComboBox*>(control(QString::fromLatin1(name)));
 }
 
 // The numerators may have changed in their own screen: the list is read
 // again, keeping the choice.
 void frmTipoDocumento::fillNumeratori()
 {
-    const QVariant chosen = m_cmbNumeratore->currentData();
-    fillComboBox(numeratoriCombo(), m_cmbNumeratore);
-    setListindexByItemData(m_cmbNumeratore, chosen);
+    QComboBox* numeratori = combo("cmbNumeratore");
+    const QVariant chosen = numeratori->currentData();
+    fillComboBox(kNumeratori, numeratori);
+    setListindexByItemData(numeratori, chosen);
 }
 
 void frmTipoDocumento::fillStampanti()
@@ -220,77 +186,21 @@ QString frmTipoDocumento::stampanteScelta() const
     return m_cmbStampante->currentIndex() <= 0 ? QString() : m_cmbStampante->currentText();
 }
 
-TipoDocumento frmTipoDocumento::tipoDocumento() const
-{
-    TipoDocumento td;
-    td.codice = m_txtCodice->text().trimmed();
-    td.descrizione = m_txtDescrizione->text();
-    td.descStampa = m_txtDescStampa->text();
-    td.fkCausale = m_causale->rid();
-    td.nContatore = m_cmbNumeratore->currentIndex() < 0 ? 0 : m_cmbNumeratore->currentData().toInt();
-    td.report = m_cmbReport->currentIndex() < 0 ? QString() : m_cmbReport->currentText();
-    td.accompagnatorio = m_chkAccompagnatorio->isChecked();
-    td.mostraVB = m_chkMostraVB->isChecked();
-    td.nonStampareVB = m_chkNonStampareVB->isChecked();
-    td.stampaElencoSpeciale = m_chkStampaElencoSpeciale->isChecked();
-    td.modificaPrezzoAcquisto = m_chkModificaPrezzoAcquisto->isChecked();
-    td.usaPrezziIva = m_chkUsaPrezziIva->isChecked();
-    td.flexCounter = m_chkFlexCounter->isChecked();
-    td.hideMenu = m_chkHideMenu->isChecked();
-    td.hideRicerca = m_chkHideRicerca->isChecked();
-    td.usaRda = m_chkRDA->isChecked();
-    td.rda1 = m_txtRDA1->text();
-    td.rda2 = m_txtRDA2->text();
-    return td;
-}
-
+// A type shows only with a valid numerator.
 QString frmTipoDocumento::selectStatement() const
 {
-    return tipoDocumentoSelect();
-}
-
-void frmTipoDocumento::clearFields()
-{
-    for (QLineEdit* edit : {m_txtCodice, m_txtDescrizione, m_txtDescStampa})
-        edit->clear();
-    setCausale(QString(), QString(), 0);
-    m_chkRDA->setChecked(false);
-    for (QCheckBox* check : {m_chkAccompagnatorio, m_chkMostraVB, m_chkNonStampareVB, m_chkStampaElencoSpeciale,
-                             m_chkModificaPrezzoAcquisto, m_chkUsaPrezziIva, m_chkFlexCounter, m_chkHideMenu,
-                             m_chkHideRicerca})
-        check->setChecked(false);
-    m_txtRDA1->setText(formattaImporto(QVariant(), 2));
-    m_txtRDA2->setText(formattaImporto(QVariant(), 2));
-    chkRDA_Click();
-    m_cmbNumeratore->setCurrentIndex(-1);
-    m_cmbReport->setCurrentIndex(-1);
-    fillStampanti();
+    return QStringLiteral("SELECT * FROM (") + cRecordScreen::selectStatement()
+        + QStringLiteral(" WHERE NCONTATORE IN (SELECT RID FROM Numeratori)) TD");
 }
 
 void frmTipoDocumento::fillFields(const Recordset& rs)
 {
-    const TipoDocumento td = tipoDocumentoFromRecord(rs);
-    m_txtCodice->setText(td.codice);
-    m_txtDescrizione->setText(td.descrizione);
-    m_txtDescStampa->setText(td.descStampa);
-    setCausale(rs.text(QStringLiteral("CODCAUSALE")), rs.text(QStringLiteral("DESCCAUSALE")), td.fkCausale);
-    setListindexByItemData(m_cmbNumeratore, td.nContatore);
-    m_cmbReport->setCurrentIndex(m_cmbReport->findText(td.report));
-    m_chkAccompagnatorio->setChecked(td.accompagnatorio);
-    m_chkMostraVB->setChecked(td.mostraVB);
-    m_chkNonStampareVB->setChecked(td.nonStampareVB);
-    m_chkStampaElencoSpeciale->setChecked(td.stampaElencoSpeciale);
-    m_chkModificaPrezzoAcquisto->setChecked(td.modificaPrezzoAcquisto);
-    m_chkUsaPrezziIva->setChecked(td.usaPrezziIva);
-    m_chkFlexCounter->setChecked(td.flexCounter);
-    m_chkHideMenu->setChecked(td.hideMenu);
-    m_chkHideRicerca->setChecked(td.hideRicerca);
-    m_chkRDA->setChecked(td.usaRda);
-    m_txtRDA1->setText(td.rda1);
-    m_txtRDA2->setText(td.rda2);
-
+    fillStampanti();
+    cRecordScreen::fillFields(rs);
+    chkRDA_Click();
+    causaleChanged();
     // A printer that is no longer installed still shows what is stored.
-    const QString stampante = getStampanteDocumento(td.codice);
+    const QString stampante = getStampanteDocumento(codeText().trimmed());
     if (!stampante.isEmpty()) {
         int index = m_cmbStampante->findText(stampante);
         if (index < 0) {
@@ -303,22 +213,21 @@ void frmTipoDocumento::fillFields(const Recordset& rs)
 
 QStringList frmTipoDocumento::faults() const
 {
-    return tipoDocumentoFaults(tipoDocumento());
-}
-
-QString frmTipoDocumento::insertStatement() const
-{
-    return tipoDocumentoInsert(tipoDocumento());
-}
-
-QString frmTipoDocumento::updateStatement(int rid) const
-{
-    return tipoDocumentoUpdate(tipoDocumento(), rid);
+    QStringList found = cRecordScreen::faults();
+    const QStringList shown = shownValues();
+    const FieldList& list = fieldList();
+    if (shown.at(list.indexOf(QStringLiteral("chkRDA"))) == QLatin1String("1"))
+        for (const char* rate : {"txtRDA1", "txtRDA2"}) {
+            const int i = list.indexOf(QString::fromLatin1(rate));
+            if (getValoreSingle(shown.at(i)) == 0)
+                found << obbligatorio(list.at(i).caption);
+        }
+    return found;
 }
 
 QString frmTipoDocumento::searchStatement() const
 {
-    return tipoDocumentoSearch();
+    return QStringLiteral("SELECT RID, Codice, Descrizione FROM TipoDocumenti ORDER BY DESCRIZIONE");
 }
 
 void frmTipoDocumento::showData(int rid, const QString& codice)
@@ -330,11 +239,13 @@ void frmTipoDocumento::showData(int rid, const QString& codice)
 bool frmTipoDocumento::newRecord()
 {
     fillNumeratori();
+    fillStampanti();
     cRecordScreen::newRecord();
-    m_chkUsaPrezziIva->setChecked(gOptions().usaPrezziIva);
-    if (m_cmbReport->count() > 0)
-        m_cmbReport->setCurrentIndex(0);
-    m_cmbStampante->setCurrentIndex(0);
+    chkRDA_Click();
+    causaleChanged();
+    static_cast<QCheckBox*>(control(QStringLiteral("chkUsaPrezziIva")))->setChecked(gOptions().usaPrezziIva);
+    if (combo("cmbReport")->count() > 0)
+        combo("cmbReport")->setCurrentIndex(0);
     return true;
 }
 
@@ -347,8 +258,7 @@ bool frmTipoDocumento::saveRecord()
     return true;
 }
 
-// No check for documents of the type, and no type of the system's own: the
-// database's keys answer.
+// No check for documents of the type: the database's keys answer.
 bool frmTipoDocumento::deleteRecord()
 {
     if (!cRecordScreen::deleteRecord())
@@ -359,45 +269,41 @@ bool frmTipoDocumento::deleteRecord()
 
 void frmTipoDocumento::chkRDA_Click()
 {
-    const bool on = m_chkRDA->isChecked();
-    m_txtRDA1->setEnabled(on);
-    m_txtRDA2->setEnabled(on);
-    if (!on) {
-        m_txtRDA1->setText(formattaImporto(QVariant(), 2));
-        m_txtRDA2->setText(formattaImporto(QVariant(), 2));
+    const bool on = static_cast<QCheckBox*>(control(QStringLiteral("chkRDA")))->isChecked();
+    for (const char* name : {"txtRDA1", "txtRDA2"}) {
+        auto* rate = static_cast<QLineEdit*>(control(QString::fromLatin1(name)));
+        rate->setEnabled(on);
+        if (!on || rate->text().isEmpty())
+            rate->setText(formattaImporto(QVariant(), 2));
     }
 }
 
-void frmTipoDocumento::setCausale(const QString& codice, const QString& descrizione, int rid)
+void frmTipoDocumento::causaleChanged()
 {
-    m_causale->setRecord(rid, codice, descrizione);
-    m_cmdCausale->setEnabled(m_causale->rid() > 0 && screens::findScreen(kFrmCausali));
+    m_cmdCausale->setEnabled(lookupOf(QStringLiteral("txtCausale"))->rid() > 0 && screens::findScreen(kFrmCausali));
 }
 
 void frmTipoDocumento::cmdCausale_Click()
 {
-    if (m_causale->rid() > 0)
-        screens::openScreen(kFrmCausali, m_causale->rid());
+    const int rid = lookupOf(QStringLiteral("txtCausale"))->rid();
+    if (rid > 0)
+        screens::openScreen(kFrmCausali, rid);
 }
 
 void frmTipoDocumento::cmdSfoglia_Click(int index)
 {
-    switch (index) {
-    case 2: {
-        fillNumeratori();
-        const int rid = frmRicerca::cerca(numeratoriCombo(), QStringLiteral("Ricerca - Numeratori"));
-        if (rid > 0)
-            setListindexByItemData(m_cmbNumeratore, rid);
-        break;
-    }
-    default: cRecordScreen::cmdSfoglia_Click(index); break;
-    }
+    if (index != kNumeratoreBrowse)
+        return cRecordScreen::cmdSfoglia_Click(index);
+    fillNumeratori();
+    const int rid = frmRicerca::cerca(kNumeratori, QStringLiteral("Ricerca - Numeratori"));
+    if (rid > 0)
+        setListindexByItemData(combo("cmbNumeratore"), rid);
 }
 
 void frmTipoDocumento::onFunctionKey(const QString& controlName, int keyCode, int shift)
 {
-    if (keyCode == 114 && controlName == m_cmbNumeratore->objectName())
-        cmdSfoglia_Click(2);
+    if (keyCode == vbKey::F3 && controlName == QLatin1String("cmbNumeratore"))
+        cmdSfoglia_Click(kNumeratoreBrowse);
     else
         cRecordScreen::onFunctionKey(controlName, keyCode, shift);
 }

@@ -1,4 +1,4 @@
-#include "logoazienda.h"
+#include "masterdata/logoazienda.h"
 
 #include <QDir>
 #include <QPainter>

@@ -1,36 +1,36 @@
-#include "masterdatascreens.h"
+#include "masterdata/masterdatascreens.h"
 
-#include "ctablescreen.h"
-#include "frmcausali.h"
-#include "frmiva.h"
-#include "frmnumeratori.h"
-#include "frmopzioni.h"
-#include "frmpianoconti.h"
-#include "frmricercaconto.h"
-#include "frmtipodocumento.h"
-#include "frmsimpleform.h"
-#include "screenregistry.h"
+#include "screens/framework/ctablescreen.h"
+#include "masterdata/frmcausali.h"
+#include "masterdata/frmiva.h"
+#include "masterdata/frmnumeratori.h"
+#include "masterdata/frmopzioni.h"
+#include "masterdata/frmpianoconti.h"
+#include "masterdata/frmricercaconto.h"
+#include "masterdata/frmtipodocumento.h"
+#include "screens/framework/frmsimpleform.h"
+#include "core/screenregistry.h"
 
 namespace {
 
 // A record screen: on a new record from the menu, on the record whose key
-// is the argument when another screen opens it.
+// is the argument when another screen opens it. A single screen is opened
+// once and raised after; the others open a new copy each time.
 template <typename Screen>
-void registerRecordScreen(const char* name, bool keepCase)
+void registerRecordScreen(const char* name, bool keepCase, bool single)
 {
     screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [keepCase](QWidget* parent, const QVariant& rid) -> QWidget* {
         auto* screen = new Screen(parent);
         screen->startMe(keepCase, rid.toInt() <= 0, rid.toInt());
         return screen;
-    }, true});
+    }, single});
 }
 
-// A record screen of plain text columns.
-void registerTableScreen(const char* name, const char* title, const char* table, QList<TableColumn> columns)
+// A record screen that is its fields alone.
+void registerTableScreen(const char* name, const char* title, const fields::FieldList& list)
 {
     screens::registerScreen(QString::fromLatin1(name), {screens::Kind::Child, [=](QWidget* parent, const QVariant&) -> QWidget* {
-        auto* screen = new cTableScreen(QString::fromLatin1(name), QString::fromLatin1(title), QString::fromLatin1(table),
-                                        columns, parent);
+        auto* screen = new cTableScreen(QString::fromLatin1(name), QString::fromLatin1(title), list, parent);
         screen->startMe(true, true, 0);
         return screen;
     }, true});
@@ -40,28 +40,32 @@ void registerTableScreen(const char* name, const char* title, const char* table,
 
 void registerMasterdataScreens()
 {
-    registerRecordScreen<frmIva>("frmIva", false);
-    registerRecordScreen<frmCausali>("frmCausali", true);
-    registerRecordScreen<frmPianoConti>("frmPianoConti", true);
+    registerRecordScreen<frmIva>("frmIva", false, true);
+    registerRecordScreen<frmCausali>("frmCausali", true, false);
+    registerRecordScreen<frmPianoConti>("frmPianoConti", true, true);
 
-    registerTableScreen("frmBanche", "Banche", "Banche",
-                        {{"CODICE", "Codice:", "txtCodice", 140},
-                         {"DESCRIZIONE", "Descrizione:", "txtDescrizione"},
-                         {"ABI", "ABI:", "txtABI", 90},
-                         {"CAB", "CAB:", "txtCAB", 90},
-                         {"CIN", "CIN:", "txtCIN", 50},
-                         {"AGENZIA", "Agenzia:", "txtAgenzia"},
-                         {"INDIRIZZO", "Indirizzo:", "txtIndirizzo"},
-                         {"CIVICO", "Civico:", "txtCivico", 90},
-                         {"CAP", "CAP:", "txtCAP", 90},
-                         {"CITTA", "Città:", "txtCitta"},
-                         {"PROVINCIA", "Provincia:", "txtProvincia", 50},
-                         {"TELEFONO", "Telefono:", "txtTelefono", 200},
-                         {"FAX", "Fax:", "txtFax", 200}});
-    registerTableScreen("frmVenditore", "Venditori", "Venditori",
-                        {{"CODICE", "Codice:", "txtCodice", 140},
-                         {"DESCRIZIONE", "Descrizione:", "txtDescrizione"},
-                         {"CODICEEXTRA", "Codice tessera:", "txtCodiceExtra", 200}});
+    using namespace fields;
+    const unsigned required = Required | Trimmed;
+    registerTableScreen("frmBanche", "Banche",
+                        {QStringLiteral("Banche"),
+                         {field("CODICE", "txtCodice", "Codice", required),
+                          field("DESCRIZIONE", "txtDescrizione", "Descrizione", required),
+                          field("ABI", "txtABI", "ABI", Trimmed),
+                          field("CAB", "txtCAB", "CAB", Trimmed),
+                          field("CIN", "txtCIN", "CIN", Trimmed),
+                          field("AGENZIA", "txtAgenzia", "Agenzia", Trimmed),
+                          field("INDIRIZZO", "txtIndirizzo", "Indirizzo", Trimmed),
+                          field("CIVICO", "txtCivico", "Civico", Trimmed),
+                          field("CAP", "txtCAP", "CAP", Trimmed),
+                          field("CITTA", "txtCitta", "Città", Trimmed),
+                          field("PROVINCIA", "txtProvincia", "Provincia", Trimmed),
+                          field("TELEFONO", "txtTelefono", "Telefono", Trimmed),
+                          field("FAX", "txtFax", "Fax", Trimmed)}});
+    registerTableScreen("frmVenditore", "Venditori",
+                        {QStringLiteral("Venditori"),
+                         {field("CODICE", "txtCodice", "Codice", required),
+                          field("DESCRIZIONE", "txtDescrizione", "Descrizione", required),
+                          field("CODICEEXTRA", "txtCodiceExtra", "Codice tessera", Trimmed)}});
 
     // The account tree, also by itself from --open.
     screens::registerScreen(QStringLiteral("frmRicercaConto"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
@@ -76,7 +80,7 @@ void registerMasterdataScreens()
     }, true});
 
     // Descriptions keep their case: they are the captions of the document menu.
-    registerRecordScreen<frmTipoDocumento>("frmTipoDocumento", true);
+    registerRecordScreen<frmTipoDocumento>("frmTipoDocumento", true, false);
 
     screens::registerScreen(QStringLiteral("frmNumeratori"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
         return new frmNumeratori(parent);

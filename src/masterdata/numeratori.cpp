@@ -1,8 +1,8 @@
-#include "numeratori.h"
+#include "masterdata/numeratori.h"
 
-#include "cadosqlserver.h"
-#include "recordset.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
 
 #include <algorithm>
 #include <limits>

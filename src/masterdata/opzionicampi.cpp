@@ -1,32 +1,11 @@
-#include "opzionicampi.h"
+#include "masterdata/opzionicampi.h"
 
-#include "lookups.h"
 
 #include <QDir>
 
 namespace opzioni {
 
 namespace {
-
-bool validaIvaSenzaValore(QString& codice, QString& descrizione, int& rid)
-{
-    Single valore = 0;
-    return validaIva(codice, descrizione, rid, valore);
-}
-
-const Tabella kIva{"Iva", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaIvaSenzaValore};
-const Tabella kCategorieSconti{"CategorieSconti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCategoriaSconto};
-const Tabella kClienti{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4C\u00A4", "DENOMINAZIONE", validaCliente};
-const Tabella kFornitori{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4F\u00A4", "DENOMINAZIONE", validaFornitore};
-const Tabella kTipoDocumenti{"TipoDocumenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaDocumento};
-const Tabella kCausali{"Causali", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCausale};
-// The chart of accounts reads best in the order of its codes.
-const Tabella kPianoConti{"PianoConti", "CODICE", "DESCRIZIONE", "", "CODICE", validaConto};
-const Tabella kGruppi{"Gruppi", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaGruppo};
-const Tabella kMarche{"Marche", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaMarca};
-const Tabella kPagamenti{"Pagamenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaPagamento};
-const Tabella kUnitaMisura{"UnitaMisura", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaUnitaMisura};
-const Tabella kCollezioni{"Collezioni", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCollezione};
 
 Campo semplice(const char* opzione, const char* controllo, Controllo tipo, Frame frame, const char* etichetta,
                int lunghezza = 0)
@@ -37,7 +16,7 @@ Campo semplice(const char* opzione, const char* controllo, Controllo tipo, Frame
 }
 
 // The browse buttons are numbered in the order of the option table.
-Campo chiave(const char* opzione, const char* controllo, Frame frame, const char* etichetta, const Tabella& tabella,
+Campo chiave(const char* opzione, const char* controllo, Frame frame, const char* etichetta, const LookupTable& tabella,
              int sfoglia)
 {
     Campo c{opzione, controllo, Controllo::Chiave, frame, etichetta};
@@ -70,22 +49,22 @@ QList<Campo> costruisci()
         // Opzioni Generali
         semplice("AnnoCorrente", "txtAnnoCorrente", C::Anno, Generali, "Anno corrente:", 4),
         semplice("DecimaliDopo", "txtDecimalAfter", C::Intero, Generali, "Decimali dopo la virgola:", 1),
-        chiave("CatPrezziNetti", "txtCatPrezziNetti", Generali, "Categoria prezzi netti:", kCategorieSconti, 1),
+        chiave("CatPrezziNetti", "txtCatPrezziNetti", Generali, "Categoria prezzi netti:", lookup::categorieSconti, 1),
         diMacchina(flag("UsaGrassetto", "chkUsaGrassetto", Generali, "Usa il grassetto negli elenchi")),
 
         // Opzioni Contabili
-        chiave("ContoClienti", "txtContoClienti", Conti, "Conto clienti:", kPianoConti, 5),
-        chiave("ContoFornitori", "txtContoFornitori", Conti, "Conto fornitori:", kPianoConti, 6),
+        chiave("ContoClienti", "txtContoClienti", Conti, "Conto clienti:", lookup::pianoConti, 5),
+        chiave("ContoFornitori", "txtContoFornitori", Conti, "Conto fornitori:", lookup::pianoConti, 6),
         flag("BloccoPN", "chkBloccoPN", Conti, "Non bloccare la prima nota generata dai documenti"),
         flag("DescPN", "chkDescPN", Conti, "In prima nota usa il documento d'origine del movimento"),
         flag("FidoAllaData", "chkFido", Conti, "Calcola il fido alla data di sistema"),
         flag("NoShowCptEstratto", "chkNoShowCptEstratto", Conti, "Estratto conto senza ricerca della contropartita"),
 
         // Prodotti
-        chiave("RidIvaProdotti", "txtIva", Prodotti, "Aliquota Iva:", kIva, 16),
-        chiave("RidUMProdotti", "txtUnitaMisura", Prodotti, "Unità di misura:", kUnitaMisura, 17),
-        chiave("RidMarcaProdotti", "txtMarcaPredefinita", Prodotti, "Marca:", kMarche, 18),
-        chiave("RidCollezioneProdotti", "txtCollezionePredefinita", Prodotti, "Collezione:", kCollezioni, 19),
+        chiave("RidIvaProdotti", "txtIva", Prodotti, "Aliquota Iva:", lookup::iva, 16),
+        chiave("RidUMProdotti", "txtUnitaMisura", Prodotti, "Unità di misura:", lookup::unitaMisura, 17),
+        chiave("RidMarcaProdotti", "txtMarcaPredefinita", Prodotti, "Marca:", lookup::marche, 18),
+        chiave("RidCollezioneProdotti", "txtCollezionePredefinita", Prodotti, "Collezione:", lookup::collezioni, 19),
         flag("PrezzoMedio", "chkPrezzoMedio", Prodotti, "Valorizza il magazzino a prezzo medio"),
         nelPannello(semplice("MesiPrezzoMedio", "txtMesiPrezzoMedio", C::Intero, Prodotti, "Mesi:", 3), "pctPrezzoMedio"),
         flag("SottoScorta", "chkSottoScorta", Prodotti, "Controlla i prodotti sotto scorta"),
@@ -96,10 +75,10 @@ QList<Campo> costruisci()
                         "Ignora la verifica del codice prodotto")),
 
         // Vendita al Banco
-        chiave("ClientePredefinito", "txtCliente", VenditaBanco, "Cliente:", kClienti, 2),
-        chiave("TipoDocVb", "txtDocumentoVB", VenditaBanco, "Documento:", kTipoDocumenti, 3),
-        chiave("CausalePagVb", "txtCausalePagVB", VenditaBanco, "Causale pagamento:", kCausali, 4),
-        chiave("PagamentoVB", "txtPagamento", VenditaBanco, "Pagamento:", kPagamenti, 15),
+        chiave("ClientePredefinito", "txtCliente", VenditaBanco, "Cliente:", lookup::clienti, 2),
+        chiave("TipoDocVb", "txtDocumentoVB", VenditaBanco, "Documento:", lookup::tipoDocumenti, 3),
+        chiave("CausalePagVb", "txtCausalePagVB", VenditaBanco, "Causale pagamento:", lookup::causali, 4),
+        chiave("PagamentoVB", "txtPagamento", VenditaBanco, "Pagamento:", lookup::pagamenti, 15),
         semplice("VenditoreChar", "txtVenditoreChar", C::Testo, VenditaBanco, "Prefisso tessera venditore:", 5),
         diMacchina(semplice("ClienteChar", "txtClienteChar", C::Testo, VenditaBanco, "Prefisso tessera cliente:", 5)),
         diMacchina(semplice("LaserChar", "txtLaserChar", C::Testo, VenditaBanco, "Intestazione lettore CCD:", 5)),
@@ -121,9 +100,9 @@ QList<Campo> costruisci()
         semplice("TipoStampaDistinta", "optDistintaBase", C::OpzioniIndice, DistintaBase, "Stampa della distinta base"),
         semplice("DistintaBase", "txtDistintaBase", C::Testo, DistintaBase, "Carattere della distinta base:", 1),
         semplice("RigaLibera", "txtRigaLibera", C::Testo, DistintaBase, "Carattere della riga libera:", 1),
-        chiave("IvaPredRigaLibera", "txtIvaRigaLibera", DistintaBase, "Iva della riga libera:", kIva, 0),
-        chiave("DocConversione", "txtDocConversione", DistintaBase, "Conversione in fattura:", kTipoDocumenti, 13),
-        chiave("DocConversioneDDT", "txtDocConversioneDDT", DistintaBase, "Conversione in DDT:", kTipoDocumenti, 14),
+        chiave("IvaPredRigaLibera", "txtIvaRigaLibera", DistintaBase, "Iva della riga libera:", lookup::iva, 0),
+        chiave("DocConversione", "txtDocConversione", DistintaBase, "Conversione in fattura:", lookup::tipoDocumenti, 13),
+        chiave("DocConversioneDDT", "txtDocConversioneDDT", DistintaBase, "Conversione in DDT:", lookup::tipoDocumenti, 14),
         flag("MostraTotaleRigaMov", "chkMostraTotRiga", DistintaBase, "Mostra il totale di riga nei documenti"),
         flag("UsaPrezziIva", "chkPrezziIva", DistintaBase, "Prezzi Iva compresa"),
         semplice("PiePagina", "txtPiePagina", C::TestoMultiriga, DistintaBase, "Piè di pagina:"),
@@ -133,12 +112,12 @@ QList<Campo> costruisci()
         semplice("NumeratoreElencoSpeciale", "cmbNumeratore", C::ComboNumeratore, ElencoSpeciale, "Numeratore:"),
 
         // Conversione Ordini - Prodotti
-        chiave("GruppoPredefinito", "txtGruppoPredef", Promozioni, "Gruppo predefinito:", kGruppi, 7),
-        chiave("GruppoProdInteg", "txtGruppoProdInteg", Promozioni, "Gruppo produzione integrativa:", kGruppi, 8),
-        chiave("GruppoProdCL", "txtGruppoProdCL", Promozioni, "Gruppo produzione conto lavoro:", kGruppi, 9),
-        chiave("Marca", "txtMarca", Promozioni, "Marca:", kMarche, 10),
-        chiave("Fornitore", "txtFornitore", Promozioni, "Fornitore:", kFornitori, 11),
-        chiave("TipoDocProd", "txtTipoDocProd", Promozioni, "Documento di produzione:", kTipoDocumenti, 12),
+        chiave("GruppoPredefinito", "txtGruppoPredef", Promozioni, "Gruppo predefinito:", lookup::gruppi, 7),
+        chiave("GruppoProdInteg", "txtGruppoProdInteg", Promozioni, "Gruppo produzione integrativa:", lookup::gruppi, 8),
+        chiave("GruppoProdCL", "txtGruppoProdCL", Promozioni, "Gruppo produzione conto lavoro:", lookup::gruppi, 9),
+        chiave("Marca", "txtMarca", Promozioni, "Marca:", lookup::marche, 10),
+        chiave("Fornitore", "txtFornitore", Promozioni, "Fornitore:", lookup::fornitori, 11),
+        chiave("TipoDocProd", "txtTipoDocProd", Promozioni, "Documento di produzione:", lookup::tipoDocumenti, 12),
     };
 }
 
@@ -179,20 +158,11 @@ const QList<Dipendenza>& dipendenze()
     return list;
 }
 
-QString sqlRicerca(const Tabella& t)
-{
-    QString sql = QStringLiteral("SELECT RID, ") + QLatin1String(t.colonnaCodice) + QStringLiteral(", ")
-        + QLatin1String(t.colonnaDescrizione) + QStringLiteral(" FROM ") + QLatin1String(t.nome);
-    if (*t.condizione)
-        sql += QStringLiteral(" WHERE ") + QString::fromUtf8(t.condizione);
-    return sql + QStringLiteral(" ORDER BY ") + QLatin1String(t.ordine) + QLatin1Char(' ');
-}
-
 bool valida(const Campo& c, QString& codice, QString& descrizione, int& rid)
 {
     if (!c.tabella)
         return false;
-    return c.tabella->valida(codice, descrizione, rid);
+    return c.tabella->validate(codice, descrizione, rid);
 }
 
 QString captionFrame(Frame frame)

@@ -4,6 +4,8 @@
 // table behind them, the look-up that checks a code and the statement of
 // the search. The screen builds and fills its controls from this list.
 
+#include "lookups/lookuptable.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -27,19 +29,6 @@ enum class Controllo {
     ComboNumeratore // a numerator, by key
 };
 
-// The look-up of a key field: code in, code, description and key out.
-using Validatore = bool (*)(QString& codice, QString& descrizione, int& rid);
-
-struct Tabella
-{
-    const char* nome;
-    const char* colonnaCodice;
-    const char* colonnaDescrizione;
-    const char* condizione;     // "TIPO = ¤C¤", or empty
-    const char* ordine;         // column the search sorts by
-    Validatore valida;
-};
-
 struct Campo
 {
     const char* opzione;        // NOME in Opzioni, or the machine setting's key
@@ -50,7 +39,7 @@ struct Campo
     bool macchina = false;      // a machine option, kept in the settings store
     const char* contenitore = "";   // the panel a check box shows (pctPrezzoMedio)
     int lunghezza = 0;          // maximum length, 0 none
-    const Tabella* tabella = nullptr;   // key fields
+    const LookupTable* tabella = nullptr;   // key fields
     int sfoglia = -1;           // index of cmdSfoglia, key fields
 
     // The description label of a key field: txtCliente gives lblCliente.
@@ -72,9 +61,6 @@ struct Dipendenza
     bool mostra;        // true shows/hides, false enables/disables
 };
 const QList<Dipendenza>& dipendenze();
-
-// The search behind a key field's browse button.
-QString sqlRicerca(const Tabella& tabella);
 
 // Looks the field's code up (or its key, with an empty code): the code comes
 // back empty, after the box, when it does not exist.

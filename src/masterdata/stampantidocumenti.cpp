@@ -1,6 +1,6 @@
-#include "stampantidocumenti.h"
+#include "masterdata/stampantidocumenti.h"
 
-#include "serversettings.h"
+#include "core/serversettings.h"
 
 #include <QSettings>
 

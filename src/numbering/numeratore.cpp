@@ -1,10 +1,10 @@
-#include "numeratore.h"
+#include "numbering/numeratore.h"
 
-#include "cadosqlserver.h"
-#include "errorlog.h"
-#include "recordset.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "common/errorlog.h"
+#include "data/recordset.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QDate>
 #include <optional>

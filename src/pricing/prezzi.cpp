@@ -1,9 +1,9 @@
-#include "prezzi.h"
+#include "pricing/prezzi.h"
 
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "recordset.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
 
 #include <optional>
 

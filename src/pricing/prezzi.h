@@ -4,8 +4,8 @@
 // fields as the row form shows them (text in Italian form); it stores
 // nothing. The document screen applies the fields, and their colour.
 
-#include "currency.h"
-#include "single.h"
+#include "common/currency.h"
+#include "common/single.h"
 
 #include <QString>
 

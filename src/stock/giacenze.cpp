@@ -1,11 +1,11 @@
-#include "giacenze.h"
+#include "stock/giacenze.h"
 
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "sqlliteral.h"
-#include "valuecheck.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
+#include "common/valuecheck.h"
 
 #include <QDate>
 #include <algorithm>

@@ -8,8 +8,8 @@
 // Results of the postings: "OK"; "#err" when a statement failed (already
 // reported); any other text is a message for the user.
 
-#include "currency.h"
-#include "single.h"
+#include "common/currency.h"
+#include "common/single.h"
 
 #include <QList>
 #include <QString>

@@ -1,13 +1,13 @@
 // The customer's balance and the credit limit, on both back ends, over
 // journal lines written by the journal engine itself: a line fills Dare or
 // Avere and leaves the other Null.
-#include "cadosqlserver.h"
-#include "fido.h"
-#include "italiantext.h"
-#include "primanota.h"
-#include "scadenze.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "accounting/fido.h"
+#include "common/italiantext.h"
+#include "accounting/primanota.h"
+#include "accounting/scadenze.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QDate>
 #include <QtTest>

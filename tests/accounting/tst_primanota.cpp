@@ -1,11 +1,11 @@
 // The journal engine: the lines a document's amounts make, and the entries
 // written on both back ends.
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "primanota.h"
-#include "recordset.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "accounting/primanota.h"
+#include "data/recordset.h"
+#include "support/testdb.h"
 
 #include <QtTest>
 

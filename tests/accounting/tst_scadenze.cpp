@@ -1,12 +1,12 @@
 // Due dates of a journal entry, on both back ends: the instalments of a term,
 // their regeneration, the values they refuse to store, and a new entry that
 // deletes nothing.
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "scadenze.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "accounting/scadenze.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QDate>
 #include <QtTest>

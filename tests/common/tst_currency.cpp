@@ -1,12 +1,12 @@
-#include "currency.h"
-#include "single.h"
-#include "valuecheck.h"
+#include "common/currency.h"
+#include "common/single.h"
+#include "common/valuecheck.h"
 
 #include <QDate>
 #include <QRandomGenerator>
 #include <QtTest>
 
-#include "localerows.h"
+#include "support/localerows.h"
 
 #include <cmath>
 #include <limits>

@@ -1,7 +1,7 @@
 // The report path: Err.log's layout, debug.txt, the in-error flag and the
 // way out when the user leaves the program.
-#include "apphome.h"
-#include "errorlog.h"
+#include "common/apphome.h"
+#include "common/errorlog.h"
 
 #include <QDateTime>
 #include <QFile>

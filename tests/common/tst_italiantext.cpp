@@ -1,11 +1,11 @@
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QDate>
 #include <QDateTime>
 #include <QTime>
 #include <QtTest>
 
-#include "localerows.h"
+#include "support/localerows.h"
 
 #include <limits>
 

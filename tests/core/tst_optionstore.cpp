@@ -1,8 +1,8 @@
 // The option store on both back ends: reading, writing and the globals.
-#include "cadosqlserver.h"
-#include "optionstore.h"
-#include "serversettings.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "core/optionstore.h"
+#include "core/serversettings.h"
+#include "support/testdb.h"
 
 #include <QSettings>
 #include <QtTest>

@@ -1,6 +1,6 @@
 // The program itself, started as people and scripts start it.
-#include "driver.h"
-#include "testdb.h"
+#include "data/driver.h"
+#include "support/testdb.h"
 
 #include <QDirIterator>
 #include <QImage>

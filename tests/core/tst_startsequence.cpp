@@ -1,21 +1,21 @@
 // The start of the program, offscreen: settings, connection, the settings
 // dialog after a failed connection or a database file that cannot be used,
 // the login, one copy per program folder.
-#include "apphome.h"
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "frmmain.h"
-#include "frmwarning.h"
-#include "modelseed.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "scripteddialogs.h"
-#include "serversettings.h"
-#include "session.h"
-#include "singleinstance.h"
-#include "sqldialect.h"
-#include "startsequence.h"
-#include "testdb.h"
+#include "common/apphome.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "shell/frmmain.h"
+#include "shell/frmwarning.h"
+#include "data/modelseed.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "support/scripteddialogs.h"
+#include "core/serversettings.h"
+#include "data/session.h"
+#include "shell/singleinstance.h"
+#include "data/sqldialect.h"
+#include "shell/startsequence.h"
+#include "support/testdb.h"
 
 #include <QDialog>
 #include <QLabel>

@@ -1,12 +1,12 @@
 // cAdoSqlServer on the real back ends: connections, transactions, statements,
 // failures and their reports.
-#include "apphome.h"
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "session.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "common/apphome.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "data/session.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QFile>
 #include <QtTest>

@@ -2,13 +2,13 @@
 // a lock held by another workstation gives its message after the rollback
 // and the next attempt works, and the unique meanings are refused twice
 // whoever writes them.
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "driver.h"
-#include "msgbox.h"
-#include "session.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/driver.h"
+#include "common/msgbox.h"
+#include "data/session.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>

@@ -1,13 +1,13 @@
 // The model and the databases made from it, on both back ends.
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "driver.h"
-#include "modeldatabase.h"
-#include "modelseed.h"
-#include "schema.h"
-#include "session.h"
-#include "sqldialect.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/driver.h"
+#include "data/modeldatabase.h"
+#include "data/modelseed.h"
+#include "data/schema.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
+#include "support/testdb.h"
 
 #include <QDir>
 #include <QFile>

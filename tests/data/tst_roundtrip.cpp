@@ -2,13 +2,13 @@
 // back byte for byte, as values and as look-up keys, on every back end; a
 // text cut to its column keeps whole characters and fits; a filter of the
 // search dialog finds exactly the rows that hold it, whatever it holds.
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "recordset.h"
-#include "ricercasql.h"
-#include "schema.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
+#include "screens/services/ricercasql.h"
+#include "data/schema.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QRandomGenerator>
 #include <QSet>

@@ -3,9 +3,9 @@
 // document is saved. (That every back end's DDL runs is shown by the
 // databases the other tests build.)
 
-#include "modelseed.h"
-#include "schema.h"
-#include "sqldialect.h"
+#include "data/modelseed.h"
+#include "data/schema.h"
+#include "data/sqldialect.h"
 
 #include <QSet>
 #include <QtTest>

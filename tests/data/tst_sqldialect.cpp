@@ -1,5 +1,5 @@
 // The mark-up rewriting, as text, on the three back ends.
-#include "sqldialect.h"
+#include "data/sqldialect.h"
 
 #include <QtTest>
 

@@ -1,13 +1,13 @@
 // Literal builders and the protection of text values, without a database.
-#include "driver.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/driver.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QDateTime>
 #include <QLocale>
 #include <QtTest>
 
-#include "localerows.h"
+#include "support/localerows.h"
 
 namespace {
 const int S = TipoServer::SqlServer, A = TipoServer::FileDb, M = TipoServer::MySql;

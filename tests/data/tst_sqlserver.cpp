@@ -1,12 +1,12 @@
 // SQL Server through ODBC and FreeTDS: the driver loads and answers; with a
 // server named in ORVANTIS_TEST_MSSQL, the data layer runs on it for real.
-#include "cadosqlserver.h"
-#include "modeldatabase.h"
-#include "schema.h"
-#include "session.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "data/modeldatabase.h"
+#include "data/schema.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QSqlDatabase>
 #include <QtTest>

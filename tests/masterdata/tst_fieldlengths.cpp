@@ -3,14 +3,14 @@
 // listed here with its column (or as not a text column), and a field that a
 // screen adds without saying where it goes fails the test. Texts typed past
 // the end, emoji included, are saved and read back whole on both back ends.
-#include "cadosqlserver.h"
-#include "frmsimpleform.h"
-#include "masterdatascreens.h"
-#include "opzionicampi.h"
-#include "schema.h"
-#include "screenregistry.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "screens/framework/frmsimpleform.h"
+#include "masterdata/masterdatascreens.h"
+#include "masterdata/opzionicampi.h"
+#include "data/schema.h"
+#include "core/screenregistry.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QLineEdit>
 #include <QtTest>
@@ -56,7 +56,7 @@ QList<std::tuple<QString, QString, Bindings>> screenFields()
     for (const opzioni::Campo& c : opzioni::campi())
         opzioni << QLatin1String(c.controllo) + QLatin1Char('=')
                        + (c.tipo == opzioni::Controllo::Chiave
-                              ? QLatin1String(c.tabella->nome) + QLatin1Char('.') + QLatin1String(c.tabella->colonnaCodice)
+                              ? QLatin1String(c.tabella->table) + QLatin1Char('.') + QLatin1String(c.tabella->codeColumn)
                               : QString());
     screens.append({"frmOpzioni", QString(), opzioni});
     return screens;

@@ -1,12 +1,12 @@
 // The causal screen on both back ends: how its flags, kinds, warehouses and
 // accounts reach the table, and the fields that depend on its choices.
-#include "cadosqlserver.h"
-#include "frmcausali.h"
-#include "frmsimpleform.h"
-#include "masterdatascreens.h"
-#include "msgbox.h"
-#include "screendriver.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmcausali.h"
+#include "screens/framework/frmsimpleform.h"
+#include "masterdata/masterdatascreens.h"
+#include "common/msgbox.h"
+#include "support/screendriver.h"
+#include "support/testdb.h"
 
 #include <QtTest>
 

@@ -1,11 +1,11 @@
 // The numerators screen on both back ends: adding, deleting one in use,
 // writing a counter by hand and the list of the current year.
-#include "cadosqlserver.h"
-#include "frmnumeratori.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "screendriver.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmnumeratori.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "support/screendriver.h"
+#include "support/testdb.h"
 
 #include <QTreeWidget>
 #include <QtTest>

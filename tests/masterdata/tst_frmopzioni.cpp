@@ -1,15 +1,15 @@
 // The options screen driven by its controls on both back ends: what it
 // shows, what OK writes to the table, the globals and the settings, what
 // Annulla leaves alone, the look-ups of the key fields and the logo.
-#include "cadosqlserver.h"
-#include "frmopzioni.h"
-#include "logoazienda.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "screendriver.h"
-#include "serversettings.h"
-#include "session.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmopzioni.h"
+#include "masterdata/logoazienda.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "support/screendriver.h"
+#include "core/serversettings.h"
+#include "data/session.h"
+#include "support/testdb.h"
 
 #include <QCheckBox>
 #include <QSettings>

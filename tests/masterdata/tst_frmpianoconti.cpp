@@ -1,12 +1,12 @@
 // The chart of accounts on both back ends: the shapes of a code and the
 // parents each level needs, an existing code opening its account, and the
 // tree that accounts are picked from.
-#include "cadosqlserver.h"
-#include "frmpianoconti.h"
-#include "frmricercaconto.h"
-#include "msgbox.h"
-#include "screendriver.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmpianoconti.h"
+#include "masterdata/frmricercaconto.h"
+#include "common/msgbox.h"
+#include "support/screendriver.h"
+#include "support/testdb.h"
 
 #include <QTreeWidget>
 #include <QtTest>

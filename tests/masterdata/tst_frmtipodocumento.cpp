@@ -2,16 +2,16 @@
 // flag written and read back, the checks with the withholding rules, the
 // printer of this workstation, the causal look-up and the notice that has
 // the document menu rebuilt.
-#include "cadosqlserver.h"
-#include "documentmenu.h"
-#include "frmricerca.h"
-#include "frmtipodocumento.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "screendriver.h"
-#include "screenregistry.h"
-#include "serversettings.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "core/documentmenu.h"
+#include "screens/framework/frmricerca.h"
+#include "masterdata/frmtipodocumento.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "support/screendriver.h"
+#include "core/screenregistry.h"
+#include "core/serversettings.h"
+#include "support/testdb.h"
 
 #include <QSettings>
 #include <QtTest>

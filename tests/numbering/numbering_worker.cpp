@@ -1,10 +1,10 @@
 // Takes numbers from one numerator, each in a transaction of its own, and
 // prints them one a line: one workstation of the concurrency test.
 // Arguments: back end, connection string, numerator, year, how many.
-#include "cadosqlserver.h"
-#include "driver.h"
-#include "numeratore.h"
-#include "session.h"
+#include "data/cadosqlserver.h"
+#include "data/driver.h"
+#include "numbering/numeratore.h"
+#include "data/session.h"
 
 #include <QCoreApplication>
 #include <QTextStream>

@@ -1,9 +1,9 @@
 // Yearly counters and the checks of a document's number, on both back
 // ends; and two workstations taking numbers at once.
-#include "cadosqlserver.h"
-#include "errorlog.h"
-#include "numeratore.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "common/errorlog.h"
+#include "numbering/numeratore.h"
+#include "support/testdb.h"
 
 #include <QDate>
 #include <QProcess>

@@ -1,10 +1,10 @@
 // Price and discount resolution on both back ends: list prices and their
 // fall-backs, personal prices, the discount cascade over the range tables
 // of both sides and the net prices.
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "prezzi.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "pricing/prezzi.h"
+#include "support/testdb.h"
 
 #include <QtTest>
 

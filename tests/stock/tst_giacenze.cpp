@@ -1,10 +1,10 @@
 // Stock postings on both back ends: cost lots, the oldest lot first, lot
 // changes, transfers, the messages; the moving average; the statistics.
-#include "cadosqlserver.h"
-#include "giacenze.h"
-#include "italiantext.h"
-#include "recordset.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "stock/giacenze.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
+#include "support/testdb.h"
 
 #include <QDate>
 #include <limits>

@@ -3,7 +3,7 @@
 // active window, fields typed or entered, combos chosen, and what a control
 // shows read back.
 
-#include "scripteddialogs.h"
+#include "support/scripteddialogs.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

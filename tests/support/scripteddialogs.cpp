@@ -1,8 +1,8 @@
-#include "scripteddialogs.h"
+#include "support/scripteddialogs.h"
 
 #include <QApplication>
 
-#include "msgbox.h"
+#include "common/msgbox.h"
 
 #include <QAbstractButton>
 #include <QDialog>

@@ -4,8 +4,8 @@
 // the dialog's controls), file choices with a path. Anything unexpected
 // fails the test.
 
-#include "dialogservice.h"
-#include "msgbox.h"
+#include "core/dialogservice.h"
+#include "common/msgbox.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,13 +1,13 @@
-#include "testdb.h"
+#include "support/testdb.h"
 
-#include "apphome.h"
-#include "cadosqlserver.h"
-#include "connectionstring.h"
-#include "modeldatabase.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "common/apphome.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/modeldatabase.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QCoreApplication>
 #include <QMap>

@@ -3,7 +3,7 @@
 // database on the throwaway MariaDB server named by ORVANTIS_TEST_MYSQL.
 // Data-driven tests add one row per back end with addBackendRows().
 
-#include "errorlog.h"
+#include "common/errorlog.h"
 
 #include <QList>
 #include <QString>

@@ -3,7 +3,7 @@
 // program checks the database afterwards (numbers given once and without
 // holes, every entry whole, stock equal to its lots and to a
 // recalculation); here it must find everything in order and no save failed.
-#include "testdb.h"
+#include "support/testdb.h"
 
 #include <QProcess>
 #include <QtTest>

@@ -1,7 +1,7 @@
-#include "cinputs.h"
+#include "screens/framework/cinputs.h"
 
-#include "ckeyfunction.h"
-#include "optionstore.h"
+#include "screens/framework/ckeyfunction.h"
+#include "core/optionstore.h"
 
 #include <QCheckBox>
 #include <QComboBox>

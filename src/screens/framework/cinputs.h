@@ -4,17 +4,17 @@
 // between fields, the colour of the field with focus, formatting on leaving
 // and the function keys passed to the screen's cKeyFunction.
 
-#include "ckeyfunction.h"
-#include "typedinput.h"
+#include "screens/framework/ckeyfunction.h"
+#include "screens/services/typedinput.h"
 
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QObject>
 #include <QPointer>
 
-class QAbstractButton;
 class QCheckBox;
-class QComboBox;
 class QKeyEvent;
-class QLineEdit;
 class QRadioButton;
 class QWidget;
 

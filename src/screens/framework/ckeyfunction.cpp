@@ -1,4 +1,4 @@
-#include "ckeyfunction.h"
+#include "screens/framework/ckeyfunction.h"
 
 #include <QKeyEvent>
 
@@ -34,7 +34,7 @@ int cKeyFunction::shiftOf(const QKeyEvent& event)
 
 bool cKeyFunction::setFunctionKey(const QString& controlName, int keyCode, int shift)
 {
-    if (keyCode < 114 || keyCode > 118)
+    if (keyCode < vbKey::F3 || keyCode > vbKey::F7)
         return false;
     Q_EMIT evtFunctionKeyPressed(controlName, keyCode, shift);
     return true;

@@ -6,6 +6,17 @@
 
 class QKeyEvent;
 
+// Function keys as the classic runtime numbers them.
+namespace vbKey {
+constexpr int F1 = 112;
+constexpr int F2 = 113;
+constexpr int F3 = 114;
+constexpr int F4 = 115;
+constexpr int F5 = 116;
+constexpr int F6 = 117;
+constexpr int F7 = 118;
+} // namespace vbKey
+
 class cKeyFunction : public QObject
 {
     Q_OBJECT

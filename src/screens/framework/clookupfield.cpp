@@ -1,8 +1,8 @@
-#include "clookupfield.h"
+#include "screens/framework/clookupfield.h"
 
-#include "crecordscreen.h"
-#include "frmricerca.h"
-#include "screenregistry.h"
+#include "screens/framework/crecordscreen.h"
+#include "screens/framework/frmricerca.h"
+#include "core/screenregistry.h"
 
 #include <QAbstractButton>
 #include <QBoxLayout>

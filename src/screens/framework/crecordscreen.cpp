@@ -1,14 +1,15 @@
-#include "crecordscreen.h"
+#include "screens/framework/crecordscreen.h"
 
-#include "cadosqlserver.h"
-#include "cinputs.h"
-#include "ckeyfunction.h"
-#include "clookupfield.h"
-#include "frmricerca.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "sqlliteral.h"
-#include "waitcursor.h"
+#include "data/cadosqlserver.h"
+#include "data/scoped.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "screens/framework/clookupfield.h"
+#include "screens/framework/frmricerca.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
+#include "screens/framework/waitcursor.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -94,15 +95,24 @@ void cRecordScreen::setCodeField(cTextBox* code)
     code->setCaseState(1);
     code->setCKeyRef(m_keys);
     connect(code, &cTextBox::destroyed, this, [this] { m_code = nullptr; });
-    // Leaving the code field loads the record of the code typed, if any.
-    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget*) {
-        if (!m_code || old != m_code->TextBoxRef())
-            return;
-        const QString code = m_code->TextBoxRef()->text().trimmed();
-        m_code->TextBoxRef()->setText(code);
-        if (!code.isEmpty())
-            codeLeft(code);
+    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+        if (m_code && old == m_code->TextBoxRef())
+            onCodeFieldLeft(now);
     });
+}
+
+// Leaving the code field for another field of this screen loads the record
+// of the code typed, if any. Going to another window is no leaving: the
+// field still has the cursor when the user comes back. A code that is the
+// one of the record shown loads nothing, so nothing typed is lost.
+void cRecordScreen::onCodeFieldLeft(QWidget* now)
+{
+    if (!now || !isAncestorOf(now))
+        return;
+    const QString code = m_code->TextBoxRef()->text().trimmed();
+    m_code->TextBoxRef()->setText(code);
+    if (!code.isEmpty() && !(currentRid() > 0 && code == m_shownCode))
+        codeLeft(code);
 }
 
 void cRecordScreen::setDescriptionField(cTextBox* description)
@@ -162,22 +172,20 @@ void cRecordScreen::showData(int rid, const QString& codice)
                     : QStringLiteral(" WHERE CODICE = ") + sqlText(codice);
     sql += QStringLiteral(" ORDER BY CODICE ");
     WaitCursor wait;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag(QStringLiteral("showData ")), 2, 1, 3);
-    if (!rs)
+    const cReader rs(sql, tag(QStringLiteral("showData ")));
+    if (!rs || rs->eof())
         return;
-    if (!rs->eof()) {
-        clearFields();
-        fillFields(*rs);
-        setRid(int(rs->integer(QStringLiteral("RID"))));
-    }
-    rs->close();
-    gAdoSqlServer().disconnect();
+    clearFields();
+    fillFields(*rs);
+    setRid(int(rs->integer(QStringLiteral("RID"))));
+    m_shownCode = codeText().trimmed();
 }
 
 bool cRecordScreen::newRecord()
 {
     clearFields();
     setRid(0);
+    m_shownCode.clear();
     setWindowTitle(m_title);
     if (m_code)
         m_code->TextBoxRef()->setFocus();
@@ -187,16 +195,6 @@ bool cRecordScreen::newRecord()
 QString cRecordScreen::faultsMessage(const QStringList& faults)
 {
     return QStringLiteral("Attenzione:\n") + faults.join(QLatin1Char('\n'));
-}
-
-QStringList cRecordScreen::requiredFaults() const
-{
-    QStringList found;
-    if (m_code && m_code->TextBoxRef()->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Codice] Obbligatorio.");
-    if (m_description && m_description->TextBoxRef()->text().trimmed().isEmpty())
-        found << QStringLiteral(" - Campo [Descrizione] Obbligatorio.");
-    return found;
 }
 
 bool cRecordScreen::controllaInserimento()
@@ -223,6 +221,7 @@ bool cRecordScreen::saveRecord()
     } else if (!gAdoSqlServer().executeSQL(updateStatement(rid), tag(QStringLiteral("saveRecord")))) {
         return false;
     }
+    m_shownCode = codeText().trimmed();
     setWindowTitle(m_title + QStringLiteral(" - ") + codeText());
     return true;
 }
@@ -232,14 +231,14 @@ bool cRecordScreen::deleteRecord()
     const int rid = currentRid();
     if (rid <= 0)
         return false;
-    if (msgBox(QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?"),
-               vb::YesNo | vb::Question | vb::DefaultButton2)
-        != vb::Yes)
-        return false;
     if (rid == 1 && protectsFirstRow()) {
         msgBox(QStringLiteral("Impossibile eliminare questo record"), vb::Critical);
         return false;
     }
+    if (msgBox(QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?"),
+               vb::YesNo | vb::Question | vb::DefaultButton2)
+        != vb::Yes)
+        return false;
     return removeRecord(rid);
 }
 
@@ -325,16 +324,16 @@ cLookupField* cRecordScreen::addLookup(int index, QLineEdit* field, QLabel* labe
 void cRecordScreen::onFunctionKey(const QString& controlName, int keyCode, int)
 {
     // F3 browses, F4 creates the row of a look-up field.
-    if (keyCode == 114 && m_code && controlName == m_code->TextBoxRef()->objectName()) {
+    if (keyCode == vbKey::F3 && m_code && controlName == m_code->TextBoxRef()->objectName()) {
         cmdSfoglia_Click(0);
         return;
     }
     for (auto it = m_lookups.cbegin(); it != m_lookups.cend(); ++it) {
         if (it.value()->field()->objectName() != controlName)
             continue;
-        if (keyCode == 114)
+        if (keyCode == vbKey::F3)
             cmdSfoglia_Click(it.key());
-        else if (keyCode == 115)
+        else if (keyCode == vbKey::F4)
             it.value()->openEditor();
     }
 }

@@ -2,24 +2,27 @@
 // The pattern of every screen that edits one row of a table: a code field,
 // the fields of the row, the hidden key label lblRID (empty or 0 for a new
 // record) and the four commands Nuovo [F2], Salva [F5], Elimina [F7],
-// Aggiorna [F11]. A screen says which table, which columns, how its fields
-// are filled and written, and which faults its checks find; the flows are
-// the same for all.
+// Aggiorna [F11]. A screen declares its fields once (setFields): their
+// controls, the read, the insert and update statements, the missing fields
+// and the input limits follow from that list; the screen adds its own rules.
+// The flows are the same for all.
+
+#include "screens/services/fieldlist.h"
 
 #include <QHash>
 #include <QStringList>
-#include <functional>
 #include <QWidget>
+#include <functional>
 
+class QButtonGroup;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
-class QVBoxLayout;
 class Recordset;
 class cKeyFunction;
 class cLookupField;
 class cTextBox;
-class QLabel;
 
 class cRecordScreen : public QWidget
 {
@@ -52,29 +55,54 @@ public:
 
     // "Attenzione:" and the faults, one a line.
     static QString faultsMessage(const QStringList& faults);
-    // The faults of an empty code field and an empty description field.
-    QStringList requiredFaults() const;
+
+    const fields::FieldList& fieldList() const { return m_fields; }
+    // The control of a declared field: a line edit, check box or combo box,
+    // the first option button of a choice.
+    QWidget* control(const QString& name) const;
+    // The look-up behind a key field.
+    cLookupField* lookupOf(const QString& name) const;
+    // The values as the controls hold them, in the order of the fields.
+    QStringList shownValues() const;
 
 Q_SIGNALS:
     // The screen closes with a record shown.
     void evtUnloadWithRecord(int rid);
 
 protected:
-    // --- what each screen says
-    virtual QString tableName() const = 0;
+    // --- what each screen says; by default all of it comes from the fields
+    virtual QString tableName() const { return m_fields.table(); }
     // "SELECT RID, CODICE, ... FROM Table", without WHERE and ORDER BY.
-    virtual QString selectStatement() const = 0;
-    virtual void clearFields() = 0;
-    virtual void fillFields(const Recordset& rs) = 0;
-    // The lines of controllaInserimento (" - Campo [Codice] Obbligatorio.").
-    virtual QStringList faults() const = 0;
-    virtual QString insertStatement() const = 0;
-    virtual QString updateStatement(int rid) const = 0;
+    virtual QString selectStatement() const { return m_fields.selectStatement(); }
+    virtual void clearFields();
+    virtual void fillFields(const Recordset& rs);
+    // The lines of controllaInserimento (" - Campo [Codice] Obbligatorio."):
+    // the required fields left blank; screens add their own rules.
+    virtual QStringList faults() const;
+    virtual QString insertStatement() const { return m_fields.insertStatement(shownValues()); }
+    virtual QString updateStatement(int rid) const { return m_fields.updateStatement(shownValues(), rid); }
     // The statement of the search behind cmdSfoglia_Click(0).
-    virtual QString searchStatement() const = 0;
+    virtual QString searchStatement() const;
 
-    // The row with key 1 belongs to the system and cannot be deleted.
-    virtual bool protectsFirstRow() const { return true; }
+    // The row with key 1 belongs to the system: refused before any question.
+    virtual bool protectsFirstRow() const { return false; }
+
+    // --- the fields
+    // Declares the fields and makes their controls in fraMain(): a line edit
+    // (code, description, text, number, date), a check box, option buttons
+    // control_0, control_1, ..., a combo box the screen fills, or for a key
+    // the code field with its browse button and description label. The code
+    // field (column CODICE) browses as cmdSfoglia_0, key fields as
+    // cmdSfoglia_1, 2, ... in their order unless firstKeyIndex says otherwise.
+    void setFields(fields::FieldList list, int firstKeyIndex = 1);
+    // The table of the fields changes (the generic table editor).
+    void setFieldsTable(const QString& table);
+    // What a layout places for a field: the field with its browse button, a
+    // key field with its description, the option buttons in a row.
+    QWidget* fieldRow(const QString& name) const;
+    // Every field in a form of captions and rows, in the order of the list.
+    QFormLayout* layoutFields();
+    void showValues(const QStringList& values);
 
     // --- for the screens
     // The area of the fields, above the commands.
@@ -123,4 +151,20 @@ private:
     bool m_unloadRaised = false;
     QMetaObject::Connection m_focusWatch;
     QHash<int, cLookupField*> m_lookups;
+    // The code of the record as shown: leaving the code field unchanged
+    // does not load it again over what was typed.
+    QString m_shownCode;
+
+    struct Bound
+    {
+        QWidget* control = nullptr;
+        QWidget* row = nullptr;
+        cTextBox* input = nullptr;
+        cLookupField* lookup = nullptr;
+        QButtonGroup* group = nullptr;
+    };
+    Bound bind(const fields::Field& field, int& keyIndex);
+    void onCodeFieldLeft(QWidget* now);
+    fields::FieldList m_fields;
+    QList<Bound> m_bound;
 };

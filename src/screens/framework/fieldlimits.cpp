@@ -1,6 +1,6 @@
-#include "fieldlimits.h"
+#include "screens/framework/fieldlimits.h"
 
-#include "schema.h"
+#include "data/schema.h"
 
 #include <QLineEdit>
 

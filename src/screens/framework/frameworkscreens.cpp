@@ -1,11 +1,11 @@
-#include "frameworkscreens.h"
+#include "screens/framework/frameworkscreens.h"
 
-#include "cadosqlserver.h"
-#include "frmricerca.h"
-#include "frmselectelement.h"
-#include "lookups.h"
-#include "recordset.h"
-#include "screenregistry.h"
+#include "data/cadosqlserver.h"
+#include "screens/framework/frmricerca.h"
+#include "screens/framework/frmselectelement.h"
+#include "lookups/lookups.h"
+#include "data/recordset.h"
+#include "core/screenregistry.h"
 
 #include <QRegularExpression>
 

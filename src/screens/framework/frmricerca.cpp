@@ -1,15 +1,15 @@
-#include "frmricerca.h"
+#include "screens/framework/frmricerca.h"
 
-#include "cadosqlserver.h"
-#include "cinputs.h"
-#include "ckeyfunction.h"
-#include "dialogservice.h"
-#include "listcolumns.h"
-#include "optionstore.h"
-#include "recordset.h"
-#include "ricercasql.h"
-#include "serversettings.h"
-#include "waitcursor.h"
+#include "data/cadosqlserver.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "core/dialogservice.h"
+#include "screens/framework/listcolumns.h"
+#include "core/optionstore.h"
+#include "data/recordset.h"
+#include "screens/services/ricercasql.h"
+#include "core/serversettings.h"
+#include "screens/framework/waitcursor.h"
 
 #include <QApplication>
 #include <QCheckBox>

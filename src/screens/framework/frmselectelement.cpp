@@ -1,9 +1,9 @@
-#include "frmselectelement.h"
+#include "screens/framework/frmselectelement.h"
 
-#include "dialogservice.h"
-#include "listcolumns.h"
-#include "lookups.h"
-#include "recordset.h"
+#include "core/dialogservice.h"
+#include "screens/framework/listcolumns.h"
+#include "lookups/lookups.h"
+#include "data/recordset.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
-#include "frmsimpleform.h"
+#include "screens/framework/frmsimpleform.h"
 
-#include "msgbox.h"
+#include "common/msgbox.h"
 
 #include <QHash>
 
@@ -40,8 +40,11 @@ SimpleFormUse simpleFormUse(const QString& menuItem)
 }
 
 frmSimpleForm::frmSimpleForm(QWidget* parent)
-    : cTableScreen(QStringLiteral("frmSimpleForm"), QString(), QString(),
-                   {{"CODICE", "Codice:", "txtCodice", 140}, {"DESCRIZIONE", "Descrizione:", "txtDescrizione"}}, parent)
+    : cTableScreen(QStringLiteral("frmSimpleForm"), QString(),
+                   {QString(),
+                    {fields::field("CODICE", "txtCodice", "Codice", fields::Required | fields::Trimmed),
+                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione", fields::Required | fields::Trimmed)}},
+                   parent)
 {
     resize(480, 150);
 }
@@ -51,7 +54,7 @@ void frmSimpleForm::startMe(const QString& nome, const QString& titolo, const QS
 {
     m_nome = nome;
     m_tabella = tabella;
-    setTable(tabella);
+    setFieldsTable(tabella);
     m_modale = modale;
     setTitle(titolo);
     setTypeName(nome + QStringLiteral("(frmSimpleForm)"));

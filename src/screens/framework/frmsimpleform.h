@@ -2,7 +2,7 @@
 // The one editor of every code table (RID, CODICE, DESCRIZIONE): which
 // table, its caption and the name of its records come as arguments.
 
-#include "ctablescreen.h"
+#include "screens/framework/ctablescreen.h"
 
 // A use of the editor from the menu: the table, the caption, the record name.
 struct SimpleFormUse

@@ -1,7 +1,7 @@
-#include "listcolumns.h"
+#include "screens/framework/listcolumns.h"
 
-#include "italiantext.h"
-#include "recordset.h"
+#include "common/italiantext.h"
+#include "data/recordset.h"
 
 #include <QDate>
 #include <QHeaderView>

@@ -1,7 +1,7 @@
-#include "listhelpers.h"
+#include "screens/framework/listhelpers.h"
 
-#include "cadosqlserver.h"
-#include "recordset.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
 
 #include <QComboBox>
 #include <QHeaderView>

@@ -1,10 +1,10 @@
 // The generic table editor on every code table of the menu, on both back
 // ends, and the rule that holds back the first goods category.
-#include "cadosqlserver.h"
-#include "frmsimpleform.h"
-#include "msgbox.h"
-#include "scripteddialogs.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "screens/framework/frmsimpleform.h"
+#include "common/msgbox.h"
+#include "support/scripteddialogs.h"
+#include "support/testdb.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -2,11 +2,11 @@
 // key, the box for an unknown code, the conditions of the customer,
 // supplier and journal-causal look-ups, and the product look-up with its
 // chooser.
-#include "cadosqlserver.h"
-#include "lookups.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "lookups/lookups.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "support/testdb.h"
 
 #include <QtTest>
 

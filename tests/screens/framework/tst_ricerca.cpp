@@ -1,16 +1,16 @@
 // The search dialogs: the statement work as text, then frmRicerca and
 // frmSelectElement on real rows of both back ends.
-#include "cadosqlserver.h"
-#include "frmricerca.h"
-#include "frmselectelement.h"
-#include "listhelpers.h"
-#include "recordset.h"
-#include "ricercasql.h"
-#include "scripteddialogs.h"
-#include "serversettings.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
-#include "testdb.h"
+#include "data/cadosqlserver.h"
+#include "screens/framework/frmricerca.h"
+#include "screens/framework/frmselectelement.h"
+#include "screens/framework/listhelpers.h"
+#include "data/recordset.h"
+#include "screens/services/ricercasql.h"
+#include "support/scripteddialogs.h"
+#include "core/serversettings.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
+#include "support/testdb.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,9 +1,9 @@
 // The typed input fields: what each kind accepts, how it formats on leaving,
 // and the wrappers on real widgets (focus, Enter, arrows, function keys).
-#include "cinputs.h"
-#include "ckeyfunction.h"
-#include "localerows.h"
-#include "typedinput.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "support/localerows.h"
+#include "screens/services/typedinput.h"
 
 #include <QCheckBox>
 #include <QComboBox>

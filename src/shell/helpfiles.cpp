@@ -1,6 +1,6 @@
-#include "helpfiles.h"
+#include "shell/helpfiles.h"
 
-#include "apphome.h"
+#include "common/apphome.h"
 
 #include <QDir>
 #include <QDirIterator>

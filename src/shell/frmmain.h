@@ -2,7 +2,7 @@
 // The main window: menu, toolbar, status bar and the area in which every
 // record screen opens as a child window.
 
-#include "mainmenu.h"
+#include "shell/mainmenu.h"
 
 #include <QMainWindow>
 #include <QVariant>

@@ -7,7 +7,7 @@
 // caller clears it before looking up a code. They return whether a row was
 // found (a key whose row is gone comes back unchanged, without the box). No widgets here: the document editor calls them too.
 
-#include "single.h"
+#include "common/single.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,8 +1,8 @@
-#include "ricercasql.h"
+#include "screens/services/ricercasql.h"
 
-#include "cadosqlserver.h"
-#include "sqldialect.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 
 #include <QRegularExpression>
 #include <QStringList>

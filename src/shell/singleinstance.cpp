@@ -1,6 +1,6 @@
-#include "singleinstance.h"
+#include "shell/singleinstance.h"
 
-#include "apphome.h"
+#include "common/apphome.h"
 
 #include <QCryptographicHash>
 #include <QDir>

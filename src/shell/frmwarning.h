@@ -2,7 +2,7 @@
 // The error report dialog: what failed, where, and the statement or values at
 // hand. "OK" goes on; "Esci da Orvantis" ends the program at once.
 
-#include "errorlog.h"
+#include "common/errorlog.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
-#include "frmwarning.h"
+#include "shell/frmwarning.h"
 
-#include "dialogservice.h"
-#include "msgbox.h"
+#include "core/dialogservice.h"
+#include "common/msgbox.h"
 
 #include <QApplication>
 #include <QFormLayout>

@@ -1,6 +1,6 @@
-#include "typedinput.h"
+#include "screens/services/typedinput.h"
 
-#include "italiantext.h"
+#include "common/italiantext.h"
 
 #include <QDate>
 #include <QTime>

@@ -1,10 +1,10 @@
-#include "shellscreens.h"
+#include "shell/shellscreens.h"
 
-#include "frmcambiapw.h"
-#include "frminformazioni.h"
-#include "frmoptionserver.h"
-#include "frmpw.h"
-#include "screenregistry.h"
+#include "shell/frmcambiapw.h"
+#include "shell/frminformazioni.h"
+#include "shell/frmoptionserver.h"
+#include "shell/frmpw.h"
+#include "core/screenregistry.h"
 
 namespace {
 template<typename Dialog>

@@ -1,10 +1,10 @@
-#include "frmoptionserver.h"
+#include "shell/frmoptionserver.h"
 
-#include "connectionstring.h"
-#include "dialogservice.h"
-#include "msgbox.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "data/connectionstring.h"
+#include "core/dialogservice.h"
+#include "common/msgbox.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QComboBox>
 #include <QDir>

@@ -1,10 +1,10 @@
-#include "frmpw.h"
+#include "shell/frmpw.h"
 
-#include "frmoptionserver.h"
-#include "connectionstring.h"
-#include "serversettings.h"
-#include "session.h"
-#include "sqldialect.h"
+#include "shell/frmoptionserver.h"
+#include "data/connectionstring.h"
+#include "core/serversettings.h"
+#include "data/session.h"
+#include "data/sqldialect.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,8 +1,8 @@
-#include "frminformazioni.h"
+#include "shell/frminformazioni.h"
 
-#include "apphome.h"
-#include "appinfo.h"
-#include "session.h"
+#include "common/apphome.h"
+#include "core/appinfo.h"
+#include "data/session.h"
 
 #include <QLabel>
 #include <QPushButton>

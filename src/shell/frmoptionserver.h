@@ -2,7 +2,7 @@
 // The connection settings of this machine: which back end, how to reach it,
 // and where the report templates are (for expert users).
 
-#include "serversettings.h"
+#include "core/serversettings.h"
 
 #include <QDialog>
 

@@ -1,6 +1,6 @@
-#include "frmsplash.h"
+#include "shell/frmsplash.h"
 
-#include "appinfo.h"
+#include "core/appinfo.h"
 
 #include <QApplication>
 #include <QFrame>

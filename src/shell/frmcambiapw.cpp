@@ -1,9 +1,9 @@
-#include "frmcambiapw.h"
+#include "shell/frmcambiapw.h"
 
-#include "dialogservice.h"
-#include "msgbox.h"
-#include "optionstore.h"
-#include "passwordchange.h"
+#include "core/dialogservice.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "core/passwordchange.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>

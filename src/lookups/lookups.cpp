@@ -1,10 +1,10 @@
-#include "lookups.h"
+#include "lookups/lookups.h"
 
-#include "cadosqlserver.h"
-#include "italiantext.h"
-#include "msgbox.h"
-#include "recordset.h"
-#include "sqlliteral.h"
+#include "data/cadosqlserver.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
+#include "data/recordset.h"
+#include "data/sqlliteral.h"
 
 namespace {
 
