@@ -1,5 +1,6 @@
 #include "stressdb.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/driver.h"
@@ -116,10 +117,13 @@ bool saveDocument(const Fixture& f, bool carico, const QList<Riga>& righe)
 
 bool saveInTransaction(const Fixture& f, bool carico, const QList<Riga>& righe, Figures* figures)
 {
-    bool saved = db().beginTrasaction(kTag) && saveDocument(f, carico, righe) && db().commitTrasaction(kTag);
-    const cAdoSqlServer::Failure failure = db().lastFailure();
-    if (!saved && db().inTransaction())
-        db().rollbackTrasaction(kTag);
+    cAdoSqlServer::Failure failure = cAdoSqlServer::Failure::None;
+    bool saved = false;
+    {
+        cTransaction transaction(kTag);
+        saved = transaction && saveDocument(f, carico, righe) && transaction.commit();
+        failure = db().lastFailure();
+    }
     if (!figures)
         return saved;
     if (saved)
@@ -228,12 +232,11 @@ bool readFixture(Fixture& f)
     f.pagamento = ridByCode(QStringLiteral("Pagamenti"), QStringLiteral("3060FM"));
     f.conti.clienti = ridByCode(QStringLiteral("PianoConti"), QStringLiteral("01001001"));
     f.conti.fornitori = ridByCode(QStringLiteral("PianoConti"), QStringLiteral("02001001"));
-    RecordsetPtr rs = db().getNewRecordset(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("STRESS%"))
-                                               + QStringLiteral(" ORDER BY RID"),
-                                           kTag);
+    const cReader rs(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("STRESS%"))
+                         + QStringLiteral(" ORDER BY RID"),
+                     kTag);
     for (; rs && !rs->eof(); rs->moveNext())
         f.prodotti << int(rs->integer(QStringLiteral("RID")));
-    db().disconnect();
     return f.sede > 0 && f.cliente > 0 && f.fornitore > 0 && f.cauFattura > 0 && f.numFatture > 0 && f.cauCarico > 0
         && f.numCarichi > 0 && f.pagamento > 0 && f.prodotti.size() == 5;
 }
@@ -261,14 +264,13 @@ namespace {
 QList<QVariantList> rows(const QString& sql)
 {
     QList<QVariantList> list;
-    RecordsetPtr rs = db().getNewRecordset(sql, kTag);
+    const cReader rs(sql, kTag);
     for (; rs && !rs->eof(); rs->moveNext()) {
         QVariantList row;
         for (int i = 0; i < rs->fieldCount(); ++i)
             row << rs->value(i);
         list << row;
     }
-    db().disconnect();
     return list;
 }
 

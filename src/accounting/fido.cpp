@@ -1,5 +1,6 @@
 #include "accounting/fido.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "data/recordset.h"
@@ -10,17 +11,15 @@
 Currency controllaFuoriFido(int fkAnagrafe, bool& ctrlFido, int contoClienti, bool fidoAllaData, const QDate& oggi)
 {
     ctrlFido = false;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT CTRLFIDO, FIDO FROM Anagrafiche WHERE RID = ") + QString::number(fkAnagrafe),
-        QStringLiteral("bOrvantis.Err_controllaFuoriFido"), 2, 1, 3);
     Currency fido;
-    if (rs && !rs->eof()) {
-        ctrlFido = rs->flag(QStringLiteral("CTRLFIDO"));
-        fido = rs->amount(QStringLiteral("FIDO"));
+    {
+        const cReader rs(QStringLiteral("SELECT CTRLFIDO, FIDO FROM Anagrafiche WHERE RID = ") + QString::number(fkAnagrafe),
+                         QStringLiteral("bOrvantis.Err_controllaFuoriFido"));
+        if (rs && !rs->eof()) {
+            ctrlFido = rs->flag(QStringLiteral("CTRLFIDO"));
+            fido = rs->amount(QStringLiteral("FIDO"));
+        }
     }
-    if (rs)
-        rs->close();
-    gAdoSqlServer().disconnect();
     if (!ctrlFido)
         return Currency();
     // Saturating: at the limits the sign of the residual still tells.

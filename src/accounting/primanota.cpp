@@ -1,5 +1,6 @@
 #include "accounting/primanota.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
@@ -108,24 +109,23 @@ namespace {
 QString scriviRighe(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
                     const ContiControparti& controparti, bool nuova)
 {
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
-            + QString::number(fkCausale),
-        tag("saveDettagliPrimaNota"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
-        return QString();
-    }
-    const bool found = !rs->eof();
     ContiCausale causale;
-    if (found) {
-        causale.dare1 = int(rs->integer(QStringLiteral("FK_CONTODARE1")));
-        causale.dare2 = int(rs->integer(QStringLiteral("FK_CONTODARE2")));
-        causale.avere1 = int(rs->integer(QStringLiteral("FK_CONTOAVERE1")));
-        causale.avere2 = int(rs->integer(QStringLiteral("FK_CONTOAVERE2")));
+    bool found = false;
+    {
+        const cReader rs(
+            QStringLiteral("SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
+                + QString::number(fkCausale),
+            tag("saveDettagliPrimaNota"));
+        if (!rs)
+            return QString();
+        found = !rs->eof();
+        if (found) {
+            causale.dare1 = int(rs->integer(QStringLiteral("FK_CONTODARE1")));
+            causale.dare2 = int(rs->integer(QStringLiteral("FK_CONTODARE2")));
+            causale.avere1 = int(rs->integer(QStringLiteral("FK_CONTOAVERE1")));
+            causale.avere2 = int(rs->integer(QStringLiteral("FK_CONTOAVERE2")));
+        }
     }
-    rs->close();
-    gAdoSqlServer().disconnect();
     if (!found)
         return QStringLiteral("Impossibile assegnare i conti DARE/AVERE!");
 
@@ -179,12 +179,11 @@ int getNewProgressivoPrimaNota(const QDate& data)
 
     // The highest number of the year and one more: a number freed by a
     // deletion at the end of the run is given again.
-    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota") + where, tag(procedure), 2, 1, 3);
+    const cReader rs(QStringLiteral("SELECT MAX(PROGRESSIVO) AS ULTIMO FROM PrimaNota") + where, tag(procedure));
     if (!rs)
         return -1;
-    const QVariant ultimo = rs->eof() ? QVariant() : rs->value(0);
-    rs->close();
-    return ultimo.isNull() ? 1 : ultimo.toInt() + 1;
+    const QVariant ultimo = rs.firstValue();
+    return ultimo.isNull() || !ultimo.isValid() ? 1 : ultimo.toInt() + 1;
 }
 
 int getProgPrimaNotaByID(int rid)

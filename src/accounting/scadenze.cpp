@@ -1,5 +1,6 @@
 #include "accounting/scadenze.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "data/recordset.h"
@@ -39,15 +40,13 @@ struct Termine
 
 std::optional<Termine> leggiTermine(int fkPagamento)
 {
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+    const cReader rs(
         QStringLiteral("SELECT P.RID, P.CODICE, P.ACCONTO, P.RIMESSADIRETTA, P.FINEMESE, P.NRATE, DP.NGIORNI, DP.PERCENTUALE "
                        "FROM Pagamenti P INNER JOIN DettagliPagamenti DP ON DP.FK_PAGAMENTO = P.RID WHERE P.RID = ")
             + QString::number(fkPagamento) + QStringLiteral(" ORDER BY DP.RID"),
-        kTag, 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
+        kTag);
+    if (!rs)
         return std::nullopt;
-    }
     Termine t;
     for (; !rs->eof(); rs->moveNext()) {
         t.codice = rs->value(QStringLiteral("CODICE")).toString();
@@ -58,8 +57,6 @@ std::optional<Termine> leggiTermine(int fkPagamento)
         t.giorni << int(rs->integer(QStringLiteral("NGIORNI")));
         t.percentuali << rs->number(QStringLiteral("PERCENTUALE"));
     }
-    rs->close();
-    gAdoSqlServer().disconnect();
     return t;
 }
 
@@ -183,12 +180,9 @@ Currency getSaldoCliente(int fkAnagrafe, int contoClienti, bool fidoAllaData, co
     if (fidoAllaData)
         sql += QStringLiteral(" AND pn.DataValuta <= ") + gAdoSqlServer().getSQLDate(oggi);
     const QString tag = kModule + QStringLiteral(".getSaldoCliente");
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag, 2, 1, 3);
+    const cReader rs(sql, tag);
     Currency saldo;
     if (rs && !rs->eof())
         saldo = rs->amount(QStringLiteral("TOTDARE")) - rs->amount(QStringLiteral("TOTAVERE"));
-    if (rs)
-        rs->close();
-    gAdoSqlServer().disconnect();
     return saldo;
 }

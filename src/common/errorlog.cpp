@@ -1,6 +1,7 @@
 #include "common/errorlog.h"
 
 #include "common/apphome.h"
+#include "common/dialoggate.h"
 #include "common/italiantext.h"
 
 #include <QDateTime>
@@ -58,12 +59,23 @@ void cError::notifyError(const QString& module, const QString& procedure, const 
         out << logEntry(report, QDateTime::currentDateTime());
     }
 
+    m_inError = false;
+    if (dialogGate::isClosed())
+        dialogGate::hold(QStringLiteral("notifyError|") + logEntry(report, QDateTime()), [this, report] { showReport(report); });
+    else
+        showReport(report);
+}
+
+void cError::showReport(const ErrorReport& report)
+{
+    m_inError = true;
     int answer = 1;
     if (m_handler) {
         answer = m_handler(report);
     } else {
-        QTextStream(stderr) << "Errore in " << module << '.' << procedure << ": " << report.description
-                            << (information.trimmed().isEmpty() ? QString() : QStringLiteral(" [") + information + QLatin1Char(']'))
+        QTextStream(stderr) << "Errore in " << report.module << '.' << report.procedure << ": " << report.description
+                            << (report.information.trimmed().isEmpty() ? QString()
+                                                                       : QStringLiteral(" [") + report.information + QLatin1Char(']'))
                             << '\n';
     }
     m_inError = false;

@@ -47,8 +47,9 @@ using ErrorReportHandler = std::function<int(const ErrorReport&)>;
 class cError
 {
 public:
-    // Appends the report to Err.log and hands it to the handler. When the
-    // handler answers 0, the leave-hook runs (the application ends at once).
+    // Appends the report to Err.log and hands it to the handler, after the
+    // open transaction if there is one (dialoggate.h). When the handler
+    // answers 0, the leave-hook runs (the application ends at once).
     void notifyError(const QString& module, const QString& procedure, const QString& information,
                      bool fatal = true);
 
@@ -65,6 +66,8 @@ public:
     static QString logEntry(const ErrorReport& report, const QDateTime& when);
 
 private:
+    void showReport(const ErrorReport& report);
+
     ErrorReportHandler m_handler;
     std::function<void()> m_leaveHook;
     bool m_inError = false;

@@ -1,5 +1,8 @@
 #include "common/msgbox.h"
 
+#include "common/dialoggate.h"
+#include "common/errorlog.h"
+
 #include <QTextStream>
 #include <cstdio>
 
@@ -33,6 +36,18 @@ int defaultAnswer(int style)
 int msgBox(const QString& prompt, int style, const QString& title)
 {
     const QString shownTitle = title.isEmpty() ? applicationTitle() : title;
+    if (dialogGate::isClosed()) {
+        if ((style & 0x7) == vb::OKOnly) {
+            dialogGate::hold(QString::number(style) + QLatin1Char('|') + prompt,
+                             [prompt, style, title] { msgBox(prompt, style, title); });
+            return vb::OK;
+        }
+        // A fault of the program: reported (after the transaction), and the
+        // default button answers.
+        Err().raise(5, QStringLiteral("msgBox"), QStringLiteral("Domanda durante una transazione: ") + prompt);
+        notifyError(QStringLiteral("msgBox"), QStringLiteral("msgBox"), QString(), false);
+        return defaultAnswer(style);
+    }
     if (const MsgBoxHandler& handler = currentHandler())
         return handler(prompt, style, shownTitle);
     QTextStream(stderr) << shownTitle << ": " << prompt << '\n';

@@ -1,20 +1,17 @@
 #include "core/documentmenu.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
 
 QList<DocumentMenuEntry> documentMenuEntries()
 {
     QList<DocumentMenuEntry> entries;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+    const cReader rs(
         QStringLiteral("SELECT RID, DESCRIZIONE FROM TipoDocumenti WHERE (HIDEMENU IS NULL OR HIDEMENU = 0) ORDER BY DESCRIZIONE"),
-        QStringLiteral("fillMenuDocumenti"), 2, 1, 3);
-    if (!rs)
-        return entries;
-    for (; !rs->eof(); rs->moveNext())
+        QStringLiteral("fillMenuDocumenti"));
+    for (; rs && !rs->eof(); rs->moveNext())
         entries.append({int(rs->integer(QStringLiteral("RID"))), rs->text(QStringLiteral("DESCRIZIONE"))});
-    rs->close();
-    gAdoSqlServer().disconnect();
     return entries;
 }
 

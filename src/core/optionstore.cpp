@@ -1,5 +1,6 @@
 #include "core/optionstore.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
@@ -155,8 +156,8 @@ OptionGlobals& gOptions()
 QString getOpzione(const QString& nome)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("select valore from Opzioni where nome = ") + sqlText(nome),
-                                         kModule + QStringLiteral(".getOpzione"));
+    const cReader rs(QStringLiteral("select valore from Opzioni where nome = ") + sqlText(nome),
+                     kModule + QStringLiteral(".getOpzione"));
     if (!rs)
         return QString();
     QString value;
@@ -172,8 +173,6 @@ QString getOpzione(const QString& nome)
     } else {
         value = rs->text(QStringLiteral("VALORE"));
     }
-    rs->close();
-    db.disconnect();
     if (!ok)
         notifyError(kModule, QStringLiteral("getOpzione"), QStringLiteral("Nome=") + nome);
     return value;
@@ -183,19 +182,16 @@ void setOpzione(const QString& nome, const QString& valore)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString tag = kModule + QStringLiteral(".setOpzione");
-    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT COUNT(NOME) FROM Opzioni WHERE NOME = ") + sqlText(nome), tag);
-    if (!rs || rs->eof())
+    const QVariant count = db.getValueBySQL(QStringLiteral("SELECT COUNT(NOME) FROM Opzioni WHERE NOME = ") + sqlText(nome), tag);
+    if (!count.isValid())
         return;
     QString sql;
-    if (rs->value(0).toInt() > 0)
+    if (count.toInt() > 0)
         sql = QStringLiteral("UPDATE Opzioni SET VALORE = ") + sqlText(valore) + QStringLiteral(" WHERE NOME = ") + sqlText(nome);
     else
         sql = QStringLiteral("INSERT INTO Opzioni (NOME, VALORE) VALUES (") + sqlText(nome) + QStringLiteral(" , ")
             + sqlText(valore) + QLatin1Char(')');
-    if (!db.executeSQL(sql, tag))
-        return;   // the count's connection stays, as it always has after a failed write
-    rs->close();
-    db.disconnect();
+    db.executeSQL(sql, tag);
 }
 
 void loadOptionGlobals()

@@ -1,5 +1,6 @@
 #include "core/startup.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "common/apphome.h"
@@ -125,11 +126,10 @@ int openFileDatabase(bool mayCreate, QString& out, QString& err)
 int checkConnection(QString& out, QString& err)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    if (!db.Connect(QStringLiteral("N/D"), 60, 0, true)) {
+    if (!connectionCheck(true)) {
         err = QStringLiteral("Impossibile connettere il DataBase! (") + gSession().strDescrizioneDB + QStringLiteral(")\n");
         return 1;
     }
-    db.disconnect();
     const int version = model::storedSchemaVersion();
     const QString year = getOpzione(QStringLiteral("AnnoCorrente"));
     out += QStringLiteral("Database pronto: ") + gSession().strDescrizioneDB + QStringLiteral(" (schema ")

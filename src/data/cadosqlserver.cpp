@@ -1,5 +1,6 @@
 #include "data/cadosqlserver.h"
 
+#include "common/dialoggate.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
@@ -69,7 +70,7 @@ void cAdoSqlServer::closeAll()
     m_count = 0;
     m_inTransaction = false;
     m_transactionFailed = false;
-    m_pendingMessages.clear();
+    dialogGate::open();
 }
 
 void cAdoSqlServer::initClass()
@@ -123,20 +124,8 @@ bool cAdoSqlServer::reportUnavailable(const DbError& error)
 
 void cAdoSqlServer::showAfterTransaction(const QString& text, int style)
 {
-    if (!m_inTransaction) {
-        msgBox(text, style);
-        return;
-    }
-    const QPair<QString, int> message(text, style);
-    if (!m_pendingMessages.contains(message))
-        m_pendingMessages.append(message);
-}
-
-void cAdoSqlServer::showPendingMessages()
-{
-    const QList<QPair<QString, int>> messages = std::exchange(m_pendingMessages, {});
-    for (const auto& [text, style] : messages)
-        msgBox(text, style);
+    // While a transaction is open the gate holds the box until its end.
+    msgBox(text, style);
 }
 
 void cAdoSqlServer::report(const QString& procedure, const QString& information, const DbError* error)
@@ -191,6 +180,8 @@ void cAdoSqlServer::TerminateConnection()
         DbError ignored;
         m_current->physical()->rollback(ignored);
     }
+    if (m_inTransaction)
+        dialogGate::open();
     m_inTransaction = false;
     if (m_current && m_current->State() == 1) {
         m_current->close();
@@ -226,6 +217,7 @@ bool cAdoSqlServer::beginTrasaction(const QString& tag)
         return false;
     }
     m_inTransaction = true;
+    dialogGate::close();
     return true;
 }
 
@@ -242,7 +234,7 @@ bool cAdoSqlServer::commitTrasaction(const QString& tag)
     }
     m_inTransaction = false;
     disconnect();
-    showPendingMessages();
+    dialogGate::open();
     return true;
 }
 
@@ -262,11 +254,11 @@ bool cAdoSqlServer::rollbackTrasaction(const QString& tag)
     m_transactionFailed = false;
     if (!ok) {
         report(QStringLiteral("rollbackTrasaction -> ") + tag, QString(), &error);
-        showPendingMessages();
+        dialogGate::open();
         return false;
     }
     disconnect();
-    showPendingMessages();
+    dialogGate::open();
     return true;
 }
 

@@ -162,7 +162,6 @@ private:
     void abandonCurrent();
     bool retryOnNewConnection(const QString& finalText, QSqlQuery* query, DbError& error, int* rowsAffected);
     bool reportUnavailable(const DbError& error);
-    void showPendingMessages();
 
     ConnectionPtr m_current;
     int m_count = 0;
@@ -175,8 +174,6 @@ private:
     // its connection died): every statement is refused until the rollback.
     bool m_transactionFailed = false;
     Failure m_lastFailure = Failure::None;
-    // Messages held back while a transaction is open, shown after it ends.
-    QList<QPair<QString, int>> m_pendingMessages;
     int m_tipoCursore = adUseServer;
     QString m_appName;
     qint16 m_tipoServer = 0;

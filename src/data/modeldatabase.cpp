@@ -1,3 +1,4 @@
+#include "data/scoped.h"
 #include "data/modeldatabase.h"
 
 #include "data/cadosqlserver.h"
@@ -171,7 +172,8 @@ bool seedDatabase(QString* message)
     cAdoSqlServer& db = gAdoSqlServer();
     const QString tag = QStringLiteral("model.seedDatabase");
     const int tipo = db.TipoServer();
-    if (!db.beginTrasaction(tag)) {
+    cTransaction transaction(tag);
+    if (!transaction) {
         say(message, QStringLiteral("Impossibile aprire la transazione."));
         return false;
     }
@@ -202,11 +204,7 @@ bool seedDatabase(QString* message)
             break;
         }
     }
-    if (!ok) {
-        db.rollbackTrasaction(tag);
-        return false;
-    }
-    return db.commitTrasaction(tag);
+    return ok && transaction.commit();
 }
 
 bool buildModelFile(const QString& path, QString* message)

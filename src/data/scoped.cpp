@@ -27,6 +27,15 @@ QVariant cReader::firstValue() const
     return m_rs->value(0);
 }
 
+bool connectionCheck(bool silent)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    if (!db.Connect(QStringLiteral("N/D"), 60, 0, silent))
+        return false;
+    db.disconnect();
+    return true;
+}
+
 cTransaction::cTransaction(const QString& tag)
     : m_tag(tag)
     , m_open(gAdoSqlServer().beginTrasaction(tag))

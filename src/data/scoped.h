@@ -37,6 +37,10 @@ private:
     bool m_connected = false;
 };
 
+// Whether the database can be reached now: a connection opened and given
+// back. Silent: a failure is not reported.
+bool connectionCheck(bool silent);
+
 class cTransaction
 {
 public:

@@ -1,5 +1,6 @@
 #include "lookups/lookups.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
@@ -72,19 +73,15 @@ bool lookup(const Lookup& l, QString& codice, QString& descrizione, int& rid, co
             + latin(l.extraColumns) + QStringLiteral(" FROM ") + latin(l.table) + QStringLiteral(" WHERE ") + where;
         if (*l.condition)
             sql += QStringLiteral(" AND ") + latin(l.condition);
-        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, kModule + QLatin1Char('.') + latin(l.procedure), 2, 1, 3);
-        if (rs) {
-            if (!rs->eof()) {
-                codice = rs->value(latin(l.codeColumn)).toString();
-                descrizione = rs->text(latin(l.descriptionColumn));
-                rid = int(rs->integer(QStringLiteral("RID")));
-                found = true;
-                if (extras)
-                    extras(*rs);
-            }
-            rs->close();
+        const cReader rs(sql, kModule + QLatin1Char('.') + latin(l.procedure));
+        if (rs && !rs->eof()) {
+            codice = rs->value(latin(l.codeColumn)).toString();
+            descrizione = rs->text(latin(l.descriptionColumn));
+            rid = int(rs->integer(QStringLiteral("RID")));
+            found = true;
+            if (extras)
+                extras(*rs);
         }
-        gAdoSqlServer().disconnect();
     }
     if (rid < 1) {
         showNotFound(codice);
@@ -230,11 +227,12 @@ QString colonneProdotto()
 
 namespace {
 
-RecordsetPtr openProdotti(const QString& code, int rid, const RicercaProdotto& ricerca)
+QString prodottiSql(const QString& code, int rid, const RicercaProdotto& ricerca)
 {
-    return gAdoSqlServer().getNewRecordset(kProdottoEstesoSql + prodottoCondition(code, rid, ricerca),
-                                           kModule + QStringLiteral(".validaProdottoEsteso"), 2, 1, 3);
+    return kProdottoEstesoSql + prodottoCondition(code, rid, ricerca);
 }
+
+const QString kTagProdottoEsteso = kModule + QStringLiteral(".validaProdottoEsteso");
 
 } // namespace
 
@@ -243,31 +241,32 @@ bool validaProdottoEsteso(ProdottoEsteso& p, const RicercaProdotto& ricerca)
     p.creaNuovo = false;
     if (p.codice.isEmpty() && p.rid < 1)
         return false;
-    RecordsetPtr rs = openProdotti(p.codice, p.rid, ricerca);
     bool found = false;
-    if (rs && rs->recordCount() > 1) {
-        const QStringList chosen = chooser() ? chooser()(kProdottoColumns, *rs, ricerca.multiSelect, false) : QStringList();
-        rs->close();
-        gAdoSqlServer().disconnect();
-        QStringList keys;
-        for (const QString& key : chosen)
-            if (key.startsWith(QLatin1String("E_")))
-                keys << key.mid(2);
-        if (!keys.isEmpty()) {
-            if (ricerca.multiSelect)
-                p.elencoRid = keys.join(QLatin1Char(',')) + QLatin1Char(',');
-            rs = openProdotti(QString(), keys.first().toInt(), ricerca);
-        } else {
-            rs.reset();
-        }
-    }
-    if (rs) {
-        if (!rs->eof()) {
+    int chosenRid = 0;
+    {
+        const cReader rs(prodottiSql(p.codice, p.rid, ricerca), kTagProdottoEsteso);
+        if (rs && rs->recordCount() > 1) {
+            const QStringList chosen = chooser() ? chooser()(kProdottoColumns, *rs, ricerca.multiSelect, false) : QStringList();
+            QStringList keys;
+            for (const QString& key : chosen)
+                if (key.startsWith(QLatin1String("E_")))
+                    keys << key.mid(2);
+            if (!keys.isEmpty()) {
+                if (ricerca.multiSelect)
+                    p.elencoRid = keys.join(QLatin1Char(',')) + QLatin1Char(',');
+                chosenRid = keys.first().toInt();
+            }
+        } else if (rs && !rs->eof()) {
             fillProdotto(p, *rs, ricerca.magazzino);
             found = true;
         }
-        rs->close();
-        gAdoSqlServer().disconnect();
+    }
+    if (chosenRid > 0) {
+        const cReader rs(prodottiSql(QString(), chosenRid, ricerca), kTagProdottoEsteso);
+        if (rs && !rs->eof()) {
+            fillProdotto(p, *rs, ricerca.magazzino);
+            found = true;
+        }
     }
     if (found)
         return true;
@@ -292,9 +291,9 @@ bool validaDocumentoEsteso(DocumentoEsteso& d)
         sql += QStringLiteral("RID = ") + QString::number(d.rid);
     else
         return false;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, kModule + QStringLiteral(".validaDocumentoEsteso"), 2, 1, 3);
-    if (rs) {
-        if (!rs->eof()) {
+    {
+        const cReader rs(sql, kModule + QStringLiteral(".validaDocumentoEsteso"));
+        if (rs && !rs->eof()) {
             d.codice = rs->text(QStringLiteral("CODICE"));
             d.descrizione = rs->text(QStringLiteral("DESCRIZIONE"));
             d.rid = int(rs->integer(QStringLiteral("RID")));
@@ -309,9 +308,7 @@ bool validaDocumentoEsteso(DocumentoEsteso& d)
             d.stampaElencoSpeciale = getChekByBool(rs->value(QStringLiteral("STAMPAELENCOSPECIALE"))) != 0;
             d.modificaPrezzoAcquisto = getChekByBool(rs->value(QStringLiteral("MODIFICAPREZZOACQUISTO"))) != 0;
         }
-        rs->close();
     }
-    gAdoSqlServer().disconnect();
     if (d.rid < 1) {
         showNotFound(d.codice);
         d.codice.clear();

@@ -1,5 +1,6 @@
 #include "masterdata/frmricercaconto.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "core/dialogservice.h"
 #include "data/recordset.h"
@@ -52,12 +53,10 @@ bool frmRicercaConto::getData()
     m_tree->clear();
     auto* root = new QTreeWidgetItem(m_tree, {QStringLiteral("Piano dei Conti")});
     root->setData(0, Qt::UserRole, QStringLiteral("ROT_"));
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM PianoConti ORDER BY CODICE"), objectName() + QStringLiteral(".getData"));
-    if (!rs) {
-        gAdoSqlServer().disconnect();
+    const cReader rs(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM PianoConti ORDER BY CODICE"),
+                     objectName() + QStringLiteral(".getData"));
+    if (!rs)
         return false;
-    }
     // The order by code puts every parent before its children. An account
     // whose parent row is missing hangs from the root, so it can still be chosen.
     QHash<QString, QTreeWidgetItem*> nodes;
@@ -75,8 +74,6 @@ bool frmRicercaConto::getData()
         }
         nodes.insert(key + code, addNode(parent, key + code, code, description, rid));
     }
-    rs->close();
-    gAdoSqlServer().disconnect();
     m_tree->expandAll();
     m_tree->setCurrentItem(root);
     return true;

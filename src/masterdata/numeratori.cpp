@@ -1,5 +1,6 @@
 #include "masterdata/numeratori.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
 #include "data/sqlliteral.h"
@@ -44,16 +45,12 @@ bool numeratoriAnno(const QString& anno, QList<NumeratoreAnno>& righe)
         + sqlText(anno)
         + QStringLiteral(" AND Contatori.FK_NUMERATORE = Numeratori.RID) as  Numero From Numeratori ORDER BY "
                          "Numeratori.DESCRIZIONE ");
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag("bindList"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
+    const cReader rs(sql, tag("bindList"));
+    if (!rs)
         return false;
-    }
     for (; !rs->eof(); rs->moveNext())
         righe.append({int(rs->integer(QStringLiteral("RID"))), rs->text(QStringLiteral("DESCRIZIONE")),
                       valIntero(rs->text(QStringLiteral("Numero")))});
-    rs->close();
-    gAdoSqlServer().disconnect();
     return true;
 }
 
@@ -61,7 +58,8 @@ int aggiungiNumeratore(const QString& descrizione, const QString& anno)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString t = tag("addNewNumeratore");
-    if (!db.beginTrasaction(t))
+    cTransaction transaction(t);
+    if (!transaction)
         return -1;
     const QVariant highest = db.getValueBySQL(QStringLiteral("SELECT MAX(RID) FROM Numeratori"), t);
     // No value at all is a failed statement; a Null is an empty table.
@@ -73,29 +71,16 @@ int aggiungiNumeratore(const QString& descrizione, const QString& anno)
                             t, QStringLiteral("RID"), QStringLiteral("Numeratori"))
             >= 0
         && db.executeSQL(insertContatore(rid, anno, 0), t);
-    if (!ok) {
-        db.rollbackTrasaction(t);
-        return -1;
-    }
-    if (!db.commitTrasaction(t))
-        return -1;
-    return rid;
+    return ok && transaction.commit() ? rid : -1;
 }
 
 QStringList tipiDocumentoDelNumeratore(int rid)
 {
     QStringList tipi;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT DESCRIZIONE FROM TipoDocumenti WHERE NCONTATORE = ") + QString::number(rid),
-        tag("delNumeratore"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
-        return tipi;
-    }
-    for (; !rs->eof(); rs->moveNext())
+    const cReader rs(QStringLiteral("SELECT DESCRIZIONE FROM TipoDocumenti WHERE NCONTATORE = ") + QString::number(rid),
+                     tag("delNumeratore"));
+    for (; rs && !rs->eof(); rs->moveNext())
         tipi << rs->text(QStringLiteral("DESCRIZIONE"));
-    rs->close();
-    gAdoSqlServer().disconnect();
     return tipi;
 }
 
@@ -103,15 +88,10 @@ bool eliminaNumeratore(int rid)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString t = tag("delNumeratore");
-    if (!db.beginTrasaction(t))
-        return false;
+    cTransaction transaction(t);
     const QString key = QString::number(rid);
-    if (!db.executeSQL(QStringLiteral("DELETE FROM Contatori WHERE FK_NUMERATORE = ") + key, t)
-        || !db.executeSQL(QStringLiteral("DELETE FROM Numeratori WHERE RID = ") + key, t)) {
-        db.rollbackTrasaction(t);
-        return false;
-    }
-    return db.commitTrasaction(t);
+    return transaction && db.executeSQL(QStringLiteral("DELETE FROM Contatori WHERE FK_NUMERATORE = ") + key, t)
+        && db.executeSQL(QStringLiteral("DELETE FROM Numeratori WHERE RID = ") + key, t) && transaction.commit();
 }
 
 bool impostaContatore(int rid, const QString& anno, int numero)
@@ -119,16 +99,15 @@ bool impostaContatore(int rid, const QString& anno, int numero)
     cAdoSqlServer& db = gAdoSqlServer();
     const QString t = tag("getNewNumeroByNumeratore");
     const QString key = QString::number(rid);
-    RecordsetPtr rs = db.getNewRecordset(QStringLiteral("SELECT RID FROM Contatori WHERE ANNO = ") + sqlText(anno)
-                                             + QStringLiteral(" AND FK_NUMERATORE = ") + key,
-                                         t, 2, 1, 3);
-    if (!rs) {
-        db.disconnect();
-        return false;
+    bool exists = false;
+    {
+        const cReader rs(QStringLiteral("SELECT RID FROM Contatori WHERE ANNO = ") + sqlText(anno)
+                             + QStringLiteral(" AND FK_NUMERATORE = ") + key,
+                         t);
+        if (!rs)
+            return false;
+        exists = !rs->eof();
     }
-    const bool exists = !rs->eof();
-    rs->close();
-    db.disconnect();
     if (!exists)
         return db.executeSQL(insertContatore(rid, anno, numero), t);
     return db.executeSQL(QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero)

@@ -1,5 +1,6 @@
 #include "numbering/numeratore.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/errorlog.h"
 #include "data/recordset.h"
@@ -28,14 +29,10 @@ std::optional<int> neighbour(int fkTipoDocumento, const QDate& data, int rid, bo
     if (rid > 0)
         sql += QStringLiteral(" AND RID <> ") + QString::number(rid);
     sql += before ? QStringLiteral(" ORDER BY Progressivo DESC") : QStringLiteral(" ORDER BY Progressivo ");
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag("checkNumeroData"), 2, 1, 3);
-    std::optional<int> found;
-    if (rs) {
-        found = rs->eof() ? sentinel : int(rs->integer(QStringLiteral("Progressivo")));
-        rs->close();
-    }
-    gAdoSqlServer().disconnect();
-    return found;
+    const cReader rs(sql, tag("checkNumeroData"));
+    if (!rs)
+        return std::nullopt;
+    return rs->eof() ? sentinel : int(rs->integer(QStringLiteral("Progressivo")));
 }
 
 } // namespace
@@ -70,18 +67,18 @@ int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno)
     // Elsewhere the read locks the row (SQL Server's hint) or the whole
     // database (the file database's write transaction) until the caller's
     // transaction ends.
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE FK_NUMERATORE = ") + id
-            + QStringLiteral(" AND ANNO =  ") + sqlText(anno),
-        tag("getNewNumeratoreAnnuale"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
-        return 0;
+    bool exists = false;
+    int numero = 1;
+    {
+        const cReader rs(
+            QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE FK_NUMERATORE = ") + id
+                + QStringLiteral(" AND ANNO =  ") + sqlText(anno),
+            tag("getNewNumeratoreAnnuale"));
+        if (!rs)
+            return 0;
+        exists = !rs->eof();
+        numero = (exists ? int(rs->integer(QStringLiteral("NUMERO"))) : 0) + 1;
     }
-    const bool exists = !rs->eof();
-    const int numero = (exists ? int(rs->integer(QStringLiteral("NUMERO"))) : 0) + 1;
-    rs->close();
-    gAdoSqlServer().disconnect();
     const QString write = exists ? QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero) + where : insertFirst;
     return gAdoSqlServer().executeSQL(write, tag("getNewNumeratoreAnnuale")) ? numero : 0;
 }

@@ -1,5 +1,6 @@
 #include "pricing/prezzi.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "data/recordset.h"
@@ -28,14 +29,11 @@ std::optional<QVariant> firstValue(const QString& sql, const char* procedure)
 // The columns of the first row; empty when there is none.
 QVariantList firstRow(const QString& sql, const char* procedure)
 {
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, tag(procedure), 2, 1, 3);
+    const cReader rs(sql, tag(procedure));
     QVariantList row;
     if (rs && !rs->eof())
         for (int i = 0; i < rs->fieldCount(); ++i)
             row << rs->value(i);
-    if (rs)
-        rs->close();
-    gAdoSqlServer().disconnect();
     return row;
 }
 

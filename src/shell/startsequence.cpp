@@ -1,6 +1,7 @@
 #include "shell/startsequence.h"
 
 #include "core/appinfo.h"
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "core/dialogservice.h"
 #include "shell/frmmain.h"
@@ -53,7 +54,6 @@ std::unique_ptr<frmMain> StartSequence::run()
 
     if (!connectDatabase())
         return nullptr;
-    gAdoSqlServer().disconnect();
     if (m_options.pauseMs > 0)
         QThread::msleep(m_options.pauseMs);
     m_splash->hide();
@@ -88,7 +88,7 @@ bool StartSequence::connectDatabase()
             msgBox(message, vb::Critical);
             return false;
         }
-        return gAdoSqlServer().Connect(QStringLiteral("N/D"), 60, 0, silent);
+        return connectionCheck(silent);
     };
     if (tryConnect(true))
         return true;

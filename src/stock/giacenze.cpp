@@ -1,5 +1,6 @@
 #include "stock/giacenze.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
@@ -170,11 +171,8 @@ bool bloccaProdotti(QList<int> prodotti)
     for (const int prodotto : std::as_const(prodotti)) {
         if (prodotto < 1)
             continue;
-        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(lockingRead(QStringLiteral("RID"), prodotto), tag("bloccaProdotti"), 2, 1, 3);
-        if (!rs)
+        if (!cReader(lockingRead(QStringLiteral("RID"), prodotto), tag("bloccaProdotti")))
             return false;
-        rs->close();
-        gAdoSqlServer().disconnect();
     }
     return true;
 }
@@ -298,12 +296,12 @@ Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita
 
     const Currency none = Currency::fromUnits(-1);
     Currency result = none;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        QStringLiteral("SELECT Sum(Abs(dm.QUANTITA)) AS TotQuantita, Sum(Abs(dm.QUANTITA) * Abs(dm.PREZZONETTO)) AS TotValore") + joins
-            + period + loads,
-        tag("getPrezzoMedioProdotto"), 2, 1, 3);
     bool sums = false;
-    if (rs && !rs->eof() && !rs->isNull(QStringLiteral("TotQuantita")) && !rs->isNull(QStringLiteral("TotValore"))) {
+    if (const cReader rs(
+            QStringLiteral("SELECT Sum(Abs(dm.QUANTITA)) AS TotQuantita, Sum(Abs(dm.QUANTITA) * Abs(dm.PREZZONETTO)) AS TotValore")
+                + joins + period + loads,
+            tag("getPrezzoMedioProdotto"));
+        rs && !rs->eof() && !rs->isNull(QStringLiteral("TotQuantita")) && !rs->isNull(QStringLiteral("TotValore"))) {
         sums = true;
         double quantitaTotale = rs->number(QStringLiteral("TotQuantita"));
         double valoreTotale = rs->number(QStringLiteral("TotValore"));
@@ -313,9 +311,6 @@ Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita
         }
         result = quantitaTotale != 0 ? Currency::fromDouble(valoreTotale / quantitaTotale) : Currency();
     }
-    if (rs)
-        rs->close();
-    gAdoSqlServer().disconnect();
 
     if (!sums || result <= Currency()) {
         if (ridRiga < 0) {

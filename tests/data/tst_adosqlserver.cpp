@@ -4,6 +4,7 @@
 #include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
+#include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqlliteral.h"
 #include "support/testdb.h"
@@ -196,6 +197,67 @@ private Q_SLOTS:
         }
         QVERIFY(errors.reports.isEmpty());
         disconnectAll();
+        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);
+    }
+
+    // A reader gives its connection back at the end of its scope, also when
+    // its statement failed; a transaction not committed is rolled back.
+    void scopedWork()
+    {
+        use();
+        {
+            const cReader rs(QStringLiteral("SELECT COUNT(*) FROM Iva"), QStringLiteral("test"));
+            QVERIFY(rs);
+            QCOMPARE(rs.firstValue().toInt(), 0);
+            QCOMPARE(db().getConnectionCount(), 1);
+        }
+        QCOMPARE(db().getConnectionCount(), 0);
+        {
+            ErrorRecorder errors;
+            const cReader rs(QStringLiteral("SELECT NOCOLUMN FROM Iva"), QStringLiteral("test"));
+            QVERIFY(!rs);
+            QCOMPARE(errors.reports.size(), 1);
+        }
+        QCOMPARE(db().getConnectionCount(), 0);
+        {
+            cTransaction t(QStringLiteral("test"));
+            QVERIFY(t);
+            QVERIFY(insertIva(QStringLiteral("22"), 22) > 0);
+        }
+        QVERIFY(!db().inTransaction());
+        QCOMPARE(db().getConnectionCount(), 0);
+        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 0);
+        {
+            cTransaction t(QStringLiteral("test"));
+            QVERIFY(insertIva(QStringLiteral("22"), 22) > 0);
+            QVERIFY(t.commit());
+        }
+        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);
+    }
+
+    // No box and no error report opens while a transaction holds its locks:
+    // they wait for its end, in order. A question cannot wait: it takes its
+    // default button and is reported as a fault.
+    void noBoxWhileTransactionOpen()
+    {
+        use();
+        const QString iva = QString::number(insertIva(QStringLiteral("22"), 22));
+        testdb::run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, FK_Iva) VALUES (¤P1¤, ¤Vite¤, ") + iva + QLatin1Char(')'));
+        ErrorRecorder errors;
+        testdb::ScriptedMsgBox boxes;
+        boxes.expect(QStringLiteral("L'operazione non può essere completata nel rispetto dell'integrità dei dati."), vb::OK);
+        {
+            cTransaction t(QStringLiteral("test"));
+            QVERIFY(!db().executeSQL(QStringLiteral("DELETE FROM Iva WHERE RID = ") + iva, QStringLiteral("frmIva.deleteRecord")));
+            QVERIFY(!db().executeSQL(QStringLiteral("UPDATE NoTable SET A = 1"), QStringLiteral("test")));
+            QCOMPARE(msgBox(QStringLiteral("Continuare?"), vb::YesNo | vb::Question | vb::DefaultButton2), vb::No);
+            QVERIFY(boxes.shown.isEmpty());
+            QVERIFY(errors.reports.isEmpty());
+        }
+        QVERIFY(boxes.allAnswered());
+        QCOMPARE(errors.reports.size(), 2);
+        QCOMPARE(errors.reports.at(0).procedure, QStringLiteral("executeSQL -> test"));
+        QVERIFY(errors.reports.at(1).description.contains(QStringLiteral("Continuare?")));
         QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM Iva")), 1);
     }
 

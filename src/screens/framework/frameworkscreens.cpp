@@ -1,5 +1,6 @@
 #include "screens/framework/frameworkscreens.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "screens/framework/frmricerca.h"
 #include "screens/framework/frmselectelement.h"
@@ -22,11 +23,10 @@ void registerFrameworkScreens()
     }, true});
 
     screens::registerScreen(QStringLiteral("frmSelectElement"), {screens::Kind::Dialog, [](QWidget* parent, const QVariant&) -> QWidget* {
-        RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
+        const cReader rs(
             QStringLiteral("SELECT P.RID, P.CODICE, P.DESCRIZIONE AS DESCPRODOTTO, M.CODICE AS CODMARCA FROM Prodotti P "
                            "LEFT JOIN Marche M ON P.FK_MARCA = M.RID ORDER BY P.CODICE"),
             QStringLiteral("frmSelectElement.startMe"));
-        gAdoSqlServer().disconnect();
         if (!rs)
             return nullptr;
         auto* dialog = new frmSelectElement(parent);

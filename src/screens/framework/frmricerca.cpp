@@ -1,5 +1,6 @@
 #include "screens/framework/frmricerca.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
@@ -164,11 +165,8 @@ QString frmRicerca::getNomeCampo(int column) const
 void frmRicerca::bindData(const QString& statement)
 {
     QString sql = ricerca::withMaxRows(statement, m_txtMax->text(), gAdoSqlServer().TipoServer());
-    RecordsetPtr rs;
-    {
-        WaitCursor wait;
-        rs = gAdoSqlServer().getNewRecordset(sql, objectName() + QStringLiteral(".startMe"), 2, 1, 3);
-    }
+    WaitCursor wait;
+    const cReader rs(sql, objectName() + QStringLiteral(".startMe"));
     m_lswMain->clear();
     if (!rs)
         return;
@@ -176,8 +174,6 @@ void frmRicerca::bindData(const QString& statement)
     columns.applyHeaders(*m_lswMain);
     for (; !rs->eof(); rs->moveNext())
         columns.addRow(*m_lswMain, *rs, QStringLiteral("RID"));
-    rs->close();
-    gAdoSqlServer().disconnect();
     columns.fitWidths(*m_lswMain);
     const int listColumn = qMin(m_sortColumn, m_lswMain->columnCount() - 1);
     if (listColumn >= 1) {

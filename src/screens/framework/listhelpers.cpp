@@ -1,5 +1,6 @@
 #include "screens/framework/listhelpers.h"
 
+#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
 
@@ -12,16 +13,11 @@ bool fillComboBox(QString& sql, QComboBox* combo)
 {
     combo->clear();
     const QString form = combo->window() ? combo->window()->objectName() : QString();
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(
-        sql, form + QLatin1Char('.') + combo->objectName() + QStringLiteral(".fillComboBox > bOrvantis"), 2, 1, 3);
-    if (!rs) {
-        gAdoSqlServer().disconnect();
+    const cReader rs(sql, form + QLatin1Char('.') + combo->objectName() + QStringLiteral(".fillComboBox > bOrvantis"));
+    if (!rs)
         return false;
-    }
     for (; !rs->eof(); rs->moveNext())
         combo->addItem(rs->value(1).toString(), rs->value(0));
-    rs->close();
-    gAdoSqlServer().disconnect();
     return true;
 }
 
