@@ -15,6 +15,8 @@
 
 #include "data/schema.h"
 
+#include "data/sqldialect.h"
+
 #include <QHash>
 #include <QSet>
 
@@ -501,8 +503,8 @@ QList<Table> buildTables()
 QString quoted(const QString& name, int tipoServer)
 {
     switch (tipoServer) {
-    case 0: return QLatin1Char('[') + name + QLatin1Char(']');
-    case 2: return QLatin1Char('`') + name + QLatin1Char('`');
+    case TipoServer::SqlServer: return QLatin1Char('[') + name + QLatin1Char(']');
+    case TipoServer::MySql: return QLatin1Char('`') + name + QLatin1Char('`');
     default: return QLatin1Char('"') + name + QLatin1Char('"');
     }
 }
@@ -531,17 +533,17 @@ QString columnDefinition(const Table& t, const Column& c, int tipoServer)
     QString def = quoted(c.name, tipoServer) + QLatin1Char(' ');
     if (c.kind == ColKind::Key) {
         switch (tipoServer) {
-        case 0:
+        case TipoServer::SqlServer:
             def += t.programKey ? QStringLiteral("INT NOT NULL PRIMARY KEY")
                                 : QStringLiteral("INT IDENTITY(1,1) NOT NULL PRIMARY KEY");
             break;
-        case 2: def += QStringLiteral("INT NOT NULL AUTO_INCREMENT PRIMARY KEY"); break;
+        case TipoServer::MySql: def += QStringLiteral("INT NOT NULL AUTO_INCREMENT PRIMARY KEY"); break;
         default: def += QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT"); break;
         }
         return def;
     }
     def += sqlType(c, tipoServer);
-    if (tipoServer == 1 && c.kind == ColKind::Ref && !c.refTable.isEmpty())
+    if (tipoServer == TipoServer::FileDb && c.kind == ColKind::Ref && !c.refTable.isEmpty())
         def += QStringLiteral(" REFERENCES ") + quoted(c.refTable, 1) + QLatin1Char('(')
                + quoted(keyColumnOf(c.refTable), 1) + QLatin1Char(')');
     return def;
@@ -586,7 +588,7 @@ const Table* findTable(const QString& name)
 QString sqlType(const Column& c, int tipoServer)
 {
     switch (tipoServer) {
-    case 0:   // SQL Server
+    case TipoServer::SqlServer:   // SQL Server
         switch (c.kind) {
         case ColKind::Key:
         case ColKind::Ref:
@@ -602,7 +604,7 @@ QString sqlType(const Column& c, int tipoServer)
         case ColKind::DateTime: return QStringLiteral("DATETIME");
         }
         break;
-    case 2:   // MariaDB / MySQL
+    case TipoServer::MySql:   // MariaDB / MySQL
         switch (c.kind) {
         case ColKind::Key:
         case ColKind::Ref:
@@ -647,7 +649,7 @@ QStringList createStatements(int tipoServer)
             defs << columnDefinition(t, c, tipoServer);
         QString sql = QStringLiteral("CREATE TABLE ") + quoted(t.name, tipoServer) + QStringLiteral(" (")
                       + defs.join(QStringLiteral(", ")) + QLatin1Char(')');
-        if (tipoServer == 2)
+        if (tipoServer == TipoServer::MySql)
             sql += QStringLiteral(" ENGINE=InnoDB DEFAULT CHARSET=utf8mb4 COLLATE=utf8mb4_unicode_ci");
         out << sql;
     }
@@ -658,7 +660,7 @@ QStringList createStatements(int tipoServer)
                           + QStringLiteral(" (") + quotedList(ix.columns, tipoServer) + QLatin1Char(')');
             // Rows with a Null in the key never collide, as on the other back
             // ends; SQL Server would count Null as one more value.
-            if (ix.unique && tipoServer == 0) {
+            if (ix.unique && tipoServer == TipoServer::SqlServer) {
                 QStringList present;
                 for (const QString& column : ix.columns)
                     present << quoted(column, tipoServer) + QStringLiteral(" IS NOT NULL");
@@ -666,7 +668,7 @@ QStringList createStatements(int tipoServer)
             }
             out << sql;
         }
-    if (tipoServer == 1)
+    if (tipoServer == TipoServer::FileDb)
         return out;   // SQLite: the references are part of CREATE TABLE
     for (const Table& t : tables())
         for (const Column& c : t.columns)

@@ -156,7 +156,7 @@ QSet<QString> searchRows(const QString& statement, const QString& filter, bool c
     const QString sql = ricerca::withMaxRows(ricerca::addCondition(prepared, condition), QStringLiteral("100000"),
                                              gAdoSqlServer().TipoServer());
     QSet<QString> codes;
-    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, kTag, 2, 1, 3);
+    RecordsetPtr rs = gAdoSqlServer().getNewRecordset(sql, kTag);
     for (ok = bool(rs); rs && !rs->eof(); rs->moveNext())
         codes.insert(rs->text(QStringLiteral("CODICE")));
     gAdoSqlServer().disconnect();
