@@ -74,6 +74,9 @@ frmOpzioni::frmOpzioni(QWidget* parent)
     connect(m_keys, &cKeyFunction::evtFunctionKeyPressed, this, &frmOpzioni::onFunctionKey);
     costruisci();
     caricaOpzioni();
+    // The dialog opens on the first field of its first tab, ready for typing.
+    if (QWidget* primo = findChild<QWidget*>(opzioni::primoCampo(opzioni::Generali)))
+        primo->setFocus();
 }
 
 template<typename T>
@@ -255,11 +258,12 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     layout->setSpacing(2);
     auto* edit = new QLineEdit(row);
     edit->setObjectName(name(campo.controllo));
-    edit->setFixedWidth(110);
     const bool numero = QLatin1String(campo.tabella->codeColumn) == QLatin1String("NUMERO");
     auto* box = new cTextBox(edit, numero ? typedinput::InteroNonFormattato : typedinput::Testo, this);
     box->setCaseState(1);
     box->setCKeyRef(m_keys);
+    // Eight characters of a code in the field's own font, at the least.
+    edit->setFixedWidth(qMax(110, edit->fontMetrics().horizontalAdvance(QLatin1Char('X')) * 8 + 12));
     limitToColumn(edit, QString::fromLatin1(campo.tabella->table), QString::fromLatin1(campo.tabella->codeColumn));
     auto* button = new QToolButton(row);
     button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(campo.sfoglia));

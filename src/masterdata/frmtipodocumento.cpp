@@ -140,8 +140,6 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     rdaRow->addWidget(control(QStringLiteral("txtRDA2")));
     rdaRow->addWidget(new QLabel(QStringLiteral("% dell' imponibile"), rda));
     rdaRow->addStretch(1);
-    for (const char* rate : {"txtRDA1", "txtRDA2"})
-        control(QString::fromLatin1(rate))->setMaximumWidth(80);
     connect(static_cast<QCheckBox*>(control(QStringLiteral("chkRDA"))), &QCheckBox::toggled, this,
             &frmTipoDocumento::chkRDA_Click);
 

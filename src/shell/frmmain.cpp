@@ -180,7 +180,7 @@ void frmMain::fillMenuDocumenti()
     auto addDropDown = [this](const QString& caption, const QString& key) {
         QAction* entry = m_docDropDown->addAction(caption);
         entry->setObjectName(key);
-        connect(entry, &QAction::triggered, this, [this, key] { openDocumentKey(key); });
+        connect(entry, &QAction::triggered, this, [this, key, caption] { openDocumentKey(key, caption); });
     };
     if (m_docDropDown)
         addDropDown(QStringLiteral("Seleziona Documento esistente..."), documentMenuKey(0));
@@ -207,13 +207,21 @@ void frmMain::fillMenuDocumenti()
     }
 }
 
-void frmMain::openDocumentKey(const QString& key)
+void frmMain::openDocumentKey(const QString& key, const QString& caption)
 {
     const int rid = documentMenuRid(key);
     if (rid > 0)
-        openScreen(QStringLiteral("frmMovimento"), rid);
+        openOrTell(QStringLiteral("frmMovimento"), rid, caption);
     else if (rid == 0)
-        openScreen(QStringLiteral("frmSelezionaDocumento"));
+        openOrTell(QStringLiteral("frmSelezionaDocumento"), QVariant(), caption);
+}
+
+void frmMain::openOrTell(const QString& screen, const QVariant& argument, const QString& caption)
+{
+    if (screens::findScreen(screen))
+        openScreen(screen, argument);
+    else
+        showNotYetAvailable(plainCaption(caption));
 }
 
 void frmMain::runCommand(const QString& name)
@@ -224,7 +232,7 @@ void frmMain::runCommand(const QString& name)
     }
     if (name.startsWith(QLatin1String("mnudocumento_")) && name.mid(13).toInt() >= 3) {
         if (const QAction* item = m_menu.action(name); item && item->data().isValid())
-            openScreen(QStringLiteral("frmMovimento"), item->data());
+            openOrTell(QStringLiteral("frmMovimento"), item->data(), item->text());
         return;
     }
     const MenuNode* node = m_menu.node(name);
@@ -234,11 +242,7 @@ void frmMain::runCommand(const QString& name)
         openHelp(node->argument.toString());
         return;
     }
-    if (!screens::findScreen(node->screen)) {
-        showNotYetAvailable(plainCaption(node->caption));
-        return;
-    }
-    openScreen(node->screen, node->argument);
+    openOrTell(node->screen, node->argument, node->caption);
 }
 
 void frmMain::showNotYetAvailable(const QString& caption)
@@ -277,6 +281,10 @@ QWidget* frmMain::openScreen(const QString& name, const QVariant& argument)
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(screen->windowIcon());
     screen->show();
+    // A child window never gets smaller than its screen's layout allows, by
+    // hand or by "Affianca": squeezed, its fields would be cut off at the
+    // border. The frame scrolls to whatever does not fit.
+    window->setMinimumSize(window->minimumSizeHint());
     return screen;
 }
 

@@ -64,7 +64,9 @@ private:
     void setBackground();
     void updateClock();
     void rebuildWindowList();
-    void openDocumentKey(const QString& key);
+    void openDocumentKey(const QString& key, const QString& caption);
+    // Opens a registered screen; a screen of a later version says so in the status bar.
+    void openOrTell(const QString& screen, const QVariant& argument, const QString& caption);
     void openHelp(const QString& anchor);
     void launchCounterSales();
     void showNotYetAvailable(const QString& caption);

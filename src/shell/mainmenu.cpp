@@ -161,8 +161,10 @@ const QHash<QString, QStringList>& iconNames()
         {QStringLiteral("Wizard"), {QStringLiteral("system-installer"), QStringLiteral("system-software-install")}},
         {QStringLiteral("Anteprima"), {QStringLiteral("document-print-preview")}},
         {QStringLiteral("Estratto"), {QStringLiteral("x-office-spreadsheet")}},
-        {QStringLiteral("EstrattoC"), {QStringLiteral("system-users")}},
-        {QStringLiteral("EstrattoF"), {QStringLiteral("x-office-address-book")}},
+        // A customer's statement is sent, a supplier's is answered: pictures
+        // of their own, apart from those of the registry and the address book.
+        {QStringLiteral("EstrattoC"), {QStringLiteral("mail-send"), QStringLiteral("mail-forward")}},
+        {QStringLiteral("EstrattoF"), {QStringLiteral("mail-reply-sender")}},
         {QStringLiteral("estrattoTotale"), {QStringLiteral("x-office-presentation")}},
         {QStringLiteral("Scadenze"), {QStringLiteral("office-calendar"), QStringLiteral("x-office-calendar")}},
         {QStringLiteral("Giacenze"), {QStringLiteral("system-file-manager")}},

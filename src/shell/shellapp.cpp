@@ -8,6 +8,7 @@
 #include "screens/framework/frameworkscreens.h"
 #include "screens/framework/frmselectelement.h"
 #include "shell/frmwarning.h"
+#include "screens/framework/appearance.h"
 #include "masterdata/masterdatascreens.h"
 #include "common/msgbox.h"
 #include "core/screenregistry.h"
@@ -18,11 +19,18 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QIcon>
+#include <QImageReader>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QStandardPaths>
 #include <QTextStream>
 #include <QTranslator>
+
+// The icon is compiled into a static library: register it explicitly.
+static void initIconResource()
+{
+    Q_INIT_RESOURCE(orvantis);
+}
 
 namespace {
 
@@ -59,8 +67,25 @@ int takeScreenshot(frmMain& main, const StartOptions& options)
 
 } // namespace
 
+QIcon programIcon()
+{
+    initIconResource();
+    // The drawing where Qt reads SVG, its pictures at the usual sizes elsewhere.
+    if (QImageReader::supportedImageFormats().contains("svg"))
+        return QIcon(QStringLiteral(":/icons/orvantis.svg"));
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/orvantis-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 void setupDesktop()
 {
+    // Every window, the child windows of the main one too, carries the program's icon.
+    QApplication::setWindowIcon(programIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("orvantis"));
+    applyAppearance();
+
     // Some platforms (offscreen among them) know no icon folders of their own.
     QStringList iconPaths = QIcon::themeSearchPaths();
     const QStringList dataIcons =

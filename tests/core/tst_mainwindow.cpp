@@ -5,6 +5,11 @@
 #include "shell/frmmain.h"
 #include "shell/frmoptionserver.h"
 #include "shell/frmwarning.h"
+#include "shell/shellscreens.h"
+#include "masterdata/frmopzioni.h"
+#include "masterdata/masterdatascreens.h"
+#include "screens/framework/crecordscreen.h"
+#include "screens/framework/frameworkscreens.h"
 #include "data/modelseed.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
@@ -22,9 +27,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QStatusBar>
 #include <QToolBar>
 #include <QtTest>
 
@@ -75,6 +83,42 @@ QString shown(const QWidget& parent, const QString& name)
 }
 
 const QString kExit = QStringLiteral("Terminare l'esecuzione del programma?");
+const QString kNotYet = QStringLiteral(": funzione non ancora disponibile in questa versione.");
+
+// What each item of the menu does: the child screen it opens ("screen" or
+// "screen:argument"), "dialog:" and the modal dialog, "help:" and the page's
+// anchor, "exit", or nothing yet (empty): then the status bar says so.
+QList<std::pair<QString, QString>> menuItems()
+{
+    QList<std::pair<QString, QString>> items{
+        {"mnuEsci", "exit"},
+        {"mnuAnagrafica", ""}, {"mnuProdotti", ""}, {"mnuDistintaBase", ""}, {"mnuMovimenti", ""},
+        {"mnuPagamenti", ""}, {"mnuBanche", "frmBanche"}, {"mnuVenditori", "frmVenditore"},
+        {"mnuTipiDocumenti", "frmTipoDocumento"}, {"mnuIva", "frmIva"},
+        {"mnuFasceClienti", "frmSimpleForm:mnuFasceClienti"}, {"mnuCatSconti", ""}, {"mnuScontiImmediati", ""},
+        {"mnuCollezioni", "frmSimpleForm:mnuCollezioni"}, {"mnuListini", ""}, {"mnuNumeratori", "frmNumeratori"},
+        {"mnuRubrica", ""},
+        {"mnuPNota", ""}, {"mnuPianoConti", "frmPianoConti"}, {"mnuCausali", "frmCausali"},
+        {"mnudocumento_0", ""}, {"mnudocumento_1", ""},
+        {"mnuEstrattoClienti", ""}, {"mnuEstrattoFornitore", ""}, {"mnuEstrattoGenerico", ""}, {"mnuEstrattoTotale", ""},
+        {"mnuRiepilogoScadenze", ""}, {"mnuRiepilogoMovimenti", ""}, {"mnuGiacenze", ""}, {"mnuStoricoProdotto", ""},
+        {"mnuCategoriaValoreMagazzino", ""}, {"mnuStampaClienti", ""}, {"mnuStampaFornitori", ""},
+        {"mnuStampaProdotti", ""}, {"mnuEsportaClienti", ""}, {"mnuEsportaFornitori", ""}, {"mnuSellOut", ""},
+        {"mnuOpzioni", "dialog:frmOpzioni"}, {"optServer", "dialog:frmOptionServer"}, {"mnuDocWizard", ""},
+        {"mnuStampaBarCode", ""}, {"mnuVariazionePrezziProdotti", ""}, {"mnuImportaListini", ""},
+        {"mnuImportaProdotti", ""}, {"mnuRicalcoloGiacenze", ""}, {"mnuComputerList", ""}, {"mnuDBCompact", ""},
+        {"mnuDBBackup", ""}, {"mnuRpristinaBackup", ""}, {"mnuUpdateDB", ""}, {"mnuQuery", ""},
+        {"mnuPatch1_9_21", ""}, {"mnuRipristinaCampiDB", ""}, {"mnuGeneraBarCode", ""},
+        {"mnuCambiaPW", "dialog:frmCambiaPW"},
+        {"mnuHelpIndex", "help:indice"}, {"mnuSommario", "help:sommario"}, {"mnuTrovaArgomento", "help:argomenti"},
+        {"mnuInfo", "dialog:frmInformazioni"}, {"mnuCheckUpgrade", ""},
+    };
+    for (int i = 4; i <= 12; ++i)
+        items.append({"mnuTab_" + QString::number(i), "frmSimpleForm:mnuTab_" + QString::number(i)});
+    for (int i = 3; i <= 9; ++i)   // the seeded document types
+        items.append({"mnudocumento_" + QString::number(i), ""});
+    return items;
+}
 
 } // namespace
 
@@ -88,6 +132,9 @@ private Q_SLOTS:
         testdb::isolateProgramFolder();
         setupDesktop();
         frmWarning::install();
+        registerShellScreens();
+        registerMasterdataScreens();
+        registerFrameworkScreens();
     }
     void cleanupTestCase() { testdb::dropShared(); }
     // A failed statement keeps its connection on the stack, as the data layer does.
@@ -108,6 +155,12 @@ private Q_SLOTS:
         QCOMPARE(main.documentDropDown()->actions().first()->objectName(), QStringLiteral("D_0"));
         QCOMPARE(documentItems(main).first()->objectName(), QStringLiteral("mnudocumento_3"));
         QCOMPARE(documentItems(main).last()->objectName(), QStringLiteral("mnudocumento_9"));
+        // Until the document screen comes, the drop-down's entries say so.
+        for (QAction* entry : main.documentDropDown()->actions()) {
+            main.statusBar()->clearMessage();
+            entry->trigger();
+            QCOMPARE(main.statusBar()->currentMessage(), QString(entry->text() + kNotYet));
+        }
 
         // A type marked HIDEMENU leaves the menu and the drop-down once a
         // screen tells that the types changed; filling twice adds nothing.
@@ -153,6 +206,12 @@ private Q_SLOTS:
             QVERIFY(menu.action(QStringLiteral("mnuTab_4"))->isVisible());
             QVERIFY(!menu.action(QStringLiteral("mnuCambiaPW"))->icon().isNull());
             QVERIFY(!buttons(main).isEmpty() && !buttons(main).contains(QStringLiteral("VenditaBanco")));
+            // Each button its own picture.
+            QStringList pictures;
+            for (const QAction* a : main.toolbar()->actions())
+                pictures.append(a->icon().name());
+            QVERIFY2(!pictures.contains(QString()), qPrintable(pictures.join(QLatin1Char(','))));
+            QCOMPARE(QSet<QString>(pictures.cbegin(), pictures.cend()).size(), pictures.size());
             QCOMPARE(shown(main, QStringLiteral("stbMain_0")), QStringLiteral("Anno Corrente: ") + QString::number(QDate::currentDate().year()));
             QVERIFY(shown(main, QStringLiteral("stbMain_2")).contains(QStringLiteral(" - ")));
         }
@@ -173,18 +232,163 @@ private Q_SLOTS:
             QVERIFY2(!menuIcon(key).isNull(), qPrintable(key));
     }
 
-    void helpAndScreens()
+    // Every item of the menu, chosen: its screen opens (a child window with
+    // the program's icon), or its dialog, or its help page; an item whose
+    // screen comes in a later version says so in the status bar.
+    void menu_data()
     {
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("outcome");
+        for (const auto& [item, outcome] : menuItems())
+            QTest::newRow(qPrintable(item)) << item << outcome;
+    }
+    void menu()
+    {
+        QFETCH(QString, item);
+        QFETCH(QString, outcome);
         QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
         frmMain main;
         ScriptedDialogs script;
-        main.runCommand(QStringLiteral("mnuSommario"));
-        QCOMPARE(script.openedUrls.size(), 1);
-        QCOMPARE(script.openedUrls.first().fragment(), QStringLiteral("sommario"));
-        QVERIFY(QFile::exists(script.openedUrls.first().toLocalFile()));
-        // A screen of a later version says so and opens nothing.
-        main.runCommand(QStringLiteral("mnuAnagrafica"));
-        QVERIFY(main.mdiArea()->subWindowList().isEmpty());
+        if (outcome.startsWith(QLatin1String("dialog:")))
+            script.expectDialog(outcome.mid(7), {});
+        else if (outcome == QLatin1String("exit"))
+            script.expectMessage(kExit, vb::No);
+        QAction* action = main.mainMenu().action(item);
+        QVERIFY(action && action->isEnabled());
+        action->trigger();
+        QVERIFY(script.allAnswered());
+
+        const QString status = main.statusBar()->currentMessage();
+        const QList<QMdiSubWindow*> windows = main.mdiArea()->subWindowList();
+        if (outcome.isEmpty()) {
+            QCOMPARE(status, QString(action->text().remove(QLatin1Char('&')) + kNotYet));
+            QVERIFY(windows.isEmpty());
+            return;
+        }
+        QVERIFY2(status.isEmpty(), qPrintable(status));
+        if (outcome.startsWith(QLatin1String("help:"))) {
+            QCOMPARE(script.openedUrls.size(), 1);
+            QCOMPARE(script.openedUrls.first().fragment(), outcome.mid(5));
+            QVERIFY(QFile::exists(script.openedUrls.first().toLocalFile()));
+        }
+        if (!outcome.startsWith(QLatin1String("frm"))) {
+            QVERIFY(windows.isEmpty());
+            return;
+        }
+        QCOMPARE(windows.size(), 1);
+        QWidget* screen = windows.first()->widget();
+        QCOMPARE(screen->objectName(), outcome.section(QLatin1Char(':'), 0, 0));
+        QCOMPARE(screen->property("screenArgument").toString(), outcome.section(QLatin1Char(':'), 1));
+        const QIcon icon = windows.first()->windowIcon();
+        QVERIFY(!icon.isNull());
+        QCOMPARE(icon.pixmap(32).toImage(), QApplication::windowIcon().pixmap(32).toImage());
+    }
+
+    // The table above leaves out no item that a user can choose.
+    void menuTableIsComplete()
+    {
+        QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
+        frmMain main;
+        QSet<QString> listed;
+        for (const auto& [item, outcome] : menuItems())
+            listed.insert(item);
+        QStringList missing;
+        for (const QAction* action : main.mainMenu().actions())
+            if (!action->isSeparator() && action->isVisible() && !main.mainMenu().popGrid()->actions().contains(action)
+                && !listed.contains(action->objectName()))
+                missing.append(action->objectName());
+        QCOMPARE(missing, QStringList());
+    }
+
+    // At their smallest, resized by hand or tiled in a small frame, the
+    // screens show every field whole and at least eight characters wide (or
+    // as wide as all it takes), in the usual font and in a larger one.
+    void smallestWindows_data()
+    {
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<int>("points");   // 0: the usual font
+        for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni"})
+            for (const int points : {0, 12})
+                QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString::fromLatin1(name) << points;
+    }
+    void smallestWindows()
+    {
+        QFETCH(QString, screen);
+        QFETCH(int, points);
+        QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
+        const QFont usual = QApplication::font();
+        const auto restore = qScopeGuard([usual] { QApplication::setFont(usual); });
+        if (points > 0) {
+            QFont large = usual;
+            large.setPointSize(points);
+            QApplication::setFont(large);
+        }
+        frmMain main;
+        main.resize(640, 480);
+        main.show();
+        std::unique_ptr<frmOpzioni> dialog;
+        QWidget* window = nullptr;
+        if (screen == QLatin1String("frmOpzioni")) {
+            dialog = std::make_unique<frmOpzioni>();
+            dialog->show();
+            window = dialog.get();
+        } else {
+            window = main.openScreen(screen)->parentWidget();
+            main.mdiArea()->tileSubWindows();
+        }
+        window->resize(1, 1);
+        QCoreApplication::processEvents();
+        for (const QLineEdit* field : window->findChildren<QLineEdit*>()) {
+            if (!field->isVisibleTo(window))
+                continue;
+            const QRect shown(field->mapTo(window, QPoint(0, 0)), field->size());
+            // Eight characters, or all that the field takes when fewer.
+            const int needed = qMin(8, field->maxLength()) * field->fontMetrics().averageCharWidth();
+            QVERIFY2(field->width() >= needed && window->rect().contains(shown),
+                     qPrintable(QStringLiteral("%1: %2 wide, needs %3, window %4").arg(field->objectName())
+                                    .arg(field->width()).arg(needed).arg(window->width())));
+        }
+    }
+
+    // F4 beside a look-up field whose screen is open already: a blank one
+    // is taken; one with work in it asks, No keeps the work, Yes starts the
+    // new record. The record saved there comes back into the field.
+    void editorAlreadyOpen_data()
+    {
+        QTest::addColumn<QString>("typed");   // in the open warehouses
+        QTest::addColumn<int>("answer");      // 0: no question
+        QTest::newRow("blank, taken") << QString() << 0;
+        QTest::newRow("typed, kept") << QStringLiteral("NEG7") << int(vb::No);
+        QTest::newRow("typed, given up") << QStringLiteral("NEG7") << int(vb::Yes);
+    }
+    void editorAlreadyOpen()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, answer);
+        QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
+        const auto cleanup = qScopeGuard([] { testdb::run("DELETE FROM Magazzini WHERE CODICE = ¤NEG8¤"); });
+        frmMain main;
+        main.show();
+        auto* magazzini = qobject_cast<cRecordScreen*>(main.openScreen("frmSimpleForm", QStringLiteral("mnuTab_6")));
+        QVERIFY(magazzini);
+        if (!typed.isEmpty())
+            testdb::typeInto(*magazzini, QStringLiteral("txtCodice"), typed);
+        QWidget* causale = main.openScreen(QStringLiteral("frmCausali"));
+        causale->findChild<QRadioButton*>(QStringLiteral("optDestinazione_3"))->setChecked(true);
+
+        ScriptedDialogs script;
+        if (answer != 0)
+            script.expectMessage("La finestra Magazzino è già aperta: abbandonare le modifiche e creare un nuovo record?", answer);
+        testdb::click(*causale, QStringLiteral("cmdNuovoMagazzinoDest"));
+        QVERIFY(script.allAnswered());
+        QCOMPARE(main.mdiArea()->subWindowList().size(), 2);   // no second copy
+        QCOMPARE(shown(*magazzini, QStringLiteral("txtCodice")), answer == vb::No ? typed : QString());
+
+        testdb::typeInto(*magazzini, QStringLiteral("txtCodice"), QStringLiteral("NEG8"));
+        testdb::typeInto(*magazzini, QStringLiteral("txtDescrizione"), QStringLiteral("Negozio otto"));
+        QVERIFY(magazzini->saveRecord());
+        magazzini->parentWidget()->close();
+        QCOMPARE(shown(*causale, "txtMagazzinoDest"), answer == vb::No ? QString() : QStringLiteral("NEG8"));
     }
 
     // Closing asks first; a child screen that refuses stops it after the

@@ -122,6 +122,19 @@ private Q_SLOTS:
         QCOMPARE(s.shown("txtMagazzinoDest"), QStringLiteral("NEG2"));
         QCOMPARE(s.shown("lblMagazzinoDest"), QStringLiteral("Negozio due"));
     }
+
+    // A field that cannot be changed does not look like one that can.
+    void disabledFieldsLookDisabled()
+    {
+        QVERIFY(testdb::shared("sqlite").isValid());
+        Screen s(true, true, 0);
+        const auto ground = [&s](const char* name) {
+            QWidget* field = s.get(name);
+            return field->grab().toImage().pixelColor(field->width() - 6, field->height() / 2);
+        };
+        QVERIFY(!s.get("txtDare1")->isEnabled() && s.get("txtDescrizione")->isEnabled());
+        QVERIFY(ground("txtDare1") != ground("txtDescrizione"));
+    }
 };
 
 QTEST_MAIN(TestFrmCausali)

@@ -135,6 +135,15 @@ private Q_SLOTS:
         QCOMPARE(s.get<QComboBox>("cmbReport")->count(), 3);   // the templates, whatever the case of ".rpt"
     }
 
+    // The dialog opens ready for typing in the first field of its first tab.
+    void opensOnTheFirstField()
+    {
+        Fixture db("sqlite", m_reports.path());
+        QVERIFY(db.isValid());
+        Screen s;
+        QCOMPARE(QApplication::focusWidget(), s.get("txtAnnoCorrente"));
+    }
+
     // OK writes the table, the globals and the settings.
     void okSavesEverywhere_data()
     {

@@ -206,29 +206,33 @@ private Q_SLOTS:
         QCOMPARE(price, eur(4));   // no loads yet: the row's own price
         QCOMPARE(rows(p.prodotto, kSede), QStringList{"4:10"});
 
-        // A stored load of 10 at 4 this month, then another 10 at 6.
+        // Stored loads this month: 10 at 4, then 30 at 8; the row written
+        // adds 10 at 6.
         run(QStringLiteral("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA, FK_DESTINAZIONE) VALUES (6, 2026, 901, ")
             + gAdoSqlServer().getSQLDate(QDate::currentDate()) + QStringLiteral(", ") + QString::number(kSede) + QLatin1Char(')'));
         const int movimento = value(QStringLiteral("SELECT RID FROM Movimenti WHERE PROGRESSIVO = 901")).toInt();
-        run(QStringLiteral("INSERT INTO DettagliMovimento (FK_MOVIMENTO, FK_PRODOTTO, QUANTITA, PREZZONETTO) VALUES (")
-            + QString::number(movimento) + QStringLiteral(", ") + QString::number(p.prodotto) + QStringLiteral(", 10, 4)"));
+        for (const char* load : {", 10, 4)", ", 30, 8)"})
+            run(QStringLiteral("INSERT INTO DettagliMovimento (FK_MOVIMENTO, FK_PRODOTTO, QUANTITA, PREZZONETTO) VALUES (")
+                + QString::number(movimento) + QStringLiteral(", ") + QString::number(p.prodotto) + QLatin1String(load));
         price = eur(6);
         QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0), QStringLiteral("OK"));
-        QCOMPARE(price, eur(5));
-        QCOMPARE(rows(p.prodotto, kSede), QStringList{"5:20"});
+        QCOMPARE(price, eur(6.8));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"6.8:20"});
 
-        // A sale leaves at the average of the loads.
+        // A sale leaves at the average of the loads in the window, which is
+        // neither the latest load (8) nor the first (4).
         Currency out = Currency::fromUnits(-1);
         QCOMPARE(p.post(4, 0, out, giacenze::Inserimento, kSede, -1), QStringLiteral("OK"));
-        QCOMPARE(out, eur(4));
-        QCOMPARE(rows(p.prodotto, kSede), QStringList{"4:16"});
+        QCOMPARE(out, eur(7));
+        QCOMPARE(rows(p.prodotto, kSede), QStringList{"7:16"});
         QCOMPARE(giacenza(p.prodotto), 16.0);
 
-        // Outside the window: the latest load ever; with none, the purchase price.
+        // Outside the window: the latest load ever, not the average; with
+        // none, the purchase price.
         run(QStringLiteral("UPDATE Movimenti SET DATA = ") + gAdoSqlServer().getSQLDate(QDate::currentDate().addYears(-2))
             + QStringLiteral(" WHERE RID = ") + QString::number(movimento));
         int noRow = -1;
-        QCOMPARE(getPrezzoMedioProdotto(p.prodotto, kSede, -1, Currency::fromUnits(-1), noRow, 12), eur(4));
+        QCOMPARE(getPrezzoMedioProdotto(p.prodotto, kSede, -1, Currency::fromUnits(-1), noRow, 12), eur(8));
         QCOMPARE(getPrezzoMedioProdotto(p.prodotto, negozio(), -1, Currency::fromUnits(-1), noRow, 12), eur(3));
         run(QStringLiteral("DELETE FROM DettagliMovimento WHERE FK_MOVIMENTO = ") + QString::number(movimento));
         run(QStringLiteral("DELETE FROM Movimenti WHERE RID = ") + QString::number(movimento));

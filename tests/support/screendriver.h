@@ -4,6 +4,8 @@
 // shows read back.
 
 #include "support/scripteddialogs.h"
+#include "core/screenregistry.h"
+#include "screens/framework/appearance.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -11,6 +13,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QVBoxLayout>
 
 namespace testdb {
 
@@ -22,6 +25,7 @@ struct Screen
     template <class... Start>
     explicit Screen(Start... start)
     {
+        applyAppearance();   // as the program sets it at start
         if constexpr (sizeof...(Start) > 0)
             screen.startMe(start...);
         showActive(screen);
@@ -78,6 +82,25 @@ struct Screen
     {
         get(name)->setFocus();
         QTest::keyClick(get(name), key);
+    }
+};
+
+// A screen that the program knows only by its registered name (a table of
+// fields alone), built as the menu builds it, in a window of its own:
+// Screen<RegisteredScreen> s("frmBanche").
+class RegisteredScreen : public QWidget
+{
+public:
+    QWidget* record = nullptr;
+
+    void startMe(const QString& name, const QVariant& argument = QVariant())
+    {
+        const screens::ScreenEntry* entry = screens::findScreen(name);
+        QVERIFY2(entry, qPrintable(QStringLiteral("no screen ") + name));
+        record = entry->create(this, argument);
+        QVERIFY(record);
+        (new QVBoxLayout(this))->addWidget(record);
+        setWindowTitle(record->windowTitle());
     }
 };
 

@@ -37,8 +37,10 @@ void cInputBase::attach(QWidget* control)
 
 void cInputBase::paint(QWidget* control, const QColor& colour)
 {
+    // A disabled field keeps the application's disabled ground.
     QPalette palette = control->palette();
-    palette.setColor(QPalette::Base, colour);
+    palette.setColor(QPalette::Active, QPalette::Base, colour);
+    palette.setColor(QPalette::Inactive, QPalette::Base, colour);
     control->setPalette(palette);
 }
 

@@ -3,8 +3,10 @@
 #include "screens/framework/crecordscreen.h"
 #include "screens/framework/frmricerca.h"
 #include "core/screenregistry.h"
+#include "common/msgbox.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QIcon>
 #include <QToolButton>
@@ -110,15 +112,34 @@ void cLookupField::setEditor(const QString& screen, const QVariant& argument)
     m_newButton = button;
 }
 
+// A screen opened once for the whole program comes forward as it is when it
+// is already open, perhaps with a record half typed in it. A blank new record
+// is simply taken; anything else is emptied only when the user says so:
+// answered No, the window stays in front with its work, not tied to this field.
 void cLookupField::openEditor()
 {
     if (m_editor.isEmpty() || !m_field->isEnabled())
         return;
+    QList<QPointer<cRecordScreen>> open;
+    for (QWidget* widget : QApplication::allWidgets())
+        if (auto* screen = qobject_cast<cRecordScreen*>(widget); screen && screen->objectName() == m_editor)
+            open.append(screen);
     auto* screen = qobject_cast<cRecordScreen*>(screens::openScreen(m_editor, m_editorArgument));
     if (!screen)
         return;
+    if (open.contains(screen) && !isBlank(*screen)
+        && msgBox(QStringLiteral("La finestra ") + screen->title()
+                      + QStringLiteral(" è già aperta: abbandonare le modifiche e creare un nuovo record?"),
+                  vb::YesNo | vb::Question | vb::DefaultButton2)
+               != vb::Yes)
+        return;
     screen->newRecord();
     connect(screen, &cRecordScreen::evtUnloadWithRecord, this, &cLookupField::takeBack, Qt::UniqueConnection);
+}
+
+bool cLookupField::isBlank(const cRecordScreen& screen)
+{
+    return screen.currentRid() <= 0 && screen.shownValues() == screen.fieldList().emptyValues();
 }
 
 void cLookupField::takeBack(int rid)

@@ -13,6 +13,7 @@
 class QAbstractButton;
 class QLabel;
 class QLineEdit;
+class cRecordScreen;
 
 class cLookupField : public QObject
 {
@@ -43,7 +44,8 @@ public:
     // The screen that makes a new row of the table (a record screen, by its
     // registered name). A button beside the browse button, and F4 in the
     // field, open it on a new record; the record it closes with comes back
-    // into the field, so a user can create it in the middle of typing.
+    // into the field, so a user can create it in the middle of typing. When
+    // that screen is already open with work in it, the user is asked first.
     void setEditor(const QString& screen, const QVariant& argument = QVariant());
     void openEditor();
     QLineEdit* field() const { return m_field; }
@@ -54,6 +56,8 @@ Q_SIGNALS:
 
 private:
     void takeBack(int rid);
+    // A new record with nothing typed in it: nothing to lose.
+    static bool isBlank(const cRecordScreen& screen);
     void show(const QString& code, const QString& description);
 
     QLineEdit* m_field;

@@ -26,6 +26,22 @@ constexpr int kCodeWidth = 120;
 constexpr int kNumberWidth = 120;
 constexpr int kKeyWidth = 110;
 constexpr int kDescriptionMinWidth = 200;
+// Codes, keys and numbers never narrow below this many characters of their
+// own font ("01003001", "1.234,56"), at the window's minimum size too.
+constexpr int kShortFieldCharacters = 8;
+
+// Keeps a short field readable however the window shrinks: the width of its
+// characters in its own font, upper-case letters being the widest of a code,
+// and the frame and margins of the field. The widest it may grow stays at
+// least that.
+void keepReadable(QLineEdit* edit, int maximum)
+{
+    const QFontMetrics metrics = edit->fontMetrics();
+    const int character = qMax(metrics.averageCharWidth(), metrics.horizontalAdvance(QLatin1Char('X')));
+    const int minimum = character * kShortFieldCharacters + 12;
+    edit->setMaximumWidth(qMax(maximum, minimum));
+    edit->setMinimumWidth(minimum);
+}
 
 int inputKind(const Field& f)
 {
@@ -84,8 +100,6 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
     case Kind::Key: {
         auto* edit = new QLineEdit(parent);
         edit->setObjectName(f.control);
-        edit->setMaximumWidth(kKeyWidth);
-        edit->setMinimumWidth(kKeyWidth / 2);
         auto* label = new QLabel(parent);
         label->setObjectName(labelName(f.control));
         label->setMinimumWidth(kDescriptionMinWidth);
@@ -93,6 +107,7 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
         label->setFrameShadow(QFrame::Sunken);
         const int index = keyIndex++;
         b.lookup = addLookup(index, edit, label, f.lookup->validate, lookupSearch(*f.lookup));
+        keepReadable(edit, kKeyWidth);   // with the font of its input
         limitToColumn(edit, QString::fromLatin1(f.lookup->table), QString::fromLatin1(f.lookup->codeColumn));
         b.row = new QWidget(parent);
         auto* row = new QHBoxLayout(b.row);
@@ -112,13 +127,12 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
         b.input = new cTextBox(edit, inputKind(f), this);
         if (f.kind == Kind::Number) {
             b.input->setDecimalPrecision(f.decimals);
-            edit->setMaximumWidth(kNumberWidth);
+            keepReadable(edit, kNumberWidth);
         }
         limitToColumn(edit, m_fields.table(), f.column);
         b.control = b.row = edit;
         if (f.column.compare(QLatin1String("CODICE"), Qt::CaseInsensitive) == 0) {
-            edit->setMaximumWidth(kCodeWidth);
-            edit->setMinimumWidth(kCodeWidth / 2);
+            keepReadable(edit, kCodeWidth);
             setCodeField(b.input);
             b.row = withBrowseButton(edit, 0);
         } else if (f.column.compare(QLatin1String("DESCRIZIONE"), Qt::CaseInsensitive) == 0) {

@@ -35,28 +35,46 @@ private Q_SLOTS:
     void cleanupTestCase() { testdb::dropShared(); }
     void cleanup() { gAdoSqlServer().closeAll(); }
 
-    // Every menu use: caption, insert then update, browse back, delete.
+    // Every menu use: its table and caption, insert then update, browse
+    // back, delete.
     void everyTable_data()
     {
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("item");
-        QStringList items{QStringLiteral("mnuCollezioni"), QStringLiteral("mnuFasceClienti")};
-        for (int i = 0; i <= 12; ++i)
-            items << QStringLiteral("mnuTab_%1").arg(i);
+        QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("title");
+        const QList<QStringList> uses{
+            {"mnuCollezioni", "Collezioni", "Collezioni"},
+            {"mnuFasceClienti", "FasceClienti", "Fasce Clienti"},
+            {"mnuTab_0", "Colori", "Colori"},
+            {"mnuTab_1", "Confezioni", "Confezioni"},
+            {"mnuTab_2", "FormatoCarta", "Formato Carta"},
+            {"mnuTab_3", "FormatoFinestra", "Formato Finestra"},
+            {"mnuTab_4", "Gruppi", "Gruppi Merceologici"},
+            {"mnuTab_5", "CategorieMerceologiche", "Categorie Merceologiche"},
+            {"mnuTab_6", "Magazzini", "Magazzino"},
+            {"mnuTab_7", "Spedizioni", "Spedizioni"},
+            {"mnuTab_8", "Marche", "Marca"},
+            {"mnuTab_9", "CentriCosto", "Centri di Costo"},
+            {"mnuTab_10", "UnitaMisura", "Unità di Misure"},
+            {"mnuTab_11", "AspettoEsteriore", "Aspetto esteriore dei beni"},
+            {"mnuTab_12", "CausaliTrasporto", "Causali di trasporto"}};
         for (const QString& b : testdb::backends())
-            for (const QString& item : std::as_const(items))
-                testdb::row(b, item) << item;
+            for (const QStringList& use : uses)
+                testdb::row(b, use.at(0)) << use.at(0) << use.at(1) << use.at(2);
     }
     void everyTable()
     {
         QFETCH(QString, backend);
         QFETCH(QString, item);
+        QFETCH(QString, table);
+        QFETCH(QString, title);
         QVERIFY(testdb::shared(backend).isValid());
         const SimpleFormUse use = simpleFormUse(item);
-        QVERIFY(!use.tabella.isEmpty());
+        QCOMPARE(use.tabella, table);
         frmSimpleForm screen;
         screen.startMe(use.nome, use.titolo, use.tabella, false, true, 0);
-        QCOMPARE(screen.windowTitle(), use.titolo);
+        QCOMPARE(screen.windowTitle(), title);
         testdb::typeInto(screen, QStringLiteral("txtCodice"), QStringLiteral("zq1"));
         testdb::typeInto(screen, QStringLiteral("txtDescrizione"), QStringLiteral("Prova l'editor"));
         QVERIFY(screen.saveRecord());
@@ -65,7 +83,7 @@ private Q_SLOTS:
         testdb::typeInto(screen, QStringLiteral("txtDescrizione"), QStringLiteral("Cambiata"));
         QVERIFY(screen.saveRecord());
         QCOMPARE(rid(screen), first);
-        QCOMPARE(count(use.tabella, QStringLiteral("ZQ1")), 1);
+        QCOMPARE(count(table, QStringLiteral("ZQ1")), 1);
 
         ScriptedDialogs script;
         script.expectDialog(QStringLiteral("frmRicerca"), [](QDialog& dialog) {
@@ -80,7 +98,7 @@ private Q_SLOTS:
 
         script.expectMessage(QStringLiteral("Eliminare il record ZQ1?"), vb::Yes);
         QVERIFY(screen.deleteRecord());
-        QCOMPARE(count(use.tabella, QStringLiteral("ZQ1")), 0);
+        QCOMPARE(count(table, QStringLiteral("ZQ1")), 0);
         QVERIFY(script.allAnswered());
     }
 
