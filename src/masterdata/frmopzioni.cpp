@@ -43,11 +43,6 @@ const QString kTestoLogo = QStringLiteral("Sfoglia/cambia immagine per logo... (
 // The picture box on screen keeps the proportions of the printed logo.
 const QSize kRiquadroLogo(405, 180);
 
-QString testo(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
 QString name(const char* latin)
 {
     return QString::fromLatin1(latin);
@@ -56,7 +51,7 @@ QString name(const char* latin)
 // The caption of a field without its colon, for the search's title.
 QString titoloRicerca(const Campo& campo)
 {
-    QString caption = testo(campo.etichetta);
+    QString caption = campo.caption;
     if (caption.endsWith(QLatin1Char(':')))
         caption.chop(1);
     return QStringLiteral("Ricerca - ") + caption;
@@ -80,9 +75,9 @@ frmOpzioni::frmOpzioni(QWidget* parent)
 }
 
 template<typename T>
-T* frmOpzioni::control(const char* controlName) const
+T* frmOpzioni::control(const QString& controlName) const
 {
-    return findChild<T*>(name(controlName));
+    return findChild<T*>(controlName);
 }
 
 // --- building ---------------------------------------------------------------
@@ -143,12 +138,12 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
     for (const Campo& campo : opzioni::campi()) {
         if (campo.frame != frame)
             continue;
-        if (*campo.contenitore && lastCheck) {
+        if (!campo.contenitore.isEmpty() && lastCheck) {
             // The panel of the check box just above.
-            QWidget* pct = fra->findChild<QWidget*>(name(campo.contenitore));
+            QWidget* pct = fra->findChild<QWidget*>(campo.contenitore);
             if (!pct) {
                 pct = new QWidget(fra);
-                pct->setObjectName(name(campo.contenitore));
+                pct->setObjectName(campo.contenitore);
                 auto* row = new QHBoxLayout(pct);
                 row->setContentsMargins(22, 0, 0, 0);
                 row->addStretch(1);
@@ -160,20 +155,20 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
             auto* row = static_cast<QHBoxLayout*>(pct->layout());
             const int at = row->count() - 1;
             if (campo.tipo == Controllo::Opzione) {
-                auto* option = new QRadioButton(testo(campo.etichetta), pct);
-                option->setObjectName(name(campo.controllo));
+                auto* option = new QRadioButton(campo.caption, pct);
+                option->setObjectName(campo.control);
                 new cOptionButton(option, this);
                 row->insertWidget(at, option);
             } else {
-                row->insertWidget(at, new QLabel(testo(campo.etichetta), pct));
+                row->insertWidget(at, new QLabel(campo.caption, pct));
                 row->insertWidget(at + 1, campoInForm(campo, pct));
             }
             continue;
         }
         switch (campo.tipo) {
         case Controllo::Flag: {
-            auto* check = new QCheckBox(testo(campo.etichetta), fra);
-            check->setObjectName(name(campo.controllo));
+            auto* check = new QCheckBox(campo.caption, fra);
+            check->setObjectName(campo.control);
             new cCheckBox(check, this);
             lastCheck = new QVBoxLayout;
             lastCheck->setSpacing(2);
@@ -183,12 +178,12 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
             break;
         }
         case Controllo::OpzioniIndice: {
-            auto* group = new QGroupBox(testo(campo.etichetta), fra);
+            auto* group = new QGroupBox(campo.caption, fra);
             auto* row = new QHBoxLayout(group);
             const QStringList captions = opzioni::captionsDistintaBase();
             for (int i = 0; i < captions.size(); ++i) {
                 auto* option = new QRadioButton(captions.at(i), group);
-                option->setObjectName(name(campo.controllo) + QLatin1Char('_') + QString::number(i));
+                option->setObjectName(campo.control + QLatin1Char('_') + QString::number(i));
                 new cOptionButton(option, this);
                 row->addWidget(option);
             }
@@ -197,7 +192,7 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
             break;
         }
         default:
-            form->addRow(testo(campo.etichetta), campoInForm(campo, fra));
+            form->addRow(campo.caption, campoInForm(campo, fra));
             break;
         }
     }
@@ -215,7 +210,7 @@ QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
         return campoChiave(campo, parent);
     case Controllo::TestoMultiriga: {
         auto* edit = new QPlainTextEdit(parent);
-        edit->setObjectName(name(campo.controllo));
+        edit->setObjectName(campo.control);
         edit->setTabChangesFocus(true);
         edit->setFixedHeight(edit->fontMetrics().lineSpacing() * 4 + 12);
         return edit;
@@ -223,7 +218,7 @@ QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
     case Controllo::ComboReport:
     case Controllo::ComboNumeratore: {
         auto* combo = new QComboBox(parent);
-        combo->setObjectName(name(campo.controllo));
+        combo->setObjectName(campo.control);
         combo->setMinimumWidth(260);
         combo->setMaximumWidth(360);
         new cComboBox(combo, this);
@@ -231,7 +226,7 @@ QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
     }
     default: {
         auto* edit = new QLineEdit(parent);
-        edit->setObjectName(name(campo.controllo));
+        edit->setObjectName(campo.control);
         const int kind = campo.tipo == Controllo::Intero ? typedinput::Intero
             : campo.tipo == Controllo::Anno              ? typedinput::InteroNonFormattato
                                                          : typedinput::Testo;
@@ -240,9 +235,9 @@ QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
         // Options are kept in a memo column or in the machine settings: a
         // length here is the option's own rule (a year, a one-character
         // mark), not a limit of the database.
-        if (campo.lunghezza > 0) {
-            edit->setMaxLength(campo.lunghezza);
-            edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('W')) * (campo.lunghezza + 2) + 12);
+        if (campo.length > 0) {
+            edit->setMaxLength(campo.length);
+            edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('W')) * (campo.length + 2) + 12);
         }
         return edit;
     }
@@ -257,14 +252,14 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
     auto* edit = new QLineEdit(row);
-    edit->setObjectName(name(campo.controllo));
-    const bool numero = QLatin1String(campo.tabella->codeColumn) == QLatin1String("NUMERO");
+    edit->setObjectName(campo.control);
+    const bool numero = QLatin1String(campo.lookup->codeColumn) == QLatin1String("NUMERO");
     auto* box = new cTextBox(edit, numero ? typedinput::InteroNonFormattato : typedinput::Testo, this);
     box->setCaseState(1);
     box->setCKeyRef(m_keys);
     // Eight characters of a code in the field's own font, at the least.
     edit->setFixedWidth(qMax(110, edit->fontMetrics().horizontalAdvance(QLatin1Char('X')) * 8 + 12));
-    limitToColumn(edit, QString::fromLatin1(campo.tabella->table), QString::fromLatin1(campo.tabella->codeColumn));
+    limitToColumn(edit, QString::fromLatin1(campo.lookup->table), QString::fromLatin1(campo.lookup->codeColumn));
     auto* button = new QToolButton(row);
     button->setObjectName(QStringLiteral("cmdSfoglia_") + QString::number(campo.sfoglia));
     button->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));
@@ -282,7 +277,7 @@ QWidget* frmOpzioni::campoChiave(const Campo& campo, QWidget* parent)
     const Campo* chiave = &campo;
     auto* lookup = new cLookupField(
         edit, descrizione, [chiave](QString& c, QString& d, int& r) { return opzioni::valida(*chiave, c, d, r); },
-        lookupSearch(*campo.tabella), this);
+        lookupSearch(*campo.lookup), this);
     lookup->setSearchTitle(titoloRicerca(campo));
     lookup->setButton(button);
     m_chiavi.append({&campo, lookup});
@@ -337,14 +332,14 @@ void frmOpzioni::caricaOpzioni()
                  control<QComboBox>("cmbNumeratore"));
     const OptionGlobals& o = gOptions();
     for (const Campo& campo : opzioni::campi()) {
-        const QString valore = optionText(o, QLatin1String(campo.opzione));
+        const QString valore = optionText(o, campo.column);
         switch (campo.tipo) {
         case Controllo::Testo:
         case Controllo::Anno:
-            control<QLineEdit>(campo.controllo)->setText(valore);
+            control<QLineEdit>(campo.control)->setText(valore);
             break;
         case Controllo::Intero:
-            control<QLineEdit>(campo.controllo)->setText(formattaIntero(valore.toLongLong()));
+            control<QLineEdit>(campo.control)->setText(formattaIntero(valore.toLongLong()));
             break;
         case Controllo::Chiave:
             break;   // below, with the look-ups
@@ -352,17 +347,17 @@ void frmOpzioni::caricaOpzioni()
         case Controllo::Opzione:
             // An option button can only be switched on: the pair starts with neither.
             if (valore == QLatin1String("1"))
-                control<QAbstractButton>(campo.controllo)->setChecked(true);
+                control<QAbstractButton>(campo.control)->setChecked(true);
             break;
         case Controllo::OpzioniIndice:
-            if (auto* option = findChild<QRadioButton*>(name(campo.controllo) + QLatin1Char('_') + valore))
+            if (auto* option = findChild<QRadioButton*>(campo.control + QLatin1Char('_') + valore))
                 option->setChecked(true);
             break;
         case Controllo::TestoMultiriga:
-            control<QPlainTextEdit>(campo.controllo)->setPlainText(valore);
+            control<QPlainTextEdit>(campo.control)->setPlainText(valore);
             break;
         case Controllo::ComboReport: {
-            auto* combo = control<QComboBox>(campo.controllo);
+            auto* combo = control<QComboBox>(campo.control);
             // A template no longer in the folder stays chosen until changed.
             if (!valore.isEmpty() && combo->findText(valore) < 0)
                 combo->insertItem(0, valore);
@@ -370,12 +365,12 @@ void frmOpzioni::caricaOpzioni()
             break;
         }
         case Controllo::ComboNumeratore:
-            setListindexByItemData(control<QComboBox>(campo.controllo), valore.toInt());
+            setListindexByItemData(control<QComboBox>(campo.control), valore.toInt());
             break;
         }
     }
     for (CampoChiave& chiave : m_chiavi)
-        chiave.lookup->setRid(optionText(o, QLatin1String(chiave.campo->opzione)).toInt());
+        chiave.lookup->setRid(optionText(o, chiave.campo->column).toInt());
 
     const QString logo = logoazienda::percorso(gSession().strReportPath);
     if (QFile::exists(logo))
@@ -451,13 +446,13 @@ void frmOpzioni::copiaInGlobali()
         QString valore;
         switch (campo.tipo) {
         case Controllo::Testo:
-            valore = control<QLineEdit>(campo.controllo)->text();
+            valore = control<QLineEdit>(campo.control)->text();
             break;
         case Controllo::Anno:
-            valore = control<QLineEdit>(campo.controllo)->text().trimmed();
+            valore = control<QLineEdit>(campo.control)->text().trimmed();
             break;
         case Controllo::Intero:
-            valore = QString::number(qint64(getValoreNumerico(control<QLineEdit>(campo.controllo)->text())));
+            valore = QString::number(qint64(getValoreNumerico(control<QLineEdit>(campo.control)->text())));
             break;
         case Controllo::Chiave:
             for (const CampoChiave& chiave : m_chiavi)
@@ -466,28 +461,28 @@ void frmOpzioni::copiaInGlobali()
             break;
         case Controllo::Flag:
         case Controllo::Opzione:
-            valore = control<QAbstractButton>(campo.controllo)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+            valore = control<QAbstractButton>(campo.control)->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
             break;
         case Controllo::OpzioniIndice: {
             valore = QStringLiteral("0");
-            for (int i = 0; auto* option = findChild<QRadioButton*>(name(campo.controllo) + QLatin1Char('_') + QString::number(i)); ++i)
+            for (int i = 0; auto* option = findChild<QRadioButton*>(campo.control + QLatin1Char('_') + QString::number(i)); ++i)
                 if (option->isChecked())
                     valore = QString::number(i);
             break;
         }
         case Controllo::TestoMultiriga:
-            valore = control<QPlainTextEdit>(campo.controllo)->toPlainText();
+            valore = control<QPlainTextEdit>(campo.control)->toPlainText();
             break;
         case Controllo::ComboReport:
-            valore = control<QComboBox>(campo.controllo)->currentText();
+            valore = control<QComboBox>(campo.control)->currentText();
             break;
         case Controllo::ComboNumeratore: {
-            auto* combo = control<QComboBox>(campo.controllo);
+            auto* combo = control<QComboBox>(campo.control);
             valore = QString::number(combo->currentIndex() >= 0 ? combo->currentData().toInt() : 0);
             break;
         }
         }
-        setOptionText(o, QLatin1String(campo.opzione), valore);
+        setOptionText(o, campo.column, valore);
     }
 }
 

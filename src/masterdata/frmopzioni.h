@@ -55,7 +55,9 @@ private:
     void onFunctionKey(const QString& controlName, int keyCode, int shift);
 
     template<typename T>
-    T* control(const char* name) const;
+    T* control(const QString& name) const;
+    template<typename T>
+    T* control(const char* name) const { return control<T>(QString::fromLatin1(name)); }
 
     QTabWidget* m_tbsMain = nullptr;
     cKeyFunction* m_keys = nullptr;

@@ -10,8 +10,13 @@ namespace {
 Campo semplice(const char* opzione, const char* controllo, Controllo tipo, Frame frame, const char* etichetta,
                int lunghezza = 0)
 {
-    Campo c{opzione, controllo, tipo, frame, etichetta};
-    c.lunghezza = lunghezza;
+    Campo c;
+    c.column = QString::fromLatin1(opzione);
+    c.control = QString::fromLatin1(controllo);
+    c.caption = QString::fromUtf8(etichetta);
+    c.tipo = tipo;
+    c.frame = frame;
+    c.length = lunghezza;
     return c;
 }
 
@@ -19,20 +24,23 @@ Campo semplice(const char* opzione, const char* controllo, Controllo tipo, Frame
 Campo chiave(const char* opzione, const char* controllo, Frame frame, const char* etichetta, const LookupTable& tabella,
              int sfoglia)
 {
-    Campo c{opzione, controllo, Controllo::Chiave, frame, etichetta};
-    c.tabella = &tabella;
+    Campo c = semplice(opzione, controllo, Controllo::Chiave, frame, etichetta);
+    c.kind = fields::Kind::Key;
+    c.lookup = &tabella;
     c.sfoglia = sfoglia;
     return c;
 }
 
 Campo flag(const char* opzione, const char* controllo, Frame frame, const char* etichetta)
 {
-    return Campo{opzione, controllo, Controllo::Flag, frame, etichetta};
+    Campo c = semplice(opzione, controllo, Controllo::Flag, frame, etichetta);
+    c.kind = fields::Kind::Flag;
+    return c;
 }
 
 Campo nelPannello(Campo c, const char* contenitore)
 {
-    c.contenitore = contenitore;
+    c.contenitore = QString::fromLatin1(contenitore);
     return c;
 }
 
@@ -125,7 +133,7 @@ QList<Campo> costruisci()
 
 QString Campo::etichettaDescrizione() const
 {
-    return QStringLiteral("lbl") + QString::fromLatin1(controllo).mid(3);
+    return QStringLiteral("lbl") + control.mid(3);
 }
 
 const QList<Campo>& campi()
@@ -137,7 +145,7 @@ const QList<Campo>& campi()
 const Campo* campo(const QString& controllo)
 {
     for (const Campo& c : campi())
-        if (controllo == QLatin1String(c.controllo))
+        if (controllo == c.control)
             return &c;
     return nullptr;
 }
@@ -160,9 +168,9 @@ const QList<Dipendenza>& dipendenze()
 
 bool valida(const Campo& c, QString& codice, QString& descrizione, int& rid)
 {
-    if (!c.tabella)
+    if (!c.lookup)
         return false;
-    return c.tabella->validate(codice, descrizione, rid);
+    return c.lookup->validate(codice, descrizione, rid);
 }
 
 QString captionFrame(Frame frame)

@@ -4,7 +4,7 @@
 // table behind them, the look-up that checks a code and the statement of
 // the search. The screen builds and fills its controls from this list.
 
-#include "lookups/lookuptable.h"
+#include "screens/services/fieldlist.h"
 
 #include <QList>
 #include <QString>
@@ -29,17 +29,16 @@ enum class Controllo {
     ComboNumeratore // a numerator, by key
 };
 
-struct Campo
+// An option is a field like those of the record screens (fieldlist.h): its
+// column is the option's NOME (or the machine setting's key), its caption
+// the text shown beside or on the control, its length and look-up the
+// field's; the options add how the control looks and where it stands.
+struct Campo : fields::Field
 {
-    const char* opzione;        // NOME in Opzioni, or the machine setting's key
-    const char* controllo;      // objectName of the control
-    Controllo tipo;
-    Frame frame;
-    const char* etichetta;      // caption of the control or of its row
+    Controllo tipo = Controllo::Testo;
+    Frame frame = Generali;
     bool macchina = false;      // a machine option, kept in the settings store
-    const char* contenitore = "";   // the panel a check box shows (pctPrezzoMedio)
-    int lunghezza = 0;          // maximum length, 0 none
-    const LookupTable* tabella = nullptr;   // key fields
+    QString contenitore;        // the panel a check box shows (pctPrezzoMedio)
     int sfoglia = -1;           // index of cmdSfoglia, key fields
 
     // The description label of a key field: txtCliente gives lblCliente.
