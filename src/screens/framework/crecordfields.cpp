@@ -29,16 +29,24 @@ constexpr int kDescriptionMinWidth = 200;
 // Codes, keys and numbers never narrow below this many characters of their
 // own font ("01003001", "1.234,56"), at the window's minimum size too.
 constexpr int kShortFieldCharacters = 8;
+// The frame and margins of a line edit around its text.
+constexpr int kFieldMargins = 12;
+// Texts up to this length get a field of their own width.
+constexpr int kShortTextLength = 16;
 
 // Keeps a short field readable however the window shrinks: the width of its
 // characters in its own font, upper-case letters being the widest of a code,
 // and the frame and margins of the field. The widest it may grow stays at
 // least that.
-void keepReadable(QLineEdit* edit, int maximum)
+int characterWidth(const QLineEdit* edit)
 {
     const QFontMetrics metrics = edit->fontMetrics();
-    const int character = qMax(metrics.averageCharWidth(), metrics.horizontalAdvance(QLatin1Char('X')));
-    const int minimum = character * kShortFieldCharacters + 12;
+    return qMax(metrics.averageCharWidth(), metrics.horizontalAdvance(QLatin1Char('X')));
+}
+
+void keepReadable(QLineEdit* edit, int maximum)
+{
+    const int minimum = characterWidth(edit) * kShortFieldCharacters + kFieldMargins;
     edit->setMaximumWidth(qMax(maximum, minimum));
     edit->setMinimumWidth(minimum);
 }
@@ -139,6 +147,9 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
             setDescriptionField(b.input);
         } else {
             b.input->setCKeyRef(m_keys);
+            // A short text (a bank's ABI, a province) is as wide as it can be long.
+            if (f.kind == Kind::Text && f.length > 0 && f.length <= kShortTextLength)
+                keepReadable(edit, characterWidth(edit) * (f.length + 2) + kFieldMargins);
         }
         break;
     }
