@@ -26,57 +26,54 @@ private Q_SLOTS:
 
     void logLayout()
     {
-        const ErrorReport r{-2147217865, QStringLiteral("Tabella 'X' inesistente"), QStringLiteral("MariaDB"),
-                            QStringLiteral("cAdoSqlServer"), QStringLiteral("getNewRecordset -> frmIva.showData"),
-                            QStringLiteral("SQL=SELECT * FROM X")};
-        const QString expected = QString(80, QLatin1Char('*')) + QStringLiteral(
-            "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\nSource MariaDB\n"
-            "Modulo cAdoSqlServer.getNewRecordset -> frmIva.showData\nAvanz. SQL=SELECT * FROM X\n");
-        QCOMPARE(cError::logEntry(r, QDateTime(QDate(2025, 1, 5), QTime(7, 8, 9))), expected);
+        const ErrorReport r{-2147217865, "Tabella 'X' inesistente", "MariaDB", "cAdoSqlServer",
+                            "getNewRecordset -> frmIva.showData", "SQL=SELECT * FROM X"};
+        QCOMPARE(cError::logEntry(r, QDateTime(QDate(2025, 1, 5), QTime(7, 8, 9))),
+                 QString(80, '*') + "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\n"
+                                    "Source MariaDB\nModulo cAdoSqlServer.getNewRecordset -> frmIva.showData\n"
+                                    "Avanz. SQL=SELECT * FROM X\n");
     }
 
     // A report appends to Err.log, takes the run-time error of the moment,
     // clears it, and holds the in-error flag while the handler shows it.
     void reportFlow()
     {
-        QFile::remove(programFile(QStringLiteral("Err.log")));
-        bool flagDuringReport = false;
+        QFile::remove(programFile("Err.log"));
+        bool flagDuringReport = false, left = false;
         ErrorReport seen;
-        bool left = false;
         gError().setLeaveHook([&] { left = true; });
         gError().setHandler([&](const ErrorReport& r) {
             flagDuringReport = gError().inError();
             seen = r;
             return 1;
         });
-        Err().raise(9999, QStringLiteral("TLSOFT::cAdoSqlServer"), QStringLiteral("Testo mancante"));
-        notifyError(QStringLiteral("bOrvantis"), QStringLiteral("getOpzione"), QString());
+        Err().raise(9999, "TLSOFT::cAdoSqlServer", "Testo mancante");
+        notifyError("bOrvantis", "getOpzione", QString());
         QVERIFY(flagDuringReport);
         QVERIFY(!gError().inError());
         QVERIFY(!left);
         QCOMPARE(seen.number, qint64(9999));
         QCOMPARE(seen.source, QStringLiteral("TLSOFT::cAdoSqlServer"));
         QCOMPARE(Err().number, qint64(0));
-        const QString log = read(QStringLiteral("Err.log"));
-        QVERIFY(log.contains(QStringLiteral("\nModulo bOrvantis.getOpzione\nAvanz. \n")));
+        QVERIFY(read("Err.log").contains("\nModulo bOrvantis.getOpzione\nAvanz. \n"));
 
         // "Esci da Orvantis": the handler answers 0 and the program leaves.
         gError().setHandler([](const ErrorReport&) { return 0; });
-        notifyError(QStringLiteral("bOrvantis"), QStringLiteral("x"), QString());
+        notifyError("bOrvantis", "x", QString());
         QVERIFY(left);
-        QCOMPARE(read(QStringLiteral("Err.log")).count(QString(80, QLatin1Char('*'))), 2);
+        QCOMPARE(read("Err.log").count(QString(80, '*')), 2);
         gError().setHandler({});
         gError().setLeaveHook({});
     }
 
     void debugLine()
     {
-        QFile::remove(programFile(QStringLiteral("debug.txt")));
-        writeDebugLine(QStringLiteral("frmAnagrafica: caricamento"));
-        writeDebugLine(QStringLiteral("fine"));
-        const QStringList lines = read(QStringLiteral("debug.txt")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QFile::remove(programFile("debug.txt"));
+        writeDebugLine("frmAnagrafica: caricamento");
+        writeDebugLine("fine");
+        const QStringList lines = read("debug.txt").split('\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
-        QVERIFY(QRegularExpression(QStringLiteral("^\\d{8}-\\d{6} frmAnagrafica: caricamento$")).match(lines.at(0)).hasMatch());
+        QVERIFY(QRegularExpression("^\\d{8}-\\d{6} frmAnagrafica: caricamento$").match(lines.at(0)).hasMatch());
     }
 };
 

@@ -189,7 +189,9 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<QString>("mask");   // empty: plainTextIt
         QTest::addColumn<QString>("expected");
-        const auto plain = [](const char* name, const QVariant& v, const char* expected) { addRows(name, v, QString(), str(expected)); };
+        const auto plain = [](const char* name, const QVariant& v, const char* expected) {
+            addRows(name, v, QString(), str(expected));
+        };
         const auto mask = [](const char* name, qint64 v, const char* m, const char* expected) {
             addRows(name, QVariant(v), str(m), str(expected));
         };

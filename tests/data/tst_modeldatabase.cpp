@@ -26,23 +26,26 @@ private Q_SLOTS:
 
     // Every table of the definition can be read, the seed is all there and
     // the version row holds the schema version.
-    void seededDatabase_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void seededDatabase_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void seededDatabase()
     {
         QFETCH(QString, backend);
         QVERIFY(testdb::shared(backend, true).isValid());
         testdb::ErrorRecorder errors;
         for (const schema::Table& t : schema::tables()) {
-            RecordsetPtr rs = gAdoSqlServer().getNewRecordset(QStringLiteral("SELECT * FROM ") + t.name + QStringLiteral(" WHERE 1 = 0"),
-                                                              QStringLiteral("test"));
+            RecordsetPtr rs = gAdoSqlServer().getNewRecordset("SELECT * FROM " + t.name + " WHERE 1 = 0", "test");
             QVERIFY2(rs, qPrintable(t.name));
             QCOMPARE(rs->fieldCount(), int(t.columns.size()));
             gAdoSqlServer().disconnect();
         }
         for (const schema::SeedTable& seed : schema::seedData())
-            QVERIFY2(testdb::number(QStringLiteral("SELECT COUNT(*) FROM ") + seed.table) == seed.rows.size(), qPrintable(seed.table));
+            QVERIFY2(testdb::count(seed.table) == seed.rows.size(), qPrintable(seed.table));
         QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
-        QCOMPARE(testdb::value(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤Amministratore¤")).toString(),
+        QCOMPARE(testdb::value("SELECT VALORE FROM Opzioni WHERE NOME = ¤Amministratore¤").toString(),
                  schema::defaultPassword());
         QVERIFY(errors.reports.isEmpty());
         QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
@@ -57,19 +60,20 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");  // a file's bytes, or the table of a foreign database
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("says");
-        const auto row = [](const char* name, const char* kind, const QByteArray& content, model::FileDbState state, const QString& says) {
-            QTest::newRow(name) << QString::fromLatin1(kind) << content << int(state) << says;
+        using S = model::FileDbState;
+        const auto row = [](const char* name, const char* kind, const QByteArray& content, S state, const char* says) {
+            QTest::newRow(name) << QString(kind) << content << int(state) << QString(says);
         };
-        row("missing", "missing", {}, model::FileDbState::Missing, QStringLiteral("non esiste"));
-        row("0 bytes", "file", "", model::FileDbState::Empty, QStringLiteral("vuoto"));
-        row("text", "file", "NOME;VALORE\nAmministratore;orvantis\n", model::FileDbState::NotADatabase, QStringLiteral("non è un database"));
-        row("header, then rubbish", "file", QByteArray("SQLite format 3", 16) + QByteArray(4080, '\x5a'), model::FileDbState::NotADatabase,
-            QStringLiteral("non è un database"));
-        row("a folder", "folder", {}, model::FileDbState::NotADatabase, QStringLiteral("non è un file"));
-        row("other tables", "sqlite", "CREATE TABLE Clienti (Nome TEXT)", model::FileDbState::Foreign, QStringLiteral("Opzioni, SchemaVersion"));
-        row("options but no version", "sqlite", "CREATE TABLE Opzioni (NOME TEXT, VALORE TEXT)", model::FileDbState::Foreign,
-            QStringLiteral("SchemaVersion"));
-        row("the model", "model", {}, model::FileDbState::Ours, QString());
+        row("missing", "missing", {}, S::Missing, "non esiste");
+        row("0 bytes", "file", "", S::Empty, "vuoto");
+        row("text", "file", "NOME;VALORE\nAmministratore;orvantis\n", S::NotADatabase, "non è un database");
+        const QByteArray rubbish = QByteArray("SQLite format 3", 16) + QByteArray(4080, '\x5a');
+        row("header, then rubbish", "file", rubbish, S::NotADatabase, "non è un database");
+        row("a folder", "folder", {}, S::NotADatabase, "non è un file");
+        row("other tables", "sqlite", "CREATE TABLE Clienti (Nome TEXT)", S::Foreign, "Opzioni, SchemaVersion");
+        row("options but no version", "sqlite", "CREATE TABLE Opzioni (NOME TEXT, VALORE TEXT)", S::Foreign,
+            "SchemaVersion");
+        row("the model", "model", {}, S::Ours, "");
     }
     void inspectedFiles()
     {
@@ -78,28 +82,28 @@ private Q_SLOTS:
         QFETCH(int, state);
         QFETCH(QString, says);
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("Ditta.db"));
+        const QString path = dir.filePath("Ditta.db");
         QFile file(path);
-        if (kind == QLatin1String("file")) {
+        QString message;
+        if (kind == "file") {
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(content);
             file.close();
-        } else if (kind == QLatin1String("folder")) {
-            QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("Ditta.db")));
-        } else if (kind == QLatin1String("sqlite")) {   // made with Qt's own driver, not the program's
+        } else if (kind == "folder") {
+            QVERIFY(QDir(dir.path()).mkdir("Ditta.db"));
+        } else if (kind == "sqlite") {   // made with Qt's own driver, not the program's
             {
-                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("maker"));
+                QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "maker");
                 db.setDatabaseName(path);
                 QVERIFY(db.open() && QSqlQuery(db).exec(QString::fromLatin1(content)));
                 db.close();
             }
-            QSqlDatabase::removeDatabase(QStringLiteral("maker"));
-        } else if (kind == QLatin1String("model")) {
-            QString message;
+            QSqlDatabase::removeDatabase("maker");
+        } else if (kind == "model") {
             QVERIFY2(model::buildModelFile(path, &message), qPrintable(message));
             driver::closeIdle();
         }
-        auto bytes = [&] {
+        const auto bytes = [&path] {
             QFile f(path);
             return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(none)");
         };
@@ -108,21 +112,22 @@ private Q_SLOTS:
         QString detail;
         QCOMPARE(int(model::inspectFileDatabase(path, &detail)), state);
         const QString problem = model::fileDbProblem(model::FileDbState(state), path, detail);
-        QVERIFY2(says.isEmpty() ? problem.isEmpty() : problem.contains(path) && problem.contains(says), qPrintable(problem));
+        QVERIFY2(says.isEmpty() ? problem.isEmpty() : problem.contains(path) && problem.contains(says),
+                 qPrintable(problem));
         if (says.isEmpty())
             return;
 
         // The copy of the model leaves an existing file alone and makes a
         // missing one, building the model first when it is missing too.
-        QString message;
-        const bool copied = model::ensureFileDatabase(path, dir.filePath(QStringLiteral("OModel.db")), &message);
-        if (kind == QLatin1String("missing")) {
+        const QString model = dir.filePath("OModel.db");
+        const bool copied = model::ensureFileDatabase(path, model, &message);
+        if (kind == "missing") {
             QVERIFY2(copied, qPrintable(message));
             QCOMPARE(int(model::inspectFileDatabase(path)), int(model::FileDbState::Ours));
-            QCOMPARE(int(model::inspectFileDatabase(dir.filePath(QStringLiteral("OModel.db")))), int(model::FileDbState::Ours));
+            QCOMPARE(int(model::inspectFileDatabase(model)), int(model::FileDbState::Ours));
             return;
         }
-        QCOMPARE(copied, kind != QLatin1String("folder"));
+        QCOMPARE(copied, kind != "folder");
         if (state != int(model::FileDbState::Foreign)) {
             // The driver refuses to open what is not a database (yet).
             DbError error;
@@ -132,15 +137,15 @@ private Q_SLOTS:
         }
         driver::closeIdle();
         QCOMPARE(bytes(), before);
-        QVERIFY(!QFileInfo::exists(path + QStringLiteral("-wal")));
-        QVERIFY(!QFileInfo::exists(path + QStringLiteral("-journal")));
+        QVERIFY(!QFileInfo::exists(path + "-wal"));
+        QVERIFY(!QFileInfo::exists(path + "-journal"));
     }
 
     // A model that is not a database of this program is not copied.
     void unusableModelIsNotCopied()
     {
         QTemporaryDir dir;
-        const QString model = dir.filePath(QStringLiteral("OModel.db")), firm = dir.filePath(QStringLiteral("Orvantis.db"));
+        const QString model = dir.filePath("OModel.db"), firm = dir.filePath("Orvantis.db");
         QVERIFY(QFile(model).open(QIODevice::WriteOnly));
         QString message;
         QVERIFY(!model::ensureFileDatabase(firm, model, &message));
@@ -154,35 +159,35 @@ private Q_SLOTS:
     void staleModelIsRebuilt()
     {
         QTemporaryDir dir;
-        const QString model = dir.filePath(QStringLiteral("OModel.db")), firm = dir.filePath(QStringLiteral("Orvantis.db"));
+        const QString model = dir.filePath("OModel.db"), firm = dir.filePath("Orvantis.db");
         QString message;
         QVERIFY(model::buildModelFile(model, &message));
         gAdoSqlServer().setTipoServer(TipoServer::FileDb);
         gSession().strConnessione = fileDbConnectionString(model);
-        testdb::run(QStringLiteral("UPDATE SchemaVersion SET VERSIONE = 1"));
-        testdb::run(QStringLiteral("DROP TABLE AnniPrimaNota"));
+        testdb::run("UPDATE SchemaVersion SET VERSIONE = 1");
+        testdb::run("DROP TABLE AnniPrimaNota");
         driver::closeIdle();
         QVERIFY2(model::ensureFileDatabase(firm, model, &message), qPrintable(message));
         gSession().strConnessione = fileDbConnectionString(firm);
         QCOMPARE(model::storedSchemaVersion(), schema::schemaVersion());
-        QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM AnniPrimaNota")), 0);
+        QCOMPARE(testdb::count("AnniPrimaNota"), 0);
         driver::closeIdle();
     }
 
     // A server database is prepared once; a second run leaves it alone.
     void serverDatabaseTwice()
     {
-        if (!testdb::backends().contains(QStringLiteral("mariadb")))
+        if (!testdb::backends().contains("mariadb"))
             QSKIP("no MariaDB server named");
-        const QString name = QStringLiteral("orv_init_%1").arg(QCoreApplication::applicationPid());
-        testdb::serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + name);
-        const QString connection = testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + name;
+        const QString name = QString("orv_init_%1").arg(QCoreApplication::applicationPid());
+        testdb::serverAdmin("DROP DATABASE IF EXISTS " + name);
+        const QString connection = testdb::mysqlBaseConnectionString() + ";Database=" + name;
         QString message;
         QVERIFY2(model::initServerDatabase(TipoServer::MySql, connection, &message), qPrintable(message));
         QVERIFY2(model::initServerDatabase(TipoServer::MySql, connection, &message), qPrintable(message));
-        QVERIFY(message.contains(QStringLiteral("già")));
+        QVERIFY(message.contains("già"));
         driver::closeIdle();
-        testdb::serverAdmin(QStringLiteral("DROP DATABASE ") + name);
+        testdb::serverAdmin("DROP DATABASE " + name);
     }
 };
 

@@ -38,6 +38,15 @@ private Q_SLOTS:
         row("double", 0.1 + 0.2, "0.3", "0.3");
         row("integer", 42, "42", "42");
         row("two commas", QStringLiteral("1,2,3"), "Null", "0");
+        // Written from their digits up to eleven of them and four decimals,
+        // beyond by fifteen significant digits.
+        row("four decimals", QStringLiteral("0,0001"), "0.0001", "0.0001");
+        row("five decimals", 0.00005, "5e-05", "5e-05");
+        row("negative fraction", -0.5, "-0.5", "-0.5");
+        row("widest with decimals", 99999999999.9999, "99999999999.9999", "99999999999.9999");
+        row("twelve digits", 100000000000.0, "100000000000", "100000000000");
+        row("a third", 1.0 / 3, "0.333333333333333", "0.333333333333333");
+        row("large", 1e15, "1e+15", "1e+15");
     }
 
     void numbers()
@@ -57,30 +66,28 @@ private Q_SLOTS:
         QTest::addColumn<QString>("date");
         QTest::addColumn<QString>("dateTime");
         QTest::addColumn<QString>("time");
-        const QVariant when = QDateTime(QDate(2024, 3, 7), QTime(9, 5, 4));
-        QTest::newRow("S") << S << when << "{ d ¤2024-03-07¤ }" << "¤2024-03-07 09:05:04¤" << "{ t ¤09:05:04¤ }";
-        QTest::newRow("A") << A << when << "#03/07/2024#" << "#03/07/2024 09:05:04#" << "#09:05:04#";
-        QTest::newRow("M") << M << when << "¤2024-03-07¤" << "¤2024-03-07 09:05:04¤" << "¤09:05:04¤";
-        QTest::newRow("italian text") << M << QVariant(QStringLiteral("07/03/2024")) << "¤2024-03-07¤"
-                                      << "¤2024-03-07 00:00:00¤" << "¤00:00:00¤";
+        const auto row = [](const char* name, int tipo, const QVariant& v, const char* date, const char* dateTime,
+                            const char* time) {
+            QTest::newRow(name) << tipo << v << QString(date) << QString(dateTime) << QString(time);
+        };
+        const QVariant when = QDateTime(QDate(2024, 3, 7), QTime(9, 5, 4)), day = QDate(2024, 3, 7);
+        row("S", S, when, "{ d ¤2024-03-07¤ }", "¤2024-03-07 09:05:04¤", "{ t ¤09:05:04¤ }");
+        row("A", A, when, "#03/07/2024#", "#03/07/2024 09:05:04#", "#09:05:04#");
+        row("M", M, when, "¤2024-03-07¤", "¤2024-03-07 09:05:04¤", "¤09:05:04¤");
+        row("italian text", M, "07/03/2024", "¤2024-03-07¤", "¤2024-03-07 00:00:00¤", "¤00:00:00¤");
         // A date alone is its midnight, as a date-time and as a time.
-        QTest::newRow("date alone S") << S << QVariant(QDate(2024, 3, 7)) << "{ d ¤2024-03-07¤ }" << "¤2024-03-07 00:00:00¤"
-                                      << "{ t ¤00:00:00¤ }";
-        QTest::newRow("date alone A") << A << QVariant(QDate(2024, 3, 7)) << "#03/07/2024#" << "#03/07/2024 00:00:00#"
-                                      << "#00:00:00#";
-        QTest::newRow("date alone M") << M << QVariant(QDate(2024, 3, 7)) << "¤2024-03-07¤" << "¤2024-03-07 00:00:00¤"
-                                      << "¤00:00:00¤";
-        QTest::newRow("ISO date text") << S << QVariant(QStringLiteral("2024-03-07")) << "{ d ¤2024-03-07¤ }"
-                                       << "¤2024-03-07 00:00:00¤" << "{ t ¤00:00:00¤ }";
-        QTest::newRow("date text as bytes") << A << QVariant(QByteArray("07/03/2024")) << "#03/07/2024#"
-                                            << "#03/07/2024 00:00:00#" << "#00:00:00#";
+        row("date alone S", S, day, "{ d ¤2024-03-07¤ }", "¤2024-03-07 00:00:00¤", "{ t ¤00:00:00¤ }");
+        row("date alone A", A, day, "#03/07/2024#", "#03/07/2024 00:00:00#", "#00:00:00#");
+        row("date alone M", M, day, "¤2024-03-07¤", "¤2024-03-07 00:00:00¤", "¤00:00:00¤");
+        row("ISO date text", S, "2024-03-07", "{ d ¤2024-03-07¤ }", "¤2024-03-07 00:00:00¤", "{ t ¤00:00:00¤ }");
+        row("date text as bytes", A, QByteArray("07/03/2024"), "#03/07/2024#", "#03/07/2024 00:00:00#", "#00:00:00#");
         for (int t : {S, A, M}) {
             QTest::addRow("invalid date %d", t) << t << QVariant(QDate()) << "Null" << "Null" << "Null";
             QTest::addRow("empty %d", t) << t << QVariant(QString()) << "Null" << "Null" << "Null";
-            QTest::addRow("not a date %d", t) << t << QVariant(QStringLiteral("31/02/2024")) << "Null" << "Null" << "Null";
+            QTest::addRow("not a date %d", t) << t << QVariant("31/02/2024") << "Null" << "Null" << "Null";
             QTest::addRow("null %d", t) << t << QVariant() << "Null" << "Null" << "Null";
         }
-        QTest::newRow("unknown back end") << 5 << when << "" << "" << "";
+        row("unknown back end", 5, when, "", "", "");
     }
 
     void dates()
@@ -130,11 +137,11 @@ private Q_SLOTS:
         QFETCH(QString, sentValue);
         const QString doubled = QString(sentValue).replace(QLatin1Char('\''), QStringLiteral("''"));
         for (int t : {S, A, M}) {
-            const DialectResult r = rewriteStatement(QStringLiteral("SELECT TOP 1 ") + sqlText(value) + QStringLiteral(" FROM T"), t);
+            const DialectResult r = rewriteStatement("SELECT TOP 1 " + sqlText(value) + " FROM T", t);
             QVERIFY(r.ok);
             const QString sent = driver::finalSql(r.text, t);
             QVERIFY2(sent.contains(QLatin1Char('\'') + doubled + QLatin1Char('\'')), qPrintable(sent));
-            QVERIFY2(sent.endsWith(QLatin1String(" FROM T")) || sent.endsWith(QLatin1String(" FROM T LIMIT 1")), qPrintable(sent));
+            QVERIFY2(sent.endsWith(" FROM T") || sent.endsWith(" FROM T LIMIT 1"), qPrintable(sent));
         }
     }
 
@@ -167,6 +174,14 @@ private Q_SLOTS:
                                              << "SELECT X FROM (SELECT B FROM T ORDER BY B LIMIT 2) Q WHERE X > 'a)'";
         QTest::newRow("top distinct") << "select distinct top 1 A from T" << "SELECT distinct A from T LIMIT 1";
         QTest::newRow("top quoted") << "SELECT 'SELECT TOP 1 ' FROM T" << "SELECT 'SELECT TOP 1 ' FROM T";
+        QTest::newRow("top after tabs") << "SELECT\tTOP\t3\tA FROM T" << "SELECT A FROM T LIMIT 3";
+        QTest::newRow("top of both selects") << "SELECT TOP 1 A FROM (SELECT TOP 2 B FROM T) Q"
+                                             << "SELECT A FROM (SELECT B FROM T LIMIT 2) Q LIMIT 1";
+        QTest::newRow("select inside a word") << "SELECT XSELECT TOP 1 A" << "SELECT XSELECT TOP 1 A";
+        QTest::newRow("date time without seconds") << "WHERE D = #1/2/2024  10:30#" << "WHERE D = '2024-01-02 10:30:00'";
+        QTest::newRow("blanks inside the marks") << "WHERE D = # 03/07/2024 #" << "WHERE D = '2024-03-07'";
+        QTest::newRow("five-digit year") << "WHERE D = #1/2/20245#" << "WHERE D = #1/2/20245#";
+        QTest::newRow("three-digit day") << "WHERE D = #1/123/2024#" << "WHERE D = #1/123/2024#";
     }
 
     void fileDbLiterals()

@@ -36,9 +36,9 @@ private Q_SLOTS:
     {
         const QStringList ddl = schema::createStatements(TipoServer::SqlServer);
         for (const schema::Table& t : schema::tables())
-            QVERIFY2(ddl.filter(QStringLiteral("CREATE TABLE [") + t.name + QLatin1Char(']')).size() == 1, qPrintable(t.name));
-        QVERIFY(ddl.filter(QStringLiteral("IDENTITY(1,1)")).size() > 10);
-        QVERIFY(ddl.filter(QStringLiteral("FOREIGN KEY")).size() > 10);
+            QVERIFY2(ddl.filter("CREATE TABLE [" + t.name + ']').size() == 1, qPrintable(t.name));
+        QVERIFY(ddl.filter("IDENTITY(1,1)").size() > 10);
+        QVERIFY(ddl.filter("FOREIGN KEY").size() > 10);
     }
 
     // A live server: a fresh database, the seed, a text round trip and the
@@ -48,19 +48,18 @@ private Q_SLOTS:
         const QString server = qEnvironmentVariable("ORVANTIS_TEST_MSSQL");
         if (server.isEmpty())
             QSKIP("no SQL Server named in ORVANTIS_TEST_MSSQL");
-        const QString connection = server + QStringLiteral(";DATABASE=orvantis_test");
+        const QString connection = server + ";DATABASE=orvantis_test";
         QString message;
         QVERIFY2(model::initServerDatabase(TipoServer::SqlServer, connection, &message), qPrintable(message));
         gAdoSqlServer().setTipoServer(TipoServer::SqlServer);
         gSession().strConnessione = connection;
         const QString value = QStringLiteral("l'\u00A4\u2021\u00BF`\\ \u00E0 \U0001F600");
-        const int id = gAdoSqlServer().getIDByInsert(QStringLiteral("INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, ")
-                                                         + sqlText(value) + QStringLiteral(", 1)"),
-                                                     QStringLiteral("test"), QStringLiteral("RID"), QStringLiteral("Iva"));
+        const int id = gAdoSqlServer().getIDByInsert(
+            "INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, " + sqlText(value) + ", 1)", "test", "RID",
+            "Iva");
         QVERIFY(id > 0);
-        QCOMPARE(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM Iva WHERE RID = ") + QString::number(id),
-                                               QStringLiteral("test")).toString(),
-                 value);
+        const QString sql = "SELECT DESCRIZIONE FROM Iva WHERE RID = " + QString::number(id);
+        QCOMPARE(gAdoSqlServer().getValueBySQL(sql, "test").toString(), value);
     }
 };
 

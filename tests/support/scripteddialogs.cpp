@@ -53,8 +53,8 @@ bool ScriptedDialogs::next(Step::Kind kind, const QString& what, Step& step)
     const bool matches = step.kind == kind
         && (kind == Step::File || (kind == Step::Message ? what.contains(step.text) : what == step.text));
     if (!matches) {
-        QTest::qFail(qPrintable(QStringLiteral("expected \"") + step.text + QStringLiteral("\", got: ") + what), __FILE__,
-                     __LINE__);
+        QTest::qFail(qPrintable(QStringLiteral("expected \"") + step.text + QStringLiteral("\", got: ") + what),
+                     __FILE__, __LINE__);
         return false;
     }
     return true;
@@ -130,6 +130,27 @@ void enter(QWidget& parent, const QString& name, const QString& text)
     field->clear();
     QTest::keyClicks(field, text);
     QTest::keyClick(field, Qt::Key_Tab);
+}
+
+void typeKeys(QWidget* field, const QString& text)
+{
+    QVERIFY(field);
+    if (auto* line = qobject_cast<QLineEdit*>(field))
+        line->clear();
+    field->setFocus();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const qsizetype units = text.at(i).isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+        QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, text.mid(i, units), Qt::NoModifier);
+        i += units - 1;
+    }
+}
+
+QStringList listColumn(QTreeWidget* list, int column)
+{
+    QStringList texts;
+    for (int i = 0; list && i < list->topLevelItemCount(); ++i)
+        texts << list->topLevelItem(i)->text(column);
+    return texts;
 }
 
 } // namespace testdb

@@ -13,6 +13,7 @@
 #include <functional>
 
 #include <QDialog>
+#include <QTreeWidget>
 
 namespace testdb {
 
@@ -61,5 +62,10 @@ void click(QWidget& parent, const QString& name);
 void showActive(QWidget& screen);
 // Types text into a field and leaves it with Tab, as the user does.
 void enter(QWidget& parent, const QString& name, const QString& text);
+// Types any text into an emptied field, one key a character (a character
+// beyond the basic plane is one key): keyClicks knows Latin-1 alone.
+void typeKeys(QWidget* field, const QString& text);
+// The texts of one column of a list, top to bottom.
+QStringList listColumn(QTreeWidget* list, int column);
 
 } // namespace testdb

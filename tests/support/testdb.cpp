@@ -163,7 +163,8 @@ ScriptedMsgBox::ScriptedMsgBox()
         }
         const auto [fragment, answer] = m_script.takeFirst();
         if (!prompt.contains(fragment))
-            QTest::qFail(qPrintable(QStringLiteral("expected a box with \"") + fragment + QStringLiteral("\", got: ") + prompt),
+            QTest::qFail(qPrintable(QStringLiteral("expected a box with \"") + fragment + QStringLiteral("\", got: ")
+                                    + prompt),
                          __FILE__, __LINE__);
         return answer;
     });
@@ -172,6 +173,8 @@ ScriptedMsgBox::ScriptedMsgBox()
 ScriptedMsgBox::~ScriptedMsgBox()
 {
     setMsgBoxHandler({});
+    if (!m_script.isEmpty())
+        QTest::qFail(qPrintable(QStringLiteral("box not shown: ") + m_script.first().first), __FILE__, __LINE__);
 }
 
 void ScriptedMsgBox::expect(const QString& fragment, int answer)
@@ -211,6 +214,67 @@ QList<QVariantList> rows(const QString& sql)
 QTestData& row(const QString& backend, const QString& name)
 {
     return QTest::newRow(qPrintable(name + QStringLiteral(" (") + backend + QLatin1Char(')'))) << backend;
+}
+
+int count(const QString& table, const QString& where)
+{
+    return number(QStringLiteral("SELECT COUNT(*) FROM ") + table
+                  + (where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where));
+}
+
+int rid(const QString& table, const QString& where)
+{
+    return number(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE ") + where);
+}
+
+void empty(const QStringList& tables)
+{
+    for (const QString& table : tables)
+        run(QStringLiteral("DELETE FROM ") + table);
+}
+
+QString asStored(const QString& text)
+{
+    // QString::toUcs4 makes the same choice on its own.
+    const QList<uint> ucs4 = text.toUcs4();
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(ucs4.constData()), ucs4.size());
+}
+
+QString BackendTest::backend()
+{
+    QFETCH_GLOBAL(QString, backend);
+    return backend;
+}
+
+void BackendTest::initTestCase_data()
+{
+    addBackendColumn();
+    addBackendRows();
+}
+
+void BackendTest::initTestCase()
+{
+    isolateProgramFolder();
+}
+
+void BackendTest::cleanupTestCase()
+{
+    dropShared();
+}
+
+void BackendTest::init()
+{
+    QVERIFY(shared(backend(), m_seed).isValid());
+}
+
+void BackendTest::cleanup()
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const int open = db.getConnectionCount();
+    if (db.inTransaction())
+        db.rollbackTrasaction(QStringLiteral("test"));
+    db.closeAll();
+    QCOMPARE(open, 0);
 }
 
 } // namespace testdb

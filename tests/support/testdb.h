@@ -6,6 +6,7 @@
 #include "common/errorlog.h"
 
 #include <QList>
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -67,7 +68,8 @@ private:
     ErrorReportHandler m_previous;
 };
 
-// Answers message boxes from a script; an unexpected box fails the test.
+// Answers message boxes from a script; an unexpected box fails the test, and
+// so does one of the script not shown by the end.
 class ScriptedMsgBox
 {
 public:
@@ -94,6 +96,42 @@ QList<QVariantList> rows(const QString& sql);
 // "name (backend)" and streams the back end first, e.g.
 //   for (const QString& b : testdb::backends()) testdb::row(b, "lots") << 1;
 QTestData& row(const QString& backend, const QString& name);
+
+// Shorthands on the current test database: the rows of a table (those that
+// meet `where`), the key of the row that meets `where` (0 for none), and
+// every row of some tables deleted.
+int count(const QString& table, const QString& where = QString());
+int rid(const QString& table, const QString& where);
+void empty(const QStringList& tables);
+
+// What a database holds for a text: every half character (a lone UTF-16
+// surrogate) becomes U+FFFD, the replacement character.
+QString asStored(const QString& text);
+
+// A test class whose tests all run on each back end: the back ends are its
+// global rows, every test starts on the shared database of its row (made
+// on first use, seeded unless told otherwise) and must give back every
+// connection it took. A class that needs more at one of these steps
+// declares the slot and calls the one here first.
+class BackendTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BackendTest(bool seed = true) : m_seed(seed) {}
+    // The back end of the running test.
+    static QString backend();
+
+protected Q_SLOTS:
+    void initTestCase_data();
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+    void cleanup();
+
+private:
+    bool m_seed;
+};
 
 // Runs a plain statement on the server named by ORVANTIS_TEST_MYSQL, outside
 // cAdoSqlServer (creating and dropping databases).

@@ -20,13 +20,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QStringList>("arguments");
         for (const QString& b : testdb::backends()) {
-            QTest::newRow(qPrintable(QStringLiteral("4 workstations (") + b + QLatin1Char(')')))
-                << b << QStringList{QStringLiteral("--processes"), QStringLiteral("4"), QStringLiteral("--seconds"), QStringLiteral("4")};
+            testdb::row(b, "4 workstations") << QStringList{"--processes", "4", "--seconds", "4"};
             // At least 25 kills on the file database, 8 on the server.
-            QTest::newRow(qPrintable(QStringLiteral("killed while saving (") + b + QLatin1Char(')')))
-                << b
-                << QStringList{QStringLiteral("--processes"), QStringLiteral("2"), QStringLiteral("--kill"),
-                               b == QLatin1String("sqlite") ? QStringLiteral("25") : QStringLiteral("8")};
+            const QString kills = b == "sqlite" ? "25" : "8";
+            testdb::row(b, "killed while saving") << QStringList{"--processes", "2", "--kill", kills};
         }
     }
     void stress()
@@ -35,13 +32,13 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QProcess p;
         p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(QStringLiteral(ORVANTIS_STRESS), QStringList{QStringLiteral("--backend"), backend} + arguments);
+        p.start(ORVANTIS_STRESS, QStringList{"--backend", backend} + arguments);
         QVERIFY(p.waitForFinished(300000));
         const QString output = QString::fromUtf8(p.readAll());
         qInfo().noquote() << output;
-        QVERIFY2(output.contains(QLatin1String("RESULT: every check holds")), qPrintable(output));
+        QVERIFY2(output.contains("RESULT: every check holds"), qPrintable(output));
         QCOMPARE(p.exitCode(), 0);
-        QVERIFY(!output.contains(QLatin1String("saves reported 0 ")));
+        QVERIFY(!output.contains("saves reported 0 "));
     }
 };
 

@@ -14,11 +14,6 @@ using testdb::ScriptedMsgBox;
 
 namespace {
 
-int ridOf(const QString& table, const QString& where)
-{
-    return testdb::number(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE ") + where);
-}
-
 void noChooser()
 {
     setElementChooser([](const QString&, const Recordset&, bool, bool) -> QStringList {
@@ -27,27 +22,9 @@ void noChooser()
     });
 }
 
-// The database of the back end with two counterparties and three products,
-// one of whose extra code is the code of another.
-bool open(const QString& backend)
+QString unknown(const QString& code)
 {
-    if (!testdb::shared(backend).isValid())
-        return false;
-    if (ridOf(QStringLiteral("Anagrafiche"), QStringLiteral("NUMERO = 901")) > 0)
-        return true;
-    testdb::run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO) VALUES (901, ¤Rossi Srl¤, ¤C¤, 2), "
-                               "(902, ¤Bianchi Spa¤, ¤F¤, NULL)"));
-    testdb::run(QStringLiteral("INSERT INTO Marche (CODICE, DESCRIZIONE) VALUES (¤ACME¤, ¤Acme¤)"));
-    const int marca = ridOf(QStringLiteral("Marche"), QStringLiteral("CODICE = ¤ACME¤"));
-    const QString head = QStringLiteral(
-        "INSERT INTO Prodotti (CODICE, DESCRIZIONE, BARCODE, EXTRACODICE, FK_Iva, FK_UNITAMISURA, FK_MARCA, GIACENZA, "
-        "ELENCOSPECIALE) VALUES (");
-    testdb::run(head + QStringLiteral("¤VITE8¤, ¤Vite 8 mm¤, ¤8001234567890¤, ¤V-8¤, 2, 1, %1, 40, -1), "
-                                      "(¤DADO8¤, ¤Dado 8 mm¤, NULL, ¤VITE8X¤, 1, 1, NULL, 15, 0), "
-                                      "(¤VITE8X¤, ¤Vite 8 mm inox¤, NULL, NULL, 1, 1, NULL, 3, 0)").arg(marca));
-    testdb::run(QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA) VALUES (%1, 1, 12.5)")
-                    .arg(ridOf(QStringLiteral("Prodotti"), QStringLiteral("CODICE = ¤VITE8¤"))));
-    return true;
+    return "Codice: " + code + " inesistente!";
 }
 
 using Lookup = bool (*)(QString&, QString&, int&);
@@ -56,78 +33,87 @@ using Lookup = bool (*)(QString&, QString&, int&);
 
 Q_DECLARE_METATYPE(Lookup)
 
-class TestLookups : public QObject
+class TestLookups : public testdb::BackendTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { testdb::isolateProgramFolder(); }
-    void cleanupTestCase() { testdb::dropShared(); }
+    // Two counterparties and three products, one of whose extra code is the
+    // code of another, once a database.
+    void init()
+    {
+        BackendTest::init();
+        if (testdb::count("Anagrafiche", "NUMERO = 901") > 0)
+            return;
+        testdb::run("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO) "
+                    "VALUES (901, ¤Rossi Srl¤, ¤C¤, 2), (902, ¤Bianchi Spa¤, ¤F¤, NULL)");
+        testdb::run("INSERT INTO Marche (CODICE, DESCRIZIONE) VALUES (¤ACME¤, ¤Acme¤)");
+        testdb::run(QString("INSERT INTO Prodotti (CODICE, DESCRIZIONE, BARCODE, EXTRACODICE, FK_Iva, FK_UNITAMISURA, "
+                            "FK_MARCA, GIACENZA, ELENCOSPECIALE) VALUES "
+                            "(¤VITE8¤, ¤Vite 8 mm¤, ¤8001234567890¤, ¤V-8¤, 2, 1, %1, 40, -1), "
+                            "(¤DADO8¤, ¤Dado 8 mm¤, NULL, ¤VITE8X¤, 1, 1, NULL, 15, 0), "
+                            "(¤VITE8X¤, ¤Vite 8 mm inox¤, NULL, NULL, 1, 1, NULL, 3, 0)")
+                        .arg(testdb::rid("Marche", "CODICE = ¤ACME¤")));
+        testdb::run(QString("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA) VALUES (%1, 1, 12.5)")
+                        .arg(testdb::rid("Prodotti", "CODICE = ¤VITE8¤")));
+    }
     void cleanup()
     {
         setElementChooser({});
-        gAdoSqlServer().closeAll();
+        BackendTest::cleanup();
     }
 
-    // By code, by key, and the codes that must not be found.
+    // By code, by key, and the codes that must not be found: the box names
+    // the code and the description stays as it was.
     void family_data()
     {
-        QTest::addColumn<QString>("backend");
         QTest::addColumn<Lookup>("lookup");
         QTest::addColumn<QString>("codice");
         QTest::addColumn<int>("rid");
-        QTest::addColumn<QString>("expectedCode");
+        QTest::addColumn<QString>("expectedCode");   // empty: not found
         QTest::addColumn<QString>("expectedDescription");
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG" << "Chilogrammi";
-            testdb::row(b, "unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ" << "Pezzi";
-            testdb::row(b, "unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << "" << "";
-            testdb::row(b, "customer") << Lookup(&validaCliente) << "901" << 0 << "901" << "Rossi Srl";
-            testdb::row(b, "customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << "" << "";
-            testdb::row(b, "supplier") << Lookup(&validaFornitore) << "902" << 0 << "902" << "Bianchi Spa";
-            testdb::row(b, "any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902" << "Bianchi Spa";
-            testdb::row(b, "counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << "" << "";
-            testdb::row(b, "product by bar code") << Lookup(&validaProdotto) << "8001234567890" << 0 << "VITE8" << "Vite 8 mm";
-            testdb::row(b, "product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8" << "Vite 8 mm";
-            testdb::row(b, "account") << Lookup(&validaConto) << "01003001" << 0 << "01003001" << "Cassa";
-            testdb::row(b, "document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT" << "Documento di trasporto";
-        }
+        QTest::newRow("unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG" << "Chilogrammi";
+        QTest::newRow("unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ" << "Pezzi";
+        QTest::newRow("unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << "" << "";
+        QTest::newRow("customer") << Lookup(&validaCliente) << "901" << 0 << "901" << "Rossi Srl";
+        QTest::newRow("customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << "" << "";
+        QTest::newRow("supplier") << Lookup(&validaFornitore) << "902" << 0 << "902" << "Bianchi Spa";
+        QTest::newRow("any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902" << "Bianchi Spa";
+        QTest::newRow("counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << "" << "";
+        QTest::newRow("product by bar code") << Lookup(&validaProdotto) << "8001234567890" << 0 << "VITE8"
+                                             << "Vite 8 mm";
+        QTest::newRow("product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8" << "Vite 8 mm";
+        QTest::newRow("account") << Lookup(&validaConto) << "01003001" << 0 << "01003001" << "Cassa";
+        QTest::newRow("document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT" << "Documento di trasporto";
     }
     void family()
     {
-        QFETCH(QString, backend);
         QFETCH(Lookup, lookup);
         QFETCH(QString, codice);
         QFETCH(int, rid);
         QFETCH(QString, expectedCode);
         QFETCH(QString, expectedDescription);
-        QVERIFY(open(backend));
         ScriptedMsgBox boxes;
         const bool missing = expectedCode.isEmpty();
         if (missing)
-            boxes.expect(QStringLiteral("Codice: ") + codice + QStringLiteral(" inesistente!"), vb::OK);
-        QString descrizione = QStringLiteral("as before");
+            boxes.expect(unknown(codice), vb::OK);
+        QString descrizione = "as before";
         QCOMPARE(lookup(codice, descrizione, rid), !missing);
         QCOMPARE(codice, expectedCode);
         QCOMPARE(descrizione, missing ? QStringLiteral("as before") : expectedDescription);
         QCOMPARE(rid > 0, !missing);
-        QVERIFY(boxes.allAnswered());
-        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 
     // The members with extra outputs.
-    void extras_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void extras()
     {
-        QFETCH(QString, backend);
-        QVERIFY(open(backend));
-        QString codice = QStringLiteral("10"), descrizione;
+        QString codice = "10", descrizione;
         int rid = 0;
         Single valore = 0;
         QVERIFY(validaIva(codice, descrizione, rid, valore));
         QCOMPARE(valore, Single(10));
 
-        codice = QStringLiteral("901");
+        codice = "901";
         rid = 0;
         int pagamento = 0;
         QVERIFY(validaAnagrafePagamento(codice, descrizione, rid, pagamento));
@@ -135,13 +121,13 @@ private Q_SLOTS:
 
         // A causal that writes no journal entry is not found.
         bool genera = false, negative = false;
-        codice = QStringLiteral("NC");
+        codice = "NC";
         rid = 0;
         QVERIFY(validaCausaleScadenze(codice, descrizione, rid, genera, negative));
         QVERIFY(genera && negative);
         ScriptedMsgBox boxes;
-        boxes.expect(QStringLiteral("Codice: DDT inesistente!"), vb::OK);
-        codice = QStringLiteral("DDT");
+        boxes.expect(unknown("DDT"), vb::OK);
+        codice = "DDT";
         rid = 0;
         QVERIFY(!validaCausaleScadenze(codice, descrizione, rid, genera, negative));
         QVERIFY(codice.isEmpty());
@@ -151,29 +137,22 @@ private Q_SLOTS:
         QCOMPARE(descrizione, QStringLiteral("Documenti di trasporto"));
 
         DocumentoEsteso documento;
-        documento.codice = QStringLiteral("CF");
+        documento.codice = "CF";
         QVERIFY(validaDocumentoEsteso(documento));
         QVERIFY(documento.modificaPrezzoAcquisto && !documento.usaRda);
         QCOMPARE(documento.rda1, QStringLiteral("0"));
-        QVERIFY(boxes.allAnswered());
     }
 
     // One row fills the product; the stock of a warehouse comes from its row.
-    void prodottoEsteso_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
     void prodottoEsteso()
     {
-        QFETCH(QString, backend);
-        QVERIFY(open(backend));
         noChooser();
         ProdottoEsteso p;
-        p.codice = QStringLiteral("8001234567890");
+        p.codice = "8001234567890";
         QVERIFY(validaProdottoEsteso(p, {}));
-        QCOMPARE(p.codice, QStringLiteral("VITE8"));
-        QCOMPARE(p.descrizione, QStringLiteral("Vite 8 mm"));
+        QCOMPARE(QStringList({p.codice, p.descrizione, p.codIva, p.codUnitaMisura, p.codMarca}),
+                 QStringList({"VITE8", "Vite 8 mm", "10", "PZ", "ACME"}));
         QCOMPARE(p.valoreIva, Single(10));
-        QCOMPARE(p.codIva, QStringLiteral("10"));
-        QCOMPARE(p.codUnitaMisura, QStringLiteral("PZ"));
-        QCOMPARE(p.codMarca, QStringLiteral("ACME"));
         QCOMPARE(p.giacenza, 40.0);
         QCOMPARE(p.elencoSpeciale, qint16(1));
 
@@ -186,61 +165,46 @@ private Q_SLOTS:
         sede.magazzino = 99;
         QVERIFY(validaProdottoEsteso(inWarehouse, sede));
         QCOMPARE(inWarehouse.giacenza, 0.0);
-        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 
     // A code that is also another product's extra code gives two rows: the
     // chooser decides, and with multiple choice all keys come back.
     void prodottoChooser_data()
     {
-        QTest::addColumn<QString>("backend");
         QTest::addColumn<bool>("multi");
         QTest::addColumn<int>("chosen");   // how many rows the chooser picks, DADO8 first
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "one") << false << 1;
-            testdb::row(b, "both") << true << 2;
-            testdb::row(b, "none") << false << 0;
-        }
+        QTest::newRow("one") << false << 1;
+        QTest::newRow("both") << true << 2;
+        QTest::newRow("none") << false << 0;
     }
     void prodottoChooser()
     {
-        QFETCH(QString, backend);
         QFETCH(bool, multi);
         QFETCH(int, chosen);
-        QVERIFY(open(backend));
-        QString columnsSeen;
         int rowsSeen = 0;
         QStringList keys;
         bool multiSeen = !multi;
-        setElementChooser([&](const QString& columns, const Recordset& rs, bool multiSelect, bool) -> QStringList {
-            columnsSeen = columns;
+        setElementChooser([&](const QString&, const Recordset& rs, bool multiSelect, bool) -> QStringList {
             rowsSeen = rs.recordCount();
             Recordset rows = rs;
             for (rows.moveFirst(); !rows.eof(); rows.moveNext())
-                keys.insert(rows.text(QStringLiteral("CODICE")) == QLatin1String("DADO8") ? 0 : keys.size(),
-                            QStringLiteral("E_") + rows.value(QStringLiteral("RID")).toString());
+                keys.insert(rows.text("CODICE") == "DADO8" ? 0 : keys.size(), "E_" + rows.value("RID").toString());
             multiSeen = multiSelect;
             return keys.mid(0, chosen);
         });
         ScriptedMsgBox boxes;
         if (chosen == 0)
-            boxes.expect(QStringLiteral("Codice: VITE8X inesistente!"), vb::OK);
+            boxes.expect(unknown("VITE8X"), vb::OK);
         ProdottoEsteso p;
-        p.codice = QStringLiteral("VITE8X");
+        p.codice = "VITE8X";
         RicercaProdotto ricerca;
         ricerca.multiSelect = multi;
         QCOMPARE(validaProdottoEsteso(p, ricerca), chosen > 0);
         QCOMPARE(rowsSeen, 2);
         QCOMPARE(multiSeen, multi);
-        QVERIFY(columnsSeen.startsWith(QStringLiteral("Marca¤800¤CODMARCA|")));
         QCOMPARE(p.codice, chosen ? QStringLiteral("DADO8") : QString());
-        if (multi) {
-            QString expected;
-            for (const QString& key : keys)
-                expected += key.mid(2) + QLatin1Char(',');
-            QCOMPARE(p.elencoRid, expected);
-        }
-        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
+        if (multi)
+            QCOMPARE(p.elencoRid, keys.at(0).mid(2) + ',' + keys.at(1).mid(2) + ',');
     }
 
     // A code typed as a beginning finds the codes that start with it; "%"
@@ -248,35 +212,28 @@ private Q_SLOTS:
     // with the question: Yes asks for a new product and keeps the code.
     void prodottoCerca_data()
     {
-        QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("answer");             // to "Creare un nuovo Prodotto?", 0: not asked (search by beginning)
+        QTest::addColumn<int>("answer");             // to "Creare un nuovo Prodotto?"; 0: a search by beginning
         QTest::addColumn<QString>("expectedCode");   // empty: not found
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "beginning") << "DAD" << 0 << "DADO8";
-            testdb::row(b, "whole code") << "DADO8" << 0 << "DADO8";
-            testdb::row(b, "underscore") << "DAD_8" << 0 << "";
-            testdb::row(b, "percent") << "%8X" << 0 << "";
-            testdb::row(b, "delimiter") << "VITE¤" << 0 << "";
-            testdb::row(b, "new product") << "NUOVO1" << int(vb::Yes) << "NUOVO1";
-            testdb::row(b, "no new product") << "NUOVO2" << int(vb::No) << "";
-        }
+        QTest::newRow("beginning") << "DAD" << 0 << "DADO8";
+        QTest::newRow("whole code") << "DADO8" << 0 << "DADO8";
+        QTest::newRow("underscore") << "DAD_8" << 0 << "";
+        QTest::newRow("percent") << "%8X" << 0 << "";
+        QTest::newRow("delimiter") << "VITE¤" << 0 << "";
+        QTest::newRow("new product") << "NUOVO1" << int(vb::Yes) << "NUOVO1";
+        QTest::newRow("no new product") << "NUOVO2" << int(vb::No) << "";
     }
     void prodottoCerca()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, typed);
         QFETCH(int, answer);
         QFETCH(QString, expectedCode);
-        QVERIFY(open(backend));
         testdb::ErrorRecorder errors;
         noChooser();
         ScriptedMsgBox boxes;
         const bool found = answer == 0 && !expectedCode.isEmpty();
         if (!found)
-            boxes.expect(QStringLiteral("Codice: ") + typed + QStringLiteral(" inesistente!")
-                             + (answer ? QStringLiteral("\nCreare un nuovo Prodotto?") : QString()),
-                         answer ? answer : int(vb::OK));
+            boxes.expect(unknown(typed) + (answer ? "\nCreare un nuovo Prodotto?" : ""), answer ? answer : int(vb::OK));
         ProdottoEsteso p;
         p.codice = typed;
         p.creaNuovo = answer == vb::No;   // a No clears what an earlier Yes left
@@ -287,9 +244,7 @@ private Q_SLOTS:
         QCOMPARE(p.codice, expectedCode);
         if (answer)
             QCOMPARE(p.creaNuovo, answer == vb::Yes);
-        QVERIFY(boxes.allAnswered());
         QVERIFY(errors.reports.isEmpty());
-        QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 };
 

@@ -28,24 +28,28 @@ private Q_SLOTS:
         QTest::addColumn<bool>("allSelected");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("result");   // empty: refused
-        addRows("dot becomes comma", int(Decimale), 0, QStringLiteral("12"), false, QStringLiteral("."), QStringLiteral(","));
-        addRows("dot becomes comma (kind 9)", int(DecimaleZero), 0, QString(), false, QStringLiteral("."), QStringLiteral(","));
-        addRows("second comma refused", int(Decimale), 0, QStringLiteral("1,5"), false, QStringLiteral(","), QString());
-        addRows("second comma as dot refused", int(Decimale), 0, QStringLiteral("1,5"), false, QStringLiteral("."), QString());
-        addRows("minus in empty field", int(Decimale), 0, QString(), false, QStringLiteral("-"), QStringLiteral("-"));
-        addRows("minus after text refused", int(Intero), 0, QStringLiteral("12"), false, QStringLiteral("-"), QString());
-        addRows("minus over a full selection", int(InteroZero), 0, QStringLiteral("12"), true, QStringLiteral("-"), QStringLiteral("-"));
-        addRows("minus in free text", int(Testo), 0, QStringLiteral("ab"), false, QStringLiteral("-"), QStringLiteral("-"));
-        addRows("letter in whole number", int(Intero), 0, QString(), false, QStringLiteral("a"), QString());
-        addRows("comma in whole number", int(InteroNonFormattato), 0, QString(), false, QStringLiteral(","), QString());
-        addRows("dot in time", int(Ora), 0, QStringLiteral("08"), false, QStringLiteral("."), QStringLiteral("."));
-        addRows("colon in time refused", int(Ora), 0, QStringLiteral("08"), false, QStringLiteral(":"), QString());
-        addRows("slash in date", int(Data), 0, QStringLiteral("01"), false, QStringLiteral("/"), QStringLiteral("/"));
-        addRows("plus in date refused", int(Data), 0, QStringLiteral("01"), false, QStringLiteral("+"), QString());
-        addRows("plus in date expression", int(EspressioneData), 0, QString(), false, QStringLiteral("+"), QStringLiteral("+"));
-        addRows("upper case", int(Testo), 1, QString(), false, QStringLiteral("à"), QStringLiteral("À"));
-        addRows("lower case", int(Testo), 2, QString(), false, QStringLiteral("Q"), QStringLiteral("q"));
-        addRows("backspace always", int(Intero), 0, QStringLiteral("1"), false, QStringLiteral("\b"), QStringLiteral("\b"));
+        const auto row = [](const char* name, Kind kind, const char* text, const char* typed, const char* result,
+                            int caseState = 0, bool allSelected = false) {
+            addRows(name, int(kind), caseState, QString(text), allSelected, QString(typed), QString(result));
+        };
+        row("dot becomes comma", Decimale, "12", ".", ",");
+        row("dot becomes comma (kind 9)", DecimaleZero, "", ".", ",");
+        row("second comma refused", Decimale, "1,5", ",", "");
+        row("second comma as dot refused", Decimale, "1,5", ".", "");
+        row("minus in empty field", Decimale, "", "-", "-");
+        row("minus after text refused", Intero, "12", "-", "");
+        row("minus over a full selection", InteroZero, "12", "-", "-", 0, true);
+        row("minus in free text", Testo, "ab", "-", "-");
+        row("letter in whole number", Intero, "", "a", "");
+        row("comma in whole number", InteroNonFormattato, "", ",", "");
+        row("dot in time", Ora, "08", ".", ".");
+        row("colon in time refused", Ora, "08", ":", "");
+        row("slash in date", Data, "01", "/", "/");
+        row("plus in date refused", Data, "01", "+", "");
+        row("plus in date expression", EspressioneData, "", "+", "+");
+        row("upper case", Testo, "", "à", "À", 1);
+        row("lower case", Testo, "", "Q", "q", 2);
+        row("backspace always", Intero, "1", "\b", "\b");
     }
     void keyPress()
     {
@@ -60,6 +64,7 @@ private Q_SLOTS:
         QCOMPARE(accepted.isNull() ? QString() : QString(accepted), result);
     }
 
+    // What a field holds when it is left, and whether it raises its event.
     void contentValidate_data()
     {
         QTest::addColumn<QString>("locale");
@@ -69,27 +74,31 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("result");
         QTest::addColumn<bool>("event");
-        addRows("decimal", int(Decimale), 2, true, QStringLiteral("1234,5"), QStringLiteral("1.234,50"), true);
-        addRows("decimal without thousands", int(Decimale), 3, false, QStringLiteral("-1234567,1239"), QStringLiteral("-1234567,124"), true);
-        addRows("decimal as typed", int(Decimale), -1, true, QStringLiteral("1234,5"), QStringLiteral("1234,5"), false);
-        addRows("decimal empty stays", int(Decimale), 2, true, QString(), QString(), true);
-        addRows("decimal empty becomes 0", int(DecimaleZero), 2, true, QStringLiteral("  "), QStringLiteral("0,00"), true);
-        addRows("lone minus stays", int(Decimale), 2, true, QStringLiteral("-"), QStringLiteral("-"), true);
-        addRows("whole number", int(Intero), 2, true, QStringLiteral("1234567"), QStringLiteral("1.234.567"), false);
-        addRows("whole number empty becomes 0", int(InteroZero), 2, true, QString(), QStringLiteral("0"), false);
-        addRows("whole number left as typed", int(InteroNonFormattato), 2, true, QStringLiteral("1234"), QStringLiteral("1234"), false);
-        addRows("date six digits", int(Data), 2, true, QStringLiteral("010508"), QStringLiteral("01/05/2008"), true);
-        addRows("date eight digits", int(Data), 2, true, QStringLiteral("01052008"), QStringLiteral("01/05/2008"), true);
-        addRows("date 31 February empties", int(Data), 2, true, QStringLiteral("31/02/2008"), QString(), true);
-        addRows("short date only tested", int(Data), 2, true, QStringLiteral("1/5/08"), QStringLiteral("1/5/08"), true);
-        addRows("short wrong date empties", int(Data), 2, true, QStringLiteral("1/13/08"), QString(), true);
-        addRows("leap day", int(Data), 2, true, QStringLiteral("29022024"), QStringLiteral("29/02/2024"), true);
-        addRows("date empty", int(Data), 2, true, QString(), QString(), true);
-        addRows("time four digits", int(Ora), 2, true, QStringLiteral("0830"), QStringLiteral("08:30:00"), false);
-        addRows("time six digits", int(Ora), 2, true, QStringLiteral("173005"), QStringLiteral("17:30:05"), false);
-        addRows("time with dots", int(Ora), 2, true, QStringLiteral("8.5"), QStringLiteral("08:05:00"), false);
-        addRows("time 25 hours empties", int(Ora), 2, true, QStringLiteral("2500"), QString(), false);
-        addRows("free text untouched", int(Testo), 2, true, QStringLiteral(" a,b "), QStringLiteral(" a,b "), false);
+        const auto row = [](const char* name, Kind kind, const char* text, const char* result, bool event,
+                            int precision = 2, bool thousands = true) {
+            addRows(name, int(kind), precision, thousands, QString(text), QString(result), event);
+        };
+        row("decimal", Decimale, "1234,5", "1.234,50", true);
+        row("decimal without thousands", Decimale, "-1234567,1239", "-1234567,124", true, 3, false);
+        row("decimal as typed", Decimale, "1234,5", "1234,5", false, -1);
+        row("decimal empty stays", Decimale, "", "", true);
+        row("decimal empty becomes 0", DecimaleZero, "  ", "0,00", true);
+        row("lone minus stays", Decimale, "-", "-", true);
+        row("whole number", Intero, "1234567", "1.234.567", false);
+        row("whole number empty becomes 0", InteroZero, "", "0", false);
+        row("whole number left as typed", InteroNonFormattato, "1234", "1234", false);
+        row("date six digits", Data, "010508", "01/05/2008", true);
+        row("date eight digits", Data, "01052008", "01/05/2008", true);
+        row("date 31 February empties", Data, "31/02/2008", "", true);
+        row("short date only tested", Data, "1/5/08", "1/5/08", true);
+        row("short wrong date empties", Data, "1/13/08", "", true);
+        row("leap day", Data, "29022024", "29/02/2024", true);
+        row("date empty", Data, "", "", true);
+        row("time four digits", Ora, "0830", "08:30:00", false);
+        row("time six digits", Ora, "173005", "17:30:05", false);
+        row("time with dots", Ora, "8.5", "08:05:00", false);
+        row("time 25 hours empties", Ora, "2500", "", false);
+        row("free text untouched", Testo, " a,b ", " a,b ", false);
     }
     void contentValidate()
     {
@@ -100,7 +109,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, result);
         QFETCH(bool, event);
-        const Validation v = typedinput::contentValidate(kind, text, precision, thousands, QStringLiteral("DD/MM/YYYY"));
+        const Validation v = typedinput::contentValidate(kind, text, precision, thousands, "DD/MM/YYYY");
         QCOMPARE(v.text, result);
         QCOMPARE(v.raiseEvent, event);
     }
