@@ -16,13 +16,12 @@
 // documents (a recalculation) and every product's stock against its lots.
 // The exit code is 0 when every check holds and no save failed. Prints
 // figures; never judges a time.
-#include "stressdb.h"
-
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/driver.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
+#include "stressdb.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -31,6 +30,7 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QThread>
+
 #include <memory>
 
 namespace {
@@ -57,15 +57,33 @@ Options parse(const QStringList& args)
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString& a = args.at(i);
         const QString next = i + 1 < args.size() ? args.at(i + 1) : QString();
-        if (a == QLatin1String("--worker")) o.worker = true;
-        else if (a == QLatin1String("--backend")) { o.backend = next; ++i; }
-        else if (a == QLatin1String("--processes")) { o.processes = next.toInt(); ++i; }
-        else if (a == QLatin1String("--seconds")) { o.seconds = next.toInt(); ++i; }
-        else if (a == QLatin1String("--kill")) { o.kills = next.toInt(); ++i; }
-        else if (a == QLatin1String("--mysql")) { o.mysql = next; ++i; }
-        else if (a == QLatin1String("--tipo")) { o.tipo = next.toInt(); ++i; }
-        else if (a == QLatin1String("--connection")) { o.connection = next; ++i; }
-        else if (a == QLatin1String("--seed")) { o.seed = next.toUInt(); ++i; }
+        if (a == QLatin1String("--worker"))
+            o.worker = true;
+        else if (a == QLatin1String("--backend")) {
+            o.backend = next;
+            ++i;
+        } else if (a == QLatin1String("--processes")) {
+            o.processes = next.toInt();
+            ++i;
+        } else if (a == QLatin1String("--seconds")) {
+            o.seconds = next.toInt();
+            ++i;
+        } else if (a == QLatin1String("--kill")) {
+            o.kills = next.toInt();
+            ++i;
+        } else if (a == QLatin1String("--mysql")) {
+            o.mysql = next;
+            ++i;
+        } else if (a == QLatin1String("--tipo")) {
+            o.tipo = next.toInt();
+            ++i;
+        } else if (a == QLatin1String("--connection")) {
+            o.connection = next;
+            ++i;
+        } else if (a == QLatin1String("--seed")) {
+            o.seed = next.toUInt();
+            ++i;
+        }
     }
     return o;
 }
@@ -104,8 +122,9 @@ QProcess* startWorker(const Options& o, int tipo, const QString& connection, qui
     auto* p = new QProcess;
     p->setProcessChannelMode(QProcess::SeparateChannels);
     p->start(QCoreApplication::applicationFilePath(),
-             {QStringLiteral("--worker"), QStringLiteral("--tipo"), QString::number(tipo), QStringLiteral("--connection"), connection,
-              QStringLiteral("--seed"), QString::number(seed), QStringLiteral("--seconds"), QString::number(seconds)});
+             {QStringLiteral("--worker"), QStringLiteral("--tipo"), QString::number(tipo),
+              QStringLiteral("--connection"), connection, QStringLiteral("--seed"), QString::number(seed),
+              QStringLiteral("--seconds"), QString::number(seconds)});
     p->waitForStarted();
     return p;
 }
@@ -114,7 +133,8 @@ QProcess* startWorker(const Options& o, int tipo, const QString& connection, qui
 stress::Figures figuresOf(QProcess* p)
 {
     const QString text = QString::fromUtf8(p->readAllStandardOutput());
-    const QStringList lines = text.left(text.lastIndexOf(QLatin1Char('\n'))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList lines =
+        text.left(text.lastIndexOf(QLatin1Char('\n'))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     return lines.isEmpty() ? stress::Figures() : stress::Figures::fromLine(lines.last());
 }
 
@@ -208,8 +228,9 @@ int runParent(const Options& o)
         figures = runWorkstations(o, tipo, connection);
     }
     const double seconds = double(clock.elapsed()) / 1000.0;
-    out << "saves reported " << figures.saves << " (" << QString::number(figures.saves / seconds, 'f', 0) << " a second), failures "
-        << figures.failures() << " (busy " << figures.busy << ", connection lost " << figures.lost << ", other " << figures.other << ")\n";
+    out << "saves reported " << figures.saves << " (" << QString::number(figures.saves / seconds, 'f', 0)
+        << " a second), failures " << figures.failures() << " (busy " << figures.busy << ", connection lost "
+        << figures.lost << ", other " << figures.other << ")\n";
     out.flush();
 
     const stress::Check check = stress::checkDatabase(tipo);

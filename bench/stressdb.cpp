@@ -1,22 +1,23 @@
 #include "stressdb.h"
 
-#include "data/scoped.h"
+#include "accounting/scadenze.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/driver.h"
-#include "stock/giacenze.h"
 #include "data/modeldatabase.h"
-#include "numbering/numeratore.h"
 #include "data/recordset.h"
-#include "accounting/scadenze.h"
+#include "data/scoped.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "numbering/numeratore.h"
+#include "stock/giacenze.h"
 
 #include <QDate>
 #include <QMap>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
+
 #include <cmath>
 
 namespace stress {
@@ -26,19 +27,14 @@ namespace {
 const QString kTag = QStringLiteral("stress");
 const QDate kData(kAnno, 3, 16);
 
-cAdoSqlServer& db()
-{
-    return gAdoSqlServer();
-}
+cAdoSqlServer& db() { return gAdoSqlServer(); }
 
-QVariant value(const QString& sql)
-{
-    return db().getValueBySQL(sql, kTag);
-}
+QVariant value(const QString& sql) { return db().getValueBySQL(sql, kTag); }
 
 int ridByCode(const QString& table, const QString& code)
 {
-    return value(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE CODICE = ") + sqlText(code)).toInt();
+    return value(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE CODICE = ") + sqlText(code))
+        .toInt();
 }
 
 struct Riga
@@ -59,11 +55,11 @@ bool saveDocument(const Fixture& f, bool carico, const QList<Riga>& righe)
     const int controparte = carico ? f.fornitore : f.cliente;
     const int documento = db().getIDByInsert(
         sqlInsert(QStringLiteral("Movimenti"),
-                  {QStringLiteral("FK_TIPODOCUMENTO"), QStringLiteral("ANNO"), QStringLiteral("PROGRESSIVO"), QStringLiteral("DATA"),
-                   QStringLiteral("FK_CONTROPARTITA"), QStringLiteral("FK_ORIGINE"), QStringLiteral("FK_DESTINAZIONE"),
-                   QStringLiteral("FK_PAGAMENTO")},
-                  {QString::number(carico ? f.tdCarico : f.tdFattura), anno, QString::number(numero), db().getSQLDate(kData),
-                   QString::number(controparte), QString::number(carico ? controparte : f.sede),
+                  {QStringLiteral("FK_TIPODOCUMENTO"), QStringLiteral("ANNO"), QStringLiteral("PROGRESSIVO"),
+                   QStringLiteral("DATA"), QStringLiteral("FK_CONTROPARTITA"), QStringLiteral("FK_ORIGINE"),
+                   QStringLiteral("FK_DESTINAZIONE"), QStringLiteral("FK_PAGAMENTO")},
+                  {QString::number(carico ? f.tdCarico : f.tdFattura), anno, QString::number(numero),
+                   db().getSQLDate(kData), QString::number(controparte), QString::number(carico ? controparte : f.sede),
                    QString::number(carico ? f.sede : controparte), QString::number(f.pagamento)}),
         kTag, QStringLiteral("RID"), QStringLiteral("Movimenti"));
     if (documento < 1)
@@ -83,16 +79,18 @@ bool saveDocument(const Fixture& f, bool carico, const QList<Riga>& righe)
         Currency taglio = carico ? r.prezzo : Currency::fromUnits(-1);
         Currency precedente = Currency::fromUnits(-1);
         int rigaRid = -1;
-        const QString esito = aggiornaGiacenze(Single(r.quantita), 0, taglio, r.prodotto, giacenze::Inserimento, carico ? -1 : f.sede,
-                                               carico ? f.sede : -1, QStringLiteral("Prodotto [stress]"), precedente, rigaRid, lotti);
+        const QString esito =
+            aggiornaGiacenze(Single(r.quantita), 0, taglio, r.prodotto, giacenze::Inserimento, carico ? -1 : f.sede,
+                             carico ? f.sede : -1, QStringLiteral("Prodotto [stress]"), precedente, rigaRid, lotti);
         if (esito != QLatin1String("OK"))
             return false;
-        if (!db().executeSQL(sqlInsert(QStringLiteral("DettagliMovimento"),
-                                       {QStringLiteral("FK_MOVIMENTO"), QStringLiteral("FK_PRODOTTO"), QStringLiteral("QUANTITA"),
-                                        QStringLiteral("PREZZONETTO"), QStringLiteral("TAGLIO")},
-                                       {QString::number(documento), QString::number(r.prodotto), QString::number(r.quantita),
-                                        getSqlNumber(r.prezzo.toPlainString()), getSqlNumber(taglio.toPlainString())}),
-                             kTag))
+        if (!db().executeSQL(
+                sqlInsert(QStringLiteral("DettagliMovimento"),
+                          {QStringLiteral("FK_MOVIMENTO"), QStringLiteral("FK_PRODOTTO"), QStringLiteral("QUANTITA"),
+                           QStringLiteral("PREZZONETTO"), QStringLiteral("TAGLIO")},
+                          {QString::number(documento), QString::number(r.prodotto), QString::number(r.quantita),
+                           getSqlNumber(r.prezzo.toPlainString()), getSqlNumber(taglio.toPlainString())}),
+                kTag))
             return false;
         imponibile += CyMul(Currency::fromUnits(r.quantita), r.prezzo);
     }
@@ -195,14 +193,16 @@ bool prepareFixture(QString* message)
             *message = what;
         return false;
     };
-    for (const auto& [numero, nome, tipo] : {std::tuple{90001, "Cliente Stress S.r.l.", "C"}, std::tuple{90002, "Fornitore Stress S.p.A.", "F"}})
-        if (!db().executeSQL(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (") + QString::number(numero)
-                                 + QStringLiteral(", ") + sqlText(QString::fromUtf8(nome)) + QStringLiteral(", ")
-                                 + sqlText(QString::fromLatin1(tipo)) + QLatin1Char(')'),
+    for (const auto& [numero, nome, tipo] :
+         {std::tuple{90001, "Cliente Stress S.r.l.", "C"}, std::tuple{90002, "Fornitore Stress S.p.A.", "F"}})
+        if (!db().executeSQL(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (")
+                                 + QString::number(numero) + QStringLiteral(", ") + sqlText(QString::fromUtf8(nome))
+                                 + QStringLiteral(", ") + sqlText(QString::fromLatin1(tipo)) + QLatin1Char(')'),
                              kTag))
             return fail(QStringLiteral("anagrafiche"));
     for (int i = 1; i <= 5; ++i)
-        if (!db().executeSQL(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (")
+        if (!db().executeSQL(QStringLiteral(
+                                 "INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (")
                                  + sqlText(QStringLiteral("STRESS%1").arg(i)) + QStringLiteral(", ")
                                  + sqlText(QStringLiteral("Articolo di prova %1").arg(i)) + QStringLiteral(", 0, -1)"),
                              kTag))
@@ -274,10 +274,7 @@ QList<QVariantList> rows(const QString& sql)
     return list;
 }
 
-int number(const QString& sql)
-{
-    return value(sql).toInt();
-}
+int number(const QString& sql) { return value(sql).toInt(); }
 
 // Numbers 1..count, each once.
 QString sequence(const QString& what, const QString& fromWhere, int& problems)
@@ -315,8 +312,9 @@ Check checkDatabase(int tipoServer)
         fact(QStringLiteral("integrity check: ") + integrity, integrity == QLatin1String("ok"));
     } else {
         int bad = 0;
-        for (const QVariantList& r : rows(QStringLiteral("CHECK TABLE Movimenti, DettagliMovimento, PrimaNota, PrimaNotaDettagli, Scadenze, "
-                                                          "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota")))
+        for (const QVariantList& r :
+             rows(QStringLiteral("CHECK TABLE Movimenti, DettagliMovimento, PrimaNota, PrimaNotaDettagli, Scadenze, "
+                                 "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota")))
             if (r.value(2).toString() == QLatin1String("status") && r.value(3).toString() != QLatin1String("OK"))
                 ++bad;
         fact(QStringLiteral("CHECK TABLE: %1 tables not OK").arg(bad), bad == 0);
@@ -328,7 +326,8 @@ Check checkDatabase(int tipoServer)
     for (const char* type : {"FV", "CF"})
         c.lines << sequence(QStringLiteral("documents %1").arg(QLatin1String(type)),
                             QStringLiteral("FROM Movimenti WHERE FK_TIPODOCUMENTO = ")
-                                + QString::number(ridByCode(QStringLiteral("TipoDocumenti"), QString::fromLatin1(type))),
+                                + QString::number(
+                                    ridByCode(QStringLiteral("TipoDocumenti"), QString::fromLatin1(type))),
                             problems);
     const int documents = number(QStringLiteral("SELECT COUNT(*) FROM Movimenti"));
     const int entries = number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota"));
@@ -339,23 +338,27 @@ Check checkDatabase(int tipoServer)
     const int senzaRighe = number(QStringLiteral("SELECT COUNT(*) FROM Movimenti m WHERE NOT EXISTS "
                                                  "(SELECT 1 FROM DettagliMovimento d WHERE d.FK_MOVIMENTO = m.RID)"));
     fact(QStringLiteral("documents without rows: %1").arg(senzaRighe), senzaRighe == 0);
-    const int lineeErrate = number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota p WHERE "
-                                                  "(SELECT COUNT(*) FROM PrimaNotaDettagli d WHERE d.FK_PrimaNota = p.RID) <> 3"));
+    const int lineeErrate =
+        number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota p WHERE "
+                              "(SELECT COUNT(*) FROM PrimaNotaDettagli d WHERE d.FK_PrimaNota = p.RID) <> 3"));
     fact(QStringLiteral("entries without their three lines: %1").arg(lineeErrate), lineeErrate == 0);
-    const int scadenzeErrate = number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota p WHERE "
-                                                     "(SELECT COUNT(*) FROM Scadenze s WHERE s.FK_PrimaNota = p.RID) <> 2"));
+    const int scadenzeErrate =
+        number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota p WHERE "
+                              "(SELECT COUNT(*) FROM Scadenze s WHERE s.FK_PrimaNota = p.RID) <> 2"));
     fact(QStringLiteral("entries without their two due dates: %1").arg(scadenzeErrate), scadenzeErrate == 0);
-    const int contatori = number(QStringLiteral("SELECT COUNT(*) FROM Contatori c WHERE c.ANNO = ") + QString::number(kAnno)
-                                 + QStringLiteral(" AND c.NUMERO <> (SELECT COUNT(*) FROM Movimenti m INNER JOIN TipoDocumenti t ON "
-                                                  "m.FK_TIPODOCUMENTO = t.RID WHERE t.NCONTATORE = c.FK_NUMERATORE AND m.ANNO = c.ANNO)"));
+    const int contatori = number(
+        QStringLiteral("SELECT COUNT(*) FROM Contatori c WHERE c.ANNO = ") + QString::number(kAnno)
+        + QStringLiteral(" AND c.NUMERO <> (SELECT COUNT(*) FROM Movimenti m INNER JOIN TipoDocumenti t ON "
+                         "m.FK_TIPODOCUMENTO = t.RID WHERE t.NCONTATORE = c.FK_NUMERATORE AND m.ANNO = c.ANNO)"));
     fact(QStringLiteral("counters not at their last document: %1").arg(contatori), contatori == 0);
 
     // Stock: every lot against the rows of the documents, every product
     // against its lots.
     const int carico = ridByCode(QStringLiteral("TipoDocumenti"), QStringLiteral("CF"));
     QMap<QPair<int, qint64>, double> atteso;
-    for (const QVariantList& r : rows(QStringLiteral("SELECT d.FK_PRODOTTO, d.TAGLIO, d.QUANTITA, m.FK_TIPODOCUMENTO FROM DettagliMovimento d "
-                                                      "INNER JOIN Movimenti m ON d.FK_MOVIMENTO = m.RID")))
+    for (const QVariantList& r :
+         rows(QStringLiteral("SELECT d.FK_PRODOTTO, d.TAGLIO, d.QUANTITA, m.FK_TIPODOCUMENTO FROM DettagliMovimento d "
+                             "INNER JOIN Movimenti m ON d.FK_MOVIMENTO = m.RID")))
         atteso[{r.at(0).toInt(), Currency::fromDouble(r.at(1).toDouble()).raw()}] +=
             (r.at(3).toInt() == carico ? 1.0 : -1.0) * r.at(2).toDouble();
     QMap<QPair<int, qint64>, double> lotti;
@@ -379,14 +382,18 @@ Check checkDatabase(int tipoServer)
     fact(QStringLiteral("lots differing from a recalculation of the documents: %1").arg(lottiErrati), lottiErrati == 0);
     int prodottiErrati = 0;
     QStringList giacenze;
-    for (const QVariantList& r : rows(QStringLiteral("SELECT RID, GIACENZA, CODICE FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("STRESS%"))
-                                      + QStringLiteral(" ORDER BY RID"))) {
+    for (const QVariantList& r : rows(QStringLiteral("SELECT RID, GIACENZA, CODICE FROM Prodotti WHERE CODICE LIKE ")
+                                      + sqlText(QStringLiteral("STRESS%")) + QStringLiteral(" ORDER BY RID"))) {
         const double giacenza = r.at(1).toDouble();
         if (std::abs(giacenza - sommaLotti.value(r.at(0).toInt())) > 1e-6)
             ++prodottiErrati;
-        giacenze << QStringLiteral("%1 %2 (lots %3)").arg(r.at(2).toString()).arg(giacenza).arg(sommaLotti.value(r.at(0).toInt()));
+        giacenze << QStringLiteral("%1 %2 (lots %3)")
+                        .arg(r.at(2).toString())
+                        .arg(giacenza)
+                        .arg(sommaLotti.value(r.at(0).toInt()));
     }
-    fact(QStringLiteral("products whose stock differs from the sum of its lots: %1").arg(prodottiErrati), prodottiErrati == 0);
+    fact(QStringLiteral("products whose stock differs from the sum of its lots: %1").arg(prodottiErrati),
+         prodottiErrati == 0);
     c.lines << QStringLiteral("stock: ") + giacenze.join(QStringLiteral(", "));
     c.ok = problems == 0;
     return c;

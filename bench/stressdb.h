@@ -2,8 +2,8 @@
 // The pieces of the workstation stress program: the data it saves on, one
 // save as a document save makes it, and the check of the database after.
 
-#include "common/currency.h"
 #include "accounting/primanota.h"
+#include "common/currency.h"
 
 #include <QList>
 #include <QString>
@@ -25,7 +25,7 @@ struct Figures
     int failures() const { return busy + lost + other; }
     void add(const Figures& f);
     QString line() const;
-    static Figures fromLine(const QString& line);   // zero figures for another line
+    static Figures fromLine(const QString& line); // zero figures for another line
 };
 
 // The rows the saves refer to, read by code from the database.
@@ -58,7 +58,7 @@ void save(const Fixture& f, QRandomGenerator& random, Figures& figures);
 struct Check
 {
     bool ok = true;
-    QStringList lines;   // what was found, one fact a line
+    QStringList lines; // what was found, one fact a line
 };
 
 // Checks the whole database against what the saves must have left.

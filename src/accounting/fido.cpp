@@ -1,10 +1,10 @@
 #include "accounting/fido.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
-#include "common/italiantext.h"
-#include "data/recordset.h"
 #include "accounting/scadenze.h"
+#include "common/italiantext.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/scoped.h"
 
 #include <QDate>
 
@@ -13,7 +13,8 @@ Currency controllaFuoriFido(int fkAnagrafe, bool& ctrlFido, int contoClienti, bo
     ctrlFido = false;
     Currency fido;
     {
-        const cReader rs(QStringLiteral("SELECT CTRLFIDO, FIDO FROM Anagrafiche WHERE RID = ") + QString::number(fkAnagrafe),
+        const cReader rs(QStringLiteral("SELECT CTRLFIDO, FIDO FROM Anagrafiche WHERE RID = ")
+                             + QString::number(fkAnagrafe),
                          QStringLiteral("bOrvantis.Err_controllaFuoriFido"));
         if (rs && !rs->eof()) {
             ctrlFido = rs->flag(QStringLiteral("CTRLFIDO"));
@@ -39,7 +40,8 @@ QString avvisoFuoriFido(int fkAnagrafe, int contoClienti, bool fidoAllaData, con
     return residuo < Currency() ? messaggioFuoriFido(residuo) : QString();
 }
 
-QString domandaFuoriFido(int fkAnagrafe, Currency totaleDocumento, int contoClienti, bool fidoAllaData, const QDate& oggi)
+QString domandaFuoriFido(int fkAnagrafe, Currency totaleDocumento, int contoClienti, bool fidoAllaData,
+                         const QDate& oggi)
 {
     bool ctrlFido = false;
     Currency residuo = controllaFuoriFido(fkAnagrafe, ctrlFido, contoClienti, fidoAllaData, oggi);

@@ -22,4 +22,5 @@ QString avvisoFuoriFido(int fkAnagrafe, int contoClienti, bool fidoAllaData, con
 // document's total, when the limit is checked; below 0 the warning and
 // "Si desidera continuare?", empty otherwise. The total of a document saved
 // before is taken off again, though its entry already counts in the balance.
-QString domandaFuoriFido(int fkAnagrafe, Currency totaleDocumento, int contoClienti, bool fidoAllaData, const QDate& oggi);
+QString domandaFuoriFido(int fkAnagrafe, Currency totaleDocumento, int contoClienti, bool fidoAllaData,
+                         const QDate& oggi);

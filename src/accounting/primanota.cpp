@@ -1,39 +1,34 @@
 #include "accounting/primanota.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
+#include "common/valuecheck.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
-#include "common/valuecheck.h"
 
 namespace {
 
-QString tag(const char* procedure)
-{
-    return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure);
-}
+QString tag(const char* procedure) { return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure); }
 
 bool isControparte(int conto, const ContiControparti& c)
 {
     return conto > 0 && (conto == c.clienti || conto == c.fornitori);
 }
 
-QString amount(Currency value)
-{
-    return getSqlNumber(value.toPlainString());
-}
+QString amount(Currency value) { return getSqlNumber(value.toPlainString()); }
 
 bool insertLine(int entry, int conto, const char* column, Currency value)
 {
     if (conto <= 0)
         return true;
-    return gAdoSqlServer().executeSQL(QStringLiteral("INSERT INTO PrimaNotaDettagli (FK_PrimaNota, FK_Conto, ") + QLatin1String(column)
-                                          + QStringLiteral(") VALUES (") + QString::number(entry) + QStringLiteral(", ")
-                                          + QString::number(conto) + QStringLiteral(", ") + amount(value) + QLatin1Char(')'),
+    return gAdoSqlServer().executeSQL(QStringLiteral("INSERT INTO PrimaNotaDettagli (FK_PrimaNota, FK_Conto, ")
+                                          + QLatin1String(column) + QStringLiteral(") VALUES (")
+                                          + QString::number(entry) + QStringLiteral(", ") + QString::number(conto)
+                                          + QStringLiteral(", ") + amount(value) + QLatin1Char(')'),
                                       tag("saveDettagliPrimaNota"));
 }
 
@@ -43,7 +38,8 @@ bool insertLine(int entry, int conto, const char* column, Currency value)
 QString controllaImporti(Currency importo, Currency importoIva, Currency importoRda)
 {
     const std::optional<Currency> netto = checkedSub(importo, importoIva);
-    const bool ok = netto && checkedSub(importo, importoRda) && checkedSub(*netto, importoRda) && checkedNeg(importoRda);
+    const bool ok =
+        netto && checkedSub(importo, importoRda) && checkedSub(*netto, importoRda) && checkedNeg(importoRda);
     return ok ? QString() : messaggioImportoFuoriLimiti(QStringLiteral("Importo del movimento di Prima Nota"));
 }
 
@@ -113,7 +109,8 @@ QString scriviRighe(int ridPrimaNota, int fkCausale, Currency importo, Currency 
     bool found = false;
     {
         const cReader rs(
-            QStringLiteral("SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
+            QStringLiteral(
+                "SELECT FK_CONTODARE1, FK_CONTODARE2, FK_CONTOAVERE1, FK_CONTOAVERE2 FROM Causali WHERE RID = ")
                 + QString::number(fkCausale),
             tag("saveDettagliPrimaNota"));
         if (!rs)
@@ -131,19 +128,21 @@ QString scriviRighe(int ridPrimaNota, int fkCausale, Currency importo, Currency 
 
     const RighePrimaNota r = calcolaRighe(causale, importo, importoIva, importoRda, controparti);
     if (!nuova
-        && !gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ") + QString::number(ridPrimaNota),
+        && !gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = ")
+                                           + QString::number(ridPrimaNota),
                                        tag("saveDettagliPrimaNota")))
         return QString();
     const bool written = insertLine(ridPrimaNota, r.conti.dare1, "Dare", r.dare1)
-        && insertLine(ridPrimaNota, r.conti.dare2, "Dare", r.dare2) && insertLine(ridPrimaNota, r.conti.avere1, "Avere", r.avere1)
+        && insertLine(ridPrimaNota, r.conti.dare2, "Dare", r.dare2)
+        && insertLine(ridPrimaNota, r.conti.avere1, "Avere", r.avere1)
         && insertLine(ridPrimaNota, r.conti.avere2, "Avere", r.avere2);
     return written ? QStringLiteral("#") : QString();
 }
 
 } // namespace
 
-QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
-                              const ContiControparti& controparti)
+QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva,
+                              Currency importoRda, const ContiControparti& controparti)
 {
     return scriviRighe(ridPrimaNota, fkCausale, importo, importoIva, importoRda, controparti, false);
 }
@@ -155,7 +154,8 @@ int getNewProgressivoPrimaNota(const QDate& data)
     if (!db.inTransaction()) {
         // Outside a transaction nothing keeps another workstation from
         // taking the same number before this one is written.
-        Err().raise(9998, QStringLiteral("bOrvantisCommon"), QStringLiteral("Numero di Prima Nota richiesto fuori da una transazione."));
+        Err().raise(9998, QStringLiteral("bOrvantisCommon"),
+                    QStringLiteral("Numero di Prima Nota richiesto fuori da una transazione."));
         notifyError(QStringLiteral("bOrvantisCommon"), QLatin1String(procedure), QString());
         return -1;
     }
@@ -172,8 +172,11 @@ int getNewProgressivoPrimaNota(const QDate& data)
                            tag(procedure)))
             return -1;
     } else if (db.TipoServer() == TipoServer::SqlServer
-               && !db.getValueBySQL(QStringLiteral("SELECT ANNO FROM AnniPrimaNota WITH (UPDLOCK, HOLDLOCK)") + where, tag(procedure)).isValid()
-               && !db.executeSQL(QStringLiteral("INSERT INTO AnniPrimaNota (ANNO) VALUES (") + anno + QLatin1Char(')'), tag(procedure))) {
+               && !db.getValueBySQL(QStringLiteral("SELECT ANNO FROM AnniPrimaNota WITH (UPDLOCK, HOLDLOCK)") + where,
+                                    tag(procedure))
+                       .isValid()
+               && !db.executeSQL(QStringLiteral("INSERT INTO AnniPrimaNota (ANNO) VALUES (") + anno + QLatin1Char(')'),
+                                 tag(procedure))) {
         return -1;
     }
 
@@ -189,7 +192,8 @@ int getNewProgressivoPrimaNota(const QDate& data)
 int getProgPrimaNotaByID(int rid)
 {
     return gAdoSqlServer()
-        .getValueBySQL(QStringLiteral("SELECT PROGRESSIVO FROM PrimaNota WHERE RID = ") + QString::number(rid), tag("getProgPrimaNotaByID"))
+        .getValueBySQL(QStringLiteral("SELECT PROGRESSIVO FROM PrimaNota WHERE RID = ") + QString::number(rid),
+                       tag("getProgPrimaNotaByID"))
         .toInt();
 }
 
@@ -198,9 +202,10 @@ int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
     cAdoSqlServer& db = gAdoSqlServer();
     // Nothing is written for values that would be stored wrong: an entry
     // without a date would be numbered in no year.
-    for (const QString& errore : {erroreData(d.data, QStringLiteral("Data della registrazione di Prima Nota")),
-                                  erroreData(d.dataValuta, QStringLiteral("Data valuta della registrazione di Prima Nota")),
-                                  controllaImporti(d.importo, d.importoIva, d.importoRda)})
+    for (const QString& errore :
+         {erroreData(d.data, QStringLiteral("Data della registrazione di Prima Nota")),
+          erroreData(d.dataValuta, QStringLiteral("Data valuta della registrazione di Prima Nota")),
+          controllaImporti(d.importo, d.importoIva, d.importoRda)})
         if (!errore.isEmpty()) {
             db.showAfterTransaction(errore, vb::Exclamation);
             return -1;
@@ -215,22 +220,25 @@ int salvaPrimaNota(const DatiPrimaNota& d, const ContiControparti& controparti)
                               amount(d.importo),
                               sqlText(leftChars(d.codicePartita, 20)),
                               getIDOrNullStr(d.fkPagamento)};
-    const QStringList columns{QStringLiteral("Data"),          QStringLiteral("DataValuta"),  QStringLiteral("FK_Causale"),
-                              QStringLiteral("FK_Anagrafe"),   QStringLiteral("Descrizione"), QStringLiteral("Riferimenti"),
-                              QStringLiteral("NumDocumento"),  QStringLiteral("Importo"),     QStringLiteral("CodicePartita"),
-                              QStringLiteral("FK_Pagamento")};
+    const QStringList columns{QStringLiteral("Data"),          QStringLiteral("DataValuta"),
+                              QStringLiteral("FK_Causale"),    QStringLiteral("FK_Anagrafe"),
+                              QStringLiteral("Descrizione"),   QStringLiteral("Riferimenti"),
+                              QStringLiteral("NumDocumento"),  QStringLiteral("Importo"),
+                              QStringLiteral("CodicePartita"), QStringLiteral("FK_Pagamento")};
     int key = d.rid;
     if (d.rid < 1) {
         const int progressivo = getNewProgressivoPrimaNota(d.data);
         if (progressivo == -1)
             return -1;
-        key = db.getIDByInsert(sqlInsert(QStringLiteral("PrimaNota"), QStringList{QStringLiteral("Progressivo"), QStringLiteral("ANNO")} + columns,
+        key = db.getIDByInsert(sqlInsert(QStringLiteral("PrimaNota"),
+                                         QStringList{QStringLiteral("Progressivo"), QStringLiteral("ANNO")} + columns,
                                          QStringList{QString::number(progressivo), QString::number(d.data.year())}
                                              + QStringList(std::begin(values), std::end(values))),
                                tag("salvaPrimaNota"), QStringLiteral("RID"), QStringLiteral("PrimaNota"));
         if (key < 1)
             return -1;
-    } else if (!db.executeSQL(sqlUpdate(QStringLiteral("PrimaNota"), columns, QStringList(std::begin(values), std::end(values)), d.rid),
+    } else if (!db.executeSQL(sqlUpdate(QStringLiteral("PrimaNota"), columns,
+                                        QStringList(std::begin(values), std::end(values)), d.rid),
                               tag("salvaPrimaNota"))) {
         // The data layer has told the failure; the lines stay as they are.
         return d.rid;
@@ -256,8 +264,10 @@ int modificaImportoPrimaNota(int rid, Currency importo, Currency importoIva, Cur
                                         + QStringLiteral(" WHERE RID = ") + QString::number(rid),
                                     tag("modificaImportoPrimaNota")))
         return 0;
-    const QVariant causale = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT FK_CAUSALE FROM PrimaNota WHERE RID = ") + QString::number(rid), tag("modificaImportoPrimaNota"));
+    const QVariant causale =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT FK_CAUSALE FROM PrimaNota WHERE RID = ")
+                                          + QString::number(rid),
+                                      tag("modificaImportoPrimaNota"));
     if (!causale.isValid())
         return -1;
     if (causale.toInt() < 1)

@@ -39,7 +39,7 @@ RighePrimaNota calcolaRighe(const ContiCausale& causale, Currency importo, Curre
 
 struct DatiPrimaNota
 {
-    int rid = 0;                 // below 1: a new entry
+    int rid = 0; // below 1: a new entry
     int fkCausale = 0;
     int fkAnagrafe = 0;
     QString descrizione;
@@ -61,8 +61,8 @@ int salvaPrimaNota(const DatiPrimaNota& dati, const ContiControparti& contropart
 
 // Rewrites the lines of an entry: "#" done, "" a failure already reported,
 // any other text a message for the caller.
-QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva, Currency importoRda,
-                              const ContiControparti& controparti);
+QString saveDettagliPrimaNota(int ridPrimaNota, int fkCausale, Currency importo, Currency importoIva,
+                              Currency importoRda, const ContiControparti& controparti);
 
 // New amounts for an existing entry, its lines rewritten on its own causal:
 // rid on success, 0 for no entry or a failed update, -1 on other failures.

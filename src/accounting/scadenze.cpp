@@ -1,13 +1,14 @@
 #include "accounting/scadenze.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
-#include "data/recordset.h"
-#include "data/sqlliteral.h"
 #include "common/valuecheck.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/scoped.h"
+#include "data/sqlliteral.h"
 
 #include <QDate>
+
 #include <limits>
 #include <optional>
 
@@ -16,10 +17,7 @@ namespace {
 const QString kModule = QStringLiteral("bOrvantisCommon");
 const QString kTag = kModule + QStringLiteral(".generaScadenzePagamento");
 
-QDate fineMese(const QDate& d)
-{
-    return QDate(d.year(), d.month(), 1).addMonths(1).addDays(-1);
-}
+QDate fineMese(const QDate& d) { return QDate(d.year(), d.month(), 1).addMonths(1).addDays(-1); }
 
 bool giorniFineMeseAmmessi(int giorni)
 {
@@ -41,8 +39,9 @@ struct Termine
 std::optional<Termine> leggiTermine(int fkPagamento)
 {
     const cReader rs(
-        QStringLiteral("SELECT P.RID, P.CODICE, P.ACCONTO, P.RIMESSADIRETTA, P.FINEMESE, P.NRATE, DP.NGIORNI, DP.PERCENTUALE "
-                       "FROM Pagamenti P INNER JOIN DettagliPagamenti DP ON DP.FK_PAGAMENTO = P.RID WHERE P.RID = ")
+        QStringLiteral(
+            "SELECT P.RID, P.CODICE, P.ACCONTO, P.RIMESSADIRETTA, P.FINEMESE, P.NRATE, DP.NGIORNI, DP.PERCENTUALE "
+            "FROM Pagamenti P INNER JOIN DettagliPagamenti DP ON DP.FK_PAGAMENTO = P.RID WHERE P.RID = ")
             + QString::number(fkPagamento) + QStringLiteral(" ORDER BY DP.RID"),
         kTag);
     if (!rs)
@@ -120,7 +119,9 @@ bool cancellaRighe(int fkPrimaNota)
         return false;
     if (presenti.toLongLong() == 0)
         return true;
-    return gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM Scadenze WHERE FK_PRIMANOTA= ") + QString::number(fkPrimaNota), kTag);
+    return gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM Scadenze WHERE FK_PRIMANOTA= ")
+                                          + QString::number(fkPrimaNota),
+                                      kTag);
 }
 
 bool inserisci(int fkPrimaNota, const Riga& riga)
@@ -143,8 +144,8 @@ QDate dataRata(const QDate& data, int giorni, bool rimessaDiretta, bool fineMese
     return rimessaDiretta ? fineMese(data) : fineMese(data.addDays(giorni));
 }
 
-bool generaScadenzePagamento(int fkPrimaNota, int fkPagamento, Currency importo, const QDate& data, bool scadenzeNegative,
-                             QString* messaggio)
+bool generaScadenzePagamento(int fkPrimaNota, int fkPagamento, Currency importo, const QDate& data,
+                             bool scadenzeNegative, QString* messaggio)
 {
     QString scarto;
     QString& errore = messaggio ? *messaggio : scarto;
@@ -173,9 +174,10 @@ Currency getSaldoCliente(int fkAnagrafe, int contoClienti, bool fidoAllaData, co
 {
     // The two sides apart: Sum(DARE) - Sum(AVERE) is Null as soon as one side
     // has only Null lines (an unpaid invoice has no Avere at all).
-    QString sql = QStringLiteral("SELECT Sum(dpn.DARE) AS TOTDARE, Sum(dpn.AVERE) AS TOTAVERE FROM (PrimaNota pn INNER JOIN "
-                                 "PrimaNotaDettagli dpn ON pn.RID = dpn.FK_PrimaNota) INNER JOIN PianoConti pc on pc.RID = "
-                                 "dpn.FK_Conto WHERE pn.FK_Anagrafe = ")
+    QString sql =
+        QStringLiteral("SELECT Sum(dpn.DARE) AS TOTDARE, Sum(dpn.AVERE) AS TOTAVERE FROM (PrimaNota pn INNER JOIN "
+                       "PrimaNotaDettagli dpn ON pn.RID = dpn.FK_PrimaNota) INNER JOIN PianoConti pc on pc.RID = "
+                       "dpn.FK_Conto WHERE pn.FK_Anagrafe = ")
         + QString::number(fkAnagrafe) + QStringLiteral(" AND pc.RID = ") + QString::number(contoClienti);
     if (fidoAllaData)
         sql += QStringLiteral(" AND pn.DataValuta <= ") + gAdoSqlServer().getSQLDate(oggi);

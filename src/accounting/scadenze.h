@@ -19,8 +19,8 @@ class QString;
 // rule), with the Italian message in `messaggio`, and nothing written; false
 // with an empty `messaggio` when a statement failed (already reported by the
 // data layer). The caller rolls back and shows the message afterwards.
-bool generaScadenzePagamento(int fkPrimaNota, int fkPagamento, Currency importo, const QDate& data, bool scadenzeNegative,
-                             QString* messaggio = nullptr);
+bool generaScadenzePagamento(int fkPrimaNota, int fkPagamento, Currency importo, const QDate& data,
+                             bool scadenzeNegative, QString* messaggio = nullptr);
 
 // The due date of one instalment: data plus the days, or the end of that
 // month (fineMese); a direct remittance at the end of the month falls at the

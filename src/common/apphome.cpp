@@ -28,10 +28,7 @@ QString programFolder()
     return folder;
 }
 
-QString programFile(const QString& name)
-{
-    return QDir(programFolder()).filePath(name);
-}
+QString programFile(const QString& name) { return QDir(programFolder()).filePath(name); }
 
 QString programFolderSettingsFile()
 {

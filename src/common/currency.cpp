@@ -45,8 +45,7 @@ int bitLength(U128 v)
 
 // Nearest ten-thousandth of a floating value, ties to even; no value for NaN,
 // infinities and values beyond the range of the type.
-template <typename F>
-std::optional<std::int64_t> floatingToRaw(F value)
+template <typename F> std::optional<std::int64_t> floatingToRaw(F value)
 {
     static_assert(std::numeric_limits<F>::radix == 2);
     constexpr int Digits = std::numeric_limits<F>::digits;
@@ -60,10 +59,10 @@ std::optional<std::int64_t> floatingToRaw(F value)
     const bool negative = std::signbit(value);
 
     int exponent = 0;
-    const F fraction = std::frexp(std::fabs(value), &exponent);  // |value| = fraction * 2^exponent
+    const F fraction = std::frexp(std::fabs(value), &exponent); // |value| = fraction * 2^exponent
     // Exact integer mantissa: fraction * 2^Digits is a whole number below 2^Digits.
     const U128 mantissa = static_cast<U128>(std::ldexp(fraction, Digits));
-    const int shift = exponent - Digits;  // |value| = mantissa * 2^shift
+    const int shift = exponent - Digits; // |value| = mantissa * 2^shift
     const U128 scaled = mantissa * static_cast<U128>(Currency::Scale);
 
     if (shift >= 0) {
@@ -73,7 +72,7 @@ std::optional<std::int64_t> floatingToRaw(F value)
     }
 
     const int k = -shift;
-    if (k >= 128)  // scaled < 2^127, so the quotient is below one half
+    if (k >= 128) // scaled < 2^127, so the quotient is below one half
         return 0;
     U128 quotient = scaled >> k;
     const U128 remainder = scaled & ((U128(1) << k) - 1);
@@ -85,8 +84,7 @@ std::optional<std::int64_t> floatingToRaw(F value)
 
 // The saturating form: NaN gives 0, anything else beyond the range the limit
 // on its side.
-template <typename F>
-std::int64_t floatingToRawSaturated(F value)
+template <typename F> std::int64_t floatingToRawSaturated(F value)
 {
     if (std::isnan(value))
         return 0;
@@ -114,15 +112,9 @@ std::optional<std::int64_t> productToRaw(std::int64_t a, std::int64_t b)
 
 } // namespace
 
-Currency Currency::fromDouble(double value)
-{
-    return fromRaw(floatingToRawSaturated(value));
-}
+Currency Currency::fromDouble(double value) { return fromRaw(floatingToRawSaturated(value)); }
 
-Currency Currency::fromLongDouble(long double value)
-{
-    return fromRaw(floatingToRawSaturated(value));
-}
+Currency Currency::fromLongDouble(long double value) { return fromRaw(floatingToRawSaturated(value)); }
 
 std::optional<Currency> Currency::fromDoubleChecked(double value)
 {
@@ -146,17 +138,14 @@ double Currency::toDouble() const
     return static_cast<double>(m_raw) / static_cast<double>(Scale);
 }
 
-long double Currency::toLongDouble() const
-{
-    return static_cast<long double>(m_raw) / static_cast<long double>(Scale);
-}
+long double Currency::toLongDouble() const { return static_cast<long double>(m_raw) / static_cast<long double>(Scale); }
 
 QString Currency::toPlainString() const
 {
     const bool negative = m_raw < 0;
     // Magnitude in unsigned arithmetic: the minimum raw value has no positive twin.
-    const std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(m_raw)
-                                             : static_cast<std::uint64_t>(m_raw);
+    const std::uint64_t magnitude =
+        negative ? 0 - static_cast<std::uint64_t>(m_raw) : static_cast<std::uint64_t>(m_raw);
     const std::uint64_t units = magnitude / Scale;
     std::uint64_t fraction = magnitude % Scale;
 

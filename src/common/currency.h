@@ -10,6 +10,7 @@
 // give no value instead, so that the caller can refuse it.
 
 #include <QtGlobal>
+
 #include <compare>
 #include <cstdint>
 #include <limits>
@@ -97,10 +98,7 @@ constexpr std::optional<Currency> checkedSub(Currency a, Currency b)
         return std::nullopt;
     return Currency::fromRaw(r);
 }
-constexpr std::optional<Currency> checkedNeg(Currency a)
-{
-    return checkedSub(Currency(), a);
-}
+constexpr std::optional<Currency> checkedNeg(Currency a) { return checkedSub(Currency(), a); }
 // Adds `addend` to `total` and gives true; gives false and leaves `total`
 // as it was when the sum leaves the range. For running totals.
 constexpr bool addChecked(Currency& total, Currency addend)

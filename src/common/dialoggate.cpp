@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+
 #include <utility>
 
 namespace {
@@ -22,10 +23,7 @@ Gate& gate()
 
 namespace dialogGate {
 
-void close()
-{
-    gate().closed = true;
-}
+void close() { gate().closed = true; }
 
 void open()
 {
@@ -36,10 +34,7 @@ void open()
         show();
 }
 
-bool isClosed()
-{
-    return gate().closed;
-}
+bool isClosed() { return gate().closed; }
 
 void hold(const QString& key, std::function<void()> show)
 {

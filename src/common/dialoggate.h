@@ -8,6 +8,7 @@
 // Err.log, so questions belong before the transaction begins.
 
 #include <QString>
+
 #include <functional>
 
 namespace dialogGate {

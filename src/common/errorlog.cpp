@@ -61,7 +61,8 @@ void cError::notifyError(const QString& module, const QString& procedure, const 
 
     m_inError = false;
     if (dialogGate::isClosed())
-        dialogGate::hold(QStringLiteral("notifyError|") + logEntry(report, QDateTime()), [this, report] { showReport(report); });
+        dialogGate::hold(QStringLiteral("notifyError|") + logEntry(report, QDateTime()),
+                         [this, report] { showReport(report); });
     else
         showReport(report);
 }
@@ -74,8 +75,9 @@ void cError::showReport(const ErrorReport& report)
         answer = m_handler(report);
     } else {
         QTextStream(stderr) << "Errore in " << report.module << '.' << report.procedure << ": " << report.description
-                            << (report.information.trimmed().isEmpty() ? QString()
-                                                                       : QStringLiteral(" [") + report.information + QLatin1Char(']'))
+                            << (report.information.trimmed().isEmpty()
+                                    ? QString()
+                                    : QStringLiteral(" [") + report.information + QLatin1Char(']'))
                             << '\n';
     }
     m_inError = false;
@@ -90,10 +92,7 @@ ErrorReportHandler cError::setHandler(ErrorReportHandler handler)
     return previous;
 }
 
-void cError::setLeaveHook(std::function<void()> hook)
-{
-    m_leaveHook = std::move(hook);
-}
+void cError::setLeaveHook(std::function<void()> hook) { m_leaveHook = std::move(hook); }
 
 void writeDebugLine(const QString& text)
 {

@@ -7,6 +7,7 @@
 // says whether the user goes on or leaves the program.
 
 #include <QString>
+
 #include <functional>
 
 class QDateTime;
@@ -35,9 +36,9 @@ struct ErrorReport
     qint64 number = 0;
     QString description;
     QString source;
-    QString module;        // module or class name
-    QString procedure;     // procedure text
-    QString information;   // statement or values at hand
+    QString module;      // module or class name
+    QString procedure;   // procedure text
+    QString information; // statement or values at hand
     bool fatal = true;
 };
 
@@ -50,8 +51,7 @@ public:
     // Appends the report to Err.log and hands it to the handler, after the
     // open transaction if there is one (dialoggate.h). When the handler
     // answers 0, the leave-hook runs (the application ends at once).
-    void notifyError(const QString& module, const QString& procedure, const QString& information,
-                     bool fatal = true);
+    void notifyError(const QString& module, const QString& procedure, const QString& information, bool fatal = true);
 
     ErrorReportHandler setHandler(ErrorReportHandler handler);
     void setLeaveHook(std::function<void()> hook);

@@ -43,10 +43,7 @@ struct Decimal
     }
 };
 
-bool isAsciiDigit(QChar c)
-{
-    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
+bool isAsciiDigit(QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); }
 
 // The Italian reading of a number (see parseNumberIt), as an exact decimal.
 std::optional<Decimal> parseDecimalIt(const QString& text)
@@ -130,8 +127,7 @@ QByteArray scientificText(const Decimal& d)
 
 // Correctly rounded binary value of a decimal; no value on overflow,
 // zero on underflow.
-template <typename F>
-std::optional<F> decimalToFloating(const Decimal& d)
+template <typename F> std::optional<F> decimalToFloating(const Decimal& d)
 {
     const QByteArray text = scientificText(d);
     F value = 0;
@@ -152,7 +148,7 @@ Currency decimalToCurrency(const Decimal& d)
 {
     if (d.isZero())
         return Currency();
-    const int keep = d.intDigits + 4;  // digits of the raw count
+    const int keep = d.intDigits + 4; // digits of the raw count
     const Currency limit = Currency::fromRaw(d.negative ? std::numeric_limits<std::int64_t>::min()
                                                         : std::numeric_limits<std::int64_t>::max());
     if (keep > 19)
@@ -165,7 +161,7 @@ Currency decimalToCurrency(const Decimal& d)
         raw = raw * 10 + (k < d.digits.size() ? d.digits.at(k) - '0' : 0);
     if (keep < d.digits.size()) {
         const char first = d.digits.at(keep);
-        const bool moreDigits = keep + 1 < d.digits.size();  // nonzero, being normalized
+        const bool moreDigits = keep + 1 < d.digits.size(); // nonzero, being normalized
         if (first > '5' || (first == '5' && (moreDigits || (raw & 1))))
             ++raw;
     }
@@ -178,12 +174,11 @@ Currency decimalToCurrency(const Decimal& d)
 }
 
 // The decimal a reader sees for a binary value at `significant` digits.
-template <typename F>
-Decimal floatingToDecimal(F value, int significant)
+template <typename F> Decimal floatingToDecimal(F value, int significant)
 {
     char buffer[64];
-    const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                         std::chars_format::scientific, significant - 1);
+    const auto [end, ec] =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, significant - 1);
     Decimal d;
     if (ec != std::errc())
         return d;
@@ -231,7 +226,12 @@ constexpr int SingleDigits = 7;
 // A number variant or a numeric text; no value for anything else.
 struct Number
 {
-    enum Kind { Integer, Real, Float, Text } kind = Integer;
+    enum Kind {
+        Integer,
+        Real,
+        Float,
+        Text
+    } kind = Integer;
     qint64 integer = 0;
     double real = 0;
     float single = 0;
@@ -289,8 +289,7 @@ std::optional<Number> numberOf(const QVariant& v)
         n.text = *d;
         return n;
     }
-    default:
-        return std::nullopt;
+    default: return std::nullopt;
     }
 }
 
@@ -298,14 +297,10 @@ std::optional<Number> numberOf(const QVariant& v)
 Decimal decimalOf(const Number& n)
 {
     switch (n.kind) {
-    case Number::Integer:
-        return integerToDecimal(n.integer);
-    case Number::Real:
-        return floatingToDecimal(n.real, DoubleDigits);
-    case Number::Float:
-        return floatingToDecimal(n.single, SingleDigits);
-    case Number::Text:
-        return n.text;
+    case Number::Integer: return integerToDecimal(n.integer);
+    case Number::Real: return floatingToDecimal(n.real, DoubleDigits);
+    case Number::Float: return floatingToDecimal(n.single, SingleDigits);
+    case Number::Text: return n.text;
     }
     return {};
 }
@@ -370,10 +365,7 @@ QString formatDecimal(Decimal d, int decimals)
     return out;
 }
 
-QString defaultAmountText(int decimals)
-{
-    return QLatin1String("0,") + QString(qMax(0, decimals), QLatin1Char('0'));
-}
+QString defaultAmountText(int decimals) { return QLatin1String("0,") + QString(qMax(0, decimals), QLatin1Char('0')); }
 
 // Plain text of digits already cut to `significant`: positional while the
 // decimal exponent lies between -4 and `significant` - 1, exponent form outside
@@ -386,13 +378,13 @@ QString plainDecimalText(const Decimal& d, int significant, QChar point, bool po
     if (d.negative)
         out += QLatin1Char('-');
     const QString digits = QString::fromLatin1(d.digits);
-    const int exponent = d.intDigits - 1;  // of the first digit
+    const int exponent = d.intDigits - 1; // of the first digit
     if (!positionalOnly && (exponent >= significant || exponent < -4)) {
         out += digits.left(1);
         if (digits.size() > 1)
             out += point + digits.mid(1);
         out += QLatin1Char('E') + QLatin1Char(exponent < 0 ? '-' : '+')
-               + QString::number(qAbs(exponent)).rightJustified(2, QLatin1Char('0'));
+            + QString::number(qAbs(exponent)).rightJustified(2, QLatin1Char('0'));
         return out;
     }
     if (d.intDigits <= 0) {
@@ -405,10 +397,7 @@ QString plainDecimalText(const Decimal& d, int significant, QChar point, bool po
     return out;
 }
 
-QString twoDigits(int v)
-{
-    return QString::number(v).rightJustified(2, QLatin1Char('0'));
-}
+QString twoDigits(int v) { return QString::number(v).rightJustified(2, QLatin1Char('0')); }
 
 // A two-digit year as the classic runtime reads it: 00-29 this century,
 // 30-99 the last.
@@ -439,13 +428,11 @@ bool readTime(const QRegularExpressionMatch& m, int first, QTime& time)
 bool parseDateTimeText(const QString& text, QDate& date, QTime& time)
 {
     // Time: "Hh:Nn[:Ss[.zzz]]", "." also accepted as the separator.
-    static const QString timePart =
-        QStringLiteral("(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2})(?:[.,](\\d+))?)?");
-    static const QRegularExpression italian(
-        QStringLiteral("^(\\d{1,2})([/-])(\\d{1,2})\\2(\\d{4}|\\d{2})(?:\\s+") + timePart
-        + QStringLiteral(")?$"));
-    static const QRegularExpression iso(
-        QStringLiteral("^(\\d{4})-(\\d{1,2})-(\\d{1,2})(?:[T ]") + timePart + QStringLiteral(")?$"));
+    static const QString timePart = QStringLiteral("(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2})(?:[.,](\\d+))?)?");
+    static const QRegularExpression italian(QStringLiteral("^(\\d{1,2})([/-])(\\d{1,2})\\2(\\d{4}|\\d{2})(?:\\s+")
+                                            + timePart + QStringLiteral(")?$"));
+    static const QRegularExpression iso(QStringLiteral("^(\\d{4})-(\\d{1,2})-(\\d{1,2})(?:[T ]") + timePart
+                                        + QStringLiteral(")?$"));
 
     const QString s = text.trimmed();
     QRegularExpressionMatch m = iso.match(s);
@@ -474,10 +461,7 @@ std::optional<double> parseNumberIt(const QString& text)
     return decimalToFloating<double>(*d);
 }
 
-bool isNumericIt(const QString& text)
-{
-    return parseNumberIt(text).has_value();
-}
+bool isNumericIt(const QString& text) { return parseNumberIt(text).has_value(); }
 
 Currency getValoreCurrency(const QVariant& v)
 {
@@ -485,12 +469,9 @@ Currency getValoreCurrency(const QVariant& v)
     if (!n)
         return Currency();
     switch (n->kind) {
-    case Number::Integer:
-        return decimalToCurrency(integerToDecimal(n->integer));
-    case Number::Real:
-        return Currency::fromDouble(n->real);
-    case Number::Float:
-        return Currency::fromDouble(n->single);
+    case Number::Integer: return decimalToCurrency(integerToDecimal(n->integer));
+    case Number::Real: return Currency::fromDouble(n->real);
+    case Number::Float: return Currency::fromDouble(n->single);
     case Number::Text:
         // Straight from the digits: "0,00005" is an exact tie, not a double near one.
         return decimalToCurrency(n->text);
@@ -504,12 +485,9 @@ Single getValoreSingle(const QVariant& v)
     if (!n)
         return 0;
     switch (n->kind) {
-    case Number::Integer:
-        return Single(n->integer);
-    case Number::Real:
-        return toSingle(n->real);
-    case Number::Float:
-        return n->single;
+    case Number::Integer: return Single(n->integer);
+    case Number::Real: return toSingle(n->real);
+    case Number::Float: return n->single;
     case Number::Text:
         // Decimal to float in one rounding, not through a double.
         return decimalToFloating<Single>(n->text).value_or(0);
@@ -523,14 +501,10 @@ double getValoreNumerico(const QVariant& v)
     if (!n)
         return 0;
     switch (n->kind) {
-    case Number::Integer:
-        return double(n->integer);
-    case Number::Real:
-        return n->real;
-    case Number::Float:
-        return n->single;
-    case Number::Text:
-        return decimalToFloating<double>(n->text).value_or(0);
+    case Number::Integer: return double(n->integer);
+    case Number::Real: return n->real;
+    case Number::Float: return n->single;
+    case Number::Text: return decimalToFloating<double>(n->text).value_or(0);
     }
     return 0;
 }
@@ -545,10 +519,7 @@ QString formattaImporto(const QVariant& value, int decimals, bool emptyWhenNull)
     return formatDecimal(decimalOf(*n), decimals);
 }
 
-QString formattaImporto(Currency value, int decimals)
-{
-    return formatDecimal(currencyToDecimal(value), decimals);
-}
+QString formattaImporto(Currency value, int decimals) { return formatDecimal(currencyToDecimal(value), decimals); }
 
 QString formattaImporto(double value, int decimals)
 {
@@ -608,27 +579,21 @@ QString formatDate(const QDate& d)
     if (!d.isValid())
         return QString();
     return twoDigits(d.day()) + QLatin1Char('/') + twoDigits(d.month()) + QLatin1Char('/')
-           + QString::number(d.year()).rightJustified(4, QLatin1Char('0'));
+        + QString::number(d.year()).rightJustified(4, QLatin1Char('0'));
 }
 
-QString formatDate(const QVariant& v)
-{
-    return formatDate(toDate(v));
-}
+QString formatDate(const QVariant& v) { return formatDate(toDate(v)); }
 
 QString formatDateTime(const QDateTime& dt)
 {
     if (!dt.isValid())
         return QString();
     const QTime t = dt.time();
-    return formatDate(dt.date()) + QLatin1Char(' ') + twoDigits(t.hour()) + QLatin1Char(':')
-           + twoDigits(t.minute()) + QLatin1Char(':') + twoDigits(t.second());
+    return formatDate(dt.date()) + QLatin1Char(' ') + twoDigits(t.hour()) + QLatin1Char(':') + twoDigits(t.minute())
+        + QLatin1Char(':') + twoDigits(t.second());
 }
 
-QString formatDateTime(const QVariant& v)
-{
-    return formatDateTime(toDateTime(v));
-}
+QString formatDateTime(const QVariant& v) { return formatDateTime(toDateTime(v)); }
 
 QString formatStamp(const QDateTime& dt)
 {
@@ -636,9 +601,8 @@ QString formatStamp(const QDateTime& dt)
         return QString();
     const QDate d = dt.date();
     const QTime t = dt.time();
-    return QString::number(d.year()).rightJustified(4, QLatin1Char('0')) + twoDigits(d.month())
-           + twoDigits(d.day()) + QLatin1Char('-') + twoDigits(t.hour()) + twoDigits(t.minute())
-           + twoDigits(t.second());
+    return QString::number(d.year()).rightJustified(4, QLatin1Char('0')) + twoDigits(d.month()) + twoDigits(d.day())
+        + QLatin1Char('-') + twoDigits(t.hour()) + twoDigits(t.minute()) + twoDigits(t.second());
 }
 
 QString formatTimeHM(const QTime& t)
@@ -653,18 +617,15 @@ QDate toDate(const QVariant& v)
     if (v.isNull())
         return QDate();
     switch (v.typeId()) {
-    case QMetaType::QDate:
-        return v.toDate();
-    case QMetaType::QDateTime:
-        return v.toDateTime().date();
+    case QMetaType::QDate: return v.toDate();
+    case QMetaType::QDateTime: return v.toDateTime().date();
     case QMetaType::QString:
     case QMetaType::QByteArray: {
         QDate date;
         QTime time;
         return parseDateTimeText(v.toString(), date, time) ? date : QDate();
     }
-    default:
-        return QDate();
+    default: return QDate();
     }
 }
 
@@ -677,23 +638,18 @@ QDateTime toDateTime(const QVariant& v)
         const QDate d = v.toDate();
         return d.isValid() ? QDateTime(d, QTime(0, 0)) : QDateTime();
     }
-    case QMetaType::QDateTime:
-        return v.toDateTime();
+    case QMetaType::QDateTime: return v.toDateTime();
     case QMetaType::QString:
     case QMetaType::QByteArray: {
         QDate date;
         QTime time;
         return parseDateTimeText(v.toString(), date, time) ? QDateTime(date, time) : QDateTime();
     }
-    default:
-        return QDateTime();
+    default: return QDateTime();
     }
 }
 
-bool isDateIt(const QVariant& v)
-{
-    return toDate(v).isValid();
-}
+bool isDateIt(const QVariant& v) { return toDate(v).isValid(); }
 
 // --- helpers shared by every screen ---------------------------------------
 
@@ -743,7 +699,8 @@ QString leftChars(const QString& value, int n)
         return QString();
     qsizetype units = 0;
     for (int taken = 0; taken < n && units < value.size(); ++taken) {
-        const bool pair = value.at(units).isHighSurrogate() && units + 1 < value.size() && value.at(units + 1).isLowSurrogate();
+        const bool pair =
+            value.at(units).isHighSurrogate() && units + 1 < value.size() && value.at(units + 1).isLowSurrogate();
         units += pair ? 2 : 1;
     }
     return value.left(units);

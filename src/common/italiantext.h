@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <QVariant>
+
 #include <concepts>
 #include <optional>
 
@@ -55,8 +56,7 @@ QString formattaImportoSingle(Single value, int decimals);
 // A Single argument goes to formattaImportoSingle (exact match; int and other
 // arguments still go to the double overload).
 template <typename T>
-    requires std::same_as<T, Single>
-QString formattaImporto(T value, int decimals)
+requires std::same_as<T, Single> QString formattaImporto(T value, int decimals)
 {
     return formattaImportoSingle(value, decimals);
 }
@@ -73,11 +73,7 @@ QString plainTextIt(double value);
 QString plainTextIt(Currency value);
 QString plainTextSingleIt(Single value);
 template <typename T>
-    requires std::same_as<T, Single>
-QString plainTextIt(T value)
-{
-    return plainTextSingleIt(value);
-}
+requires std::same_as<T, Single> QString plainTextIt(T value) { return plainTextSingleIt(value); }
 
 // Zero-filled masks such as "0000" and "00000": Format(7, "0000") = "0007".
 // Numbers longer than the mask are written whole; negatives keep their sign.
@@ -85,12 +81,12 @@ QString formatMask(qint64 value, const QString& mask);
 
 // --- dates ----------------------------------------------------------------
 
-QString formatDate(const QDate& d);            // "DD/MM/YYYY", "" when invalid
-QString formatDate(const QVariant& v);         // a date, date-time or date text; "" otherwise
-QString formatDateTime(const QDateTime& dt);   // "DD/MM/YYYY Hh:Nn:Ss", "" when invalid
+QString formatDate(const QDate& d);          // "DD/MM/YYYY", "" when invalid
+QString formatDate(const QVariant& v);       // a date, date-time or date text; "" otherwise
+QString formatDateTime(const QDateTime& dt); // "DD/MM/YYYY Hh:Nn:Ss", "" when invalid
 QString formatDateTime(const QVariant& v);
-QString formatStamp(const QDateTime& dt);      // "YYYYMMDD-HhNnSs" (debug.txt)
-QString formatTimeHM(const QTime& t);          // "Hh:Mm"
+QString formatStamp(const QDateTime& dt); // "YYYYMMDD-HhNnSs" (debug.txt)
+QString formatTimeHM(const QTime& t);     // "Hh:Mm"
 
 // A date typed or stored as text: "DD/MM/YYYY", "D/M/YY", "DD-MM-YYYY",
 // ISO "YYYY-MM-DD" and ISO date-times; QDate/QDateTime variants as they are.

@@ -4,6 +4,7 @@
 #include "common/errorlog.h"
 
 #include <QTextStream>
+
 #include <cstdio>
 
 namespace {
@@ -14,15 +15,12 @@ MsgBoxHandler& currentHandler()
 }
 } // namespace
 
-QString applicationTitle()
-{
-    return QStringLiteral("prgOrvantis");
-}
+QString applicationTitle() { return QStringLiteral("prgOrvantis"); }
 
 int defaultAnswer(int style)
 {
     const int buttons = style & 0x7;
-    const int which = (style & 0x300) >> 8;   // 0 first, 1 second, 2 third
+    const int which = (style & 0x300) >> 8; // 0 first, 1 second, 2 third
     switch (buttons) {
     case vb::OKCancel: return which == 1 ? vb::Cancel : vb::OK;
     case vb::AbortRetryIgnore: return which == 1 ? vb::Retry : which == 2 ? vb::Ignore : vb::Abort;

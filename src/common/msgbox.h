@@ -5,6 +5,7 @@
 // text goes to the standard error stream and the default button is taken.
 
 #include <QString>
+
 #include <functional>
 
 namespace vb {

@@ -20,10 +20,7 @@ QString messaggio(const QString& titolo, const QString& campo, const QString& de
 
 } // namespace
 
-bool isDataValida(const QDate& data)
-{
-    return data.isValid() && data >= kPrimaData && data <= kUltimaData;
-}
+bool isDataValida(const QDate& data) { return data.isValid() && data >= kPrimaData && data <= kUltimaData; }
 
 QString erroreData(const QDate& data, const QString& campo)
 {
@@ -55,6 +52,6 @@ QString erroreImporto(double importo, const QString& campo)
 QString messaggioImportoFuoriLimiti(const QString& campo)
 {
     return messaggio(QStringLiteral("Importo fuori dai limiti consentiti"), campo,
-                     QStringLiteral(" (sono ammessi importi da ") + formattaImporto(Currency::min(), 4) + QStringLiteral(" a ")
-                         + formattaImporto(Currency::max(), 4) + QLatin1Char(')'));
+                     QStringLiteral(" (sono ammessi importi da ") + formattaImporto(Currency::min(), 4)
+                         + QStringLiteral(" a ") + formattaImporto(Currency::max(), 4) + QLatin1Char(')'));
 }

@@ -68,7 +68,9 @@ int showMessageBox(QWidget* parent, const QString& prompt, int style, const QStr
 {
     QMessageBox box(parentOr(parent));
     box.setWindowTitle(title.isEmpty() ? applicationTitle() : title);
-    box.setText(QString(prompt).replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n')));
+    box.setText(QString(prompt)
+                    .replace(QStringLiteral("\r\n"), QStringLiteral("\n"))
+                    .replace(QLatin1Char('\r'), QLatin1Char('\n')));
     box.setIcon(iconFor(style));
     const QList<ButtonSpec> specs = buttonsFor(style);
     const int defaultIndex = qMin(int((style & 0x300) >> 8), int(specs.size()) - 1);
@@ -146,14 +148,8 @@ bool openUrl(const QUrl& url)
     return QDesktopServices::openUrl(url);
 }
 
-QWidget* ownerWindow()
-{
-    return g_owner.data();
-}
+QWidget* ownerWindow() { return g_owner.data(); }
 
-void setOwnerWindow(QWidget* window)
-{
-    g_owner = window;
-}
+void setOwnerWindow(QWidget* window) { g_owner = window; }
 
 } // namespace dialogs

@@ -12,7 +12,11 @@ class QWidget;
 
 namespace dialogs {
 
-enum class FileChoice { Open, Save, Folder };
+enum class FileChoice {
+    Open,
+    Save,
+    Folder
+};
 
 class Responder
 {

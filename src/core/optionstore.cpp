@@ -1,28 +1,23 @@
 #include "core/optionstore.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
+#include "data/scoped.h"
 #include "data/sqlliteral.h"
 
 #include <QSettings>
+
 #include <type_traits>
 #include <variant>
 
 namespace {
 const QString kModule = QStringLiteral("bOrvantis");
 
-int asInt(const QString& text)
-{
-    return int(getValoreNumerico(text));
-}
+int asInt(const QString& text) { return int(getValoreNumerico(text)); }
 
-bool asFlag(const QString& text)
-{
-    return getValoreNumerico(text) != 0;
-}
+bool asFlag(const QString& text) { return getValoreNumerico(text) != 0; }
 
 using OptionMember = std::variant<QString OptionGlobals::*, int OptionGlobals::*, bool OptionGlobals::*>;
 
@@ -122,28 +117,32 @@ const OptionMember* memberOf(const QString& nome)
 
 QString memberText(const OptionGlobals& o, const OptionMember& member)
 {
-    return std::visit([&](auto m) -> QString {
-        using Type = std::remove_cvref_t<decltype(o.*m)>;
-        if constexpr (std::is_same_v<Type, QString>)
-            return o.*m;
-        else if constexpr (std::is_same_v<Type, bool>)
-            return (o.*m) ? QStringLiteral("1") : QStringLiteral("0");
-        else
-            return QString::number(o.*m);
-    }, member);
+    return std::visit(
+        [&](auto m) -> QString {
+            using Type = std::remove_cvref_t<decltype(o.*m)>;
+            if constexpr (std::is_same_v<Type, QString>)
+                return o.*m;
+            else if constexpr (std::is_same_v<Type, bool>)
+                return (o.*m) ? QStringLiteral("1") : QStringLiteral("0");
+            else
+                return QString::number(o.*m);
+        },
+        member);
 }
 
 void setMember(OptionGlobals& o, const OptionMember& member, const QString& value)
 {
-    std::visit([&](auto m) {
-        using Type = std::remove_reference_t<decltype(o.*m)>;
-        if constexpr (std::is_same_v<Type, QString>)
-            o.*m = value;
-        else if constexpr (std::is_same_v<Type, bool>)
-            o.*m = asFlag(value);
-        else
-            o.*m = asInt(value);
-    }, member);
+    std::visit(
+        [&](auto m) {
+            using Type = std::remove_reference_t<decltype(o.*m)>;
+            if constexpr (std::is_same_v<Type, QString>)
+                o.*m = value;
+            else if constexpr (std::is_same_v<Type, bool>)
+                o.*m = asFlag(value);
+            else
+                o.*m = asInt(value);
+        },
+        member);
 }
 } // namespace
 
@@ -182,12 +181,14 @@ void setOpzione(const QString& nome, const QString& valore)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString tag = kModule + QStringLiteral(".setOpzione");
-    const QVariant count = db.getValueBySQL(QStringLiteral("SELECT COUNT(NOME) FROM Opzioni WHERE NOME = ") + sqlText(nome), tag);
+    const QVariant count =
+        db.getValueBySQL(QStringLiteral("SELECT COUNT(NOME) FROM Opzioni WHERE NOME = ") + sqlText(nome), tag);
     if (!count.isValid())
         return;
     QString sql;
     if (count.toInt() > 0)
-        sql = QStringLiteral("UPDATE Opzioni SET VALORE = ") + sqlText(valore) + QStringLiteral(" WHERE NOME = ") + sqlText(nome);
+        sql = QStringLiteral("UPDATE Opzioni SET VALORE = ") + sqlText(valore) + QStringLiteral(" WHERE NOME = ")
+            + sqlText(nome);
     else
         sql = QStringLiteral("INSERT INTO Opzioni (NOME, VALORE) VALUES (") + sqlText(nome) + QStringLiteral(" , ")
             + sqlText(valore) + QLatin1Char(')');
@@ -237,7 +238,7 @@ bool setOptionText(OptionGlobals& options, const QString& nome, const QString& v
         return false;
     setMember(options, *member, valore);
     if (options.venditoreChar.isEmpty())
-        options.venditoreChar = QStringLiteral("%");   // as at start
+        options.venditoreChar = QStringLiteral("%"); // as at start
     return true;
 }
 

@@ -18,19 +18,19 @@ struct OptionGlobals
 {
     // Firm options, in the order in which they are loaded.
     QString amministratore;
-    int tipoStampaDistinta = 0;         // 0 completa, 1 come unico prodotto, 2 come composizione
-    int ivaPredRigaLibera = 0;          // key Iva
-    int catPrezziNetti = 0;             // key CategorieSconti
-    int clientePredefinito = 0;         // key Anagrafiche
-    int tipoDocVb = 0;                  // key TipoDocumenti
-    int causalePagVb = 0;               // key Causali
+    int tipoStampaDistinta = 0; // 0 completa, 1 come unico prodotto, 2 come composizione
+    int ivaPredRigaLibera = 0;  // key Iva
+    int catPrezziNetti = 0;     // key CategorieSconti
+    int clientePredefinito = 0; // key Anagrafiche
+    int tipoDocVb = 0;          // key TipoDocumenti
+    int causalePagVb = 0;       // key Causali
     QString annoCorrente;
-    int contoClienti = 0;               // key PianoConti
-    int contoFornitori = 0;             // key PianoConti
+    int contoClienti = 0;   // key PianoConti
+    int contoFornitori = 0; // key PianoConti
     int decimaliDopo = 0;
-    QString venditoreChar;              // "%" when empty
-    QString distintaBase;               // first character of a kit row's code
-    QString rigaLibera;                 // first character of a free row's code
+    QString venditoreChar; // "%" when empty
+    QString distintaBase;  // first character of a kit row's code
+    QString rigaLibera;    // first character of a free row's code
     int gruppoPredefinito = 0;
     int gruppoProdInteg = 0;
     int gruppoProdCL = 0;

@@ -1,7 +1,7 @@
 #include "core/passwordchange.h"
 
-#include "data/cadosqlserver.h"
 #include "core/optionstore.h"
+#include "data/cadosqlserver.h"
 #include "data/sqlliteral.h"
 
 namespace {
@@ -10,17 +10,17 @@ const QString kPasswordOption = QStringLiteral("Amministratore");
 // True when the option has a row with a value (an empty text counts).
 bool hasPasswordOption()
 {
-    const QVariant count = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT COUNT(*) FROM Opzioni WHERE NOME = ") + sqlText(kPasswordOption)
-            + QStringLiteral(" AND VALORE IS NOT NULL"),
-        QStringLiteral("bOrvantis.passwordAccepted"));
+    const QVariant count =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Opzioni WHERE NOME = ")
+                                          + sqlText(kPasswordOption) + QStringLiteral(" AND VALORE IS NOT NULL"),
+                                      QStringLiteral("bOrvantis.passwordAccepted"));
     return count.isValid() && count.toInt() > 0;
 }
 } // namespace
 
 bool passwordAccepted(const QString& typed)
 {
-    const QString stored = getOpzione(kPasswordOption);   // reports a missing or Null option
+    const QString stored = getOpzione(kPasswordOption); // reports a missing or Null option
     if (stored.isEmpty() && !hasPasswordOption())
         return false;
     return typed.trimmed() == stored;
@@ -41,7 +41,8 @@ PasswordCheck checkPasswordChange(const QString& stored, const QString& typedOld
     } else if (newPw.trimmed().length() < 8) {
         // Only the length is checked: the words also forbid blanks, the rule never did.
         check.fault = PasswordCheck::TooShort;
-        check.message = QStringLiteral("Attenzione la nuova password deve essere:\n- Non meno di 8 caratteri\n- Senza spazi");
+        check.message =
+            QStringLiteral("Attenzione la nuova password deve essere:\n- Non meno di 8 caratteri\n- Senza spazi");
     } else {
         check.newPassword = newPw.trimmed();
     }

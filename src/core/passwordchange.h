@@ -8,10 +8,15 @@
 
 struct PasswordCheck
 {
-    enum Fault { None, WrongOld, Different, TooShort };
+    enum Fault {
+        None,
+        WrongOld,
+        Different,
+        TooShort
+    };
     Fault fault = None;
-    QString message;       // the box to show when fault != None
-    QString newPassword;   // the trimmed new password when fault == None
+    QString message;     // the box to show when fault != None
+    QString newPassword; // the trimmed new password when fault == None
 };
 
 PasswordCheck checkPasswordChange(const QString& stored, const QString& typedOld, const QString& newPw,

@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+
 #include <memory>
 
 namespace screens {
@@ -37,10 +38,7 @@ Opener& opener()
 }
 } // namespace
 
-void registerScreen(const QString& name, ScreenEntry entry)
-{
-    registry().insert(name, std::move(entry));
-}
+void registerScreen(const QString& name, ScreenEntry entry) { registry().insert(name, std::move(entry)); }
 
 const ScreenEntry* findScreen(const QString& name)
 {
@@ -48,15 +46,9 @@ const ScreenEntry* findScreen(const QString& name)
     return it == registry().constEnd() ? nullptr : &it.value();
 }
 
-QStringList registeredScreens()
-{
-    return registry().keys();
-}
+QStringList registeredScreens() { return registry().keys(); }
 
-void setOpener(Opener next)
-{
-    opener() = std::move(next);
-}
+void setOpener(Opener next) { opener() = std::move(next); }
 
 QWidget* openScreen(const QString& name, const QVariant& argument)
 {

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QVariant>
+
 #include <functional>
 
 class QObject;
@@ -14,8 +15,8 @@ class QWidget;
 namespace screens {
 
 enum class Kind {
-    Dialog,   // shown modally over the main window
-    Child     // a child window of the main window
+    Dialog, // shown modally over the main window
+    Child   // a child window of the main window
 };
 
 struct ScreenEntry

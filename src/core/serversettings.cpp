@@ -9,18 +9,17 @@
 #include <QDir>
 #include <QHash>
 #include <QSettings>
+
 #include <functional>
 #include <memory>
 
 namespace {
 const QString kMySqlPrompt = QStringLiteral("digitare una stringa di connessione MySQL (solo per esperti)");
 const QString kSqlSrvPrompt = QStringLiteral("digitare una stringa di connessione Sql Server (solo per esperti)");
-const QString kReportPrompt = QStringLiteral("digitare una stringa di connessione per Crystal Report (solo per esperti)");
+const QString kReportPrompt =
+    QStringLiteral("digitare una stringa di connessione per Crystal Report (solo per esperti)");
 
-QString withoutLineEnds(QString s)
-{
-    return s.remove(QLatin1Char('\r')).remove(QLatin1Char('\n'));
-}
+QString withoutLineEnds(QString s) { return s.remove(QLatin1Char('\r')).remove(QLatin1Char('\n')); }
 } // namespace
 
 QSettings& machineSettings()
@@ -35,8 +34,8 @@ QSettings& machineSettings()
         if (settings)
             settings->sync();
         if (wanted.isEmpty())
-            settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Orvantis"),
-                                                   QStringLiteral("prgOrvantis"));
+            settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                                   QStringLiteral("Orvantis"), QStringLiteral("prgOrvantis"));
         else
             settings = std::make_unique<QSettings>(wanted, QSettings::IniFormat);
         file = wanted;
@@ -44,15 +43,9 @@ QSettings& machineSettings()
     return *settings;
 }
 
-QString defaultDatabasePath()
-{
-    return programFile(QStringLiteral("Orvantis.db"));
-}
+QString defaultDatabasePath() { return programFile(QStringLiteral("Orvantis.db")); }
 
-QString defaultModelPath()
-{
-    return programFile(QStringLiteral("OModel.db"));
-}
+QString defaultModelPath() { return programFile(QStringLiteral("OModel.db")); }
 
 namespace {
 
@@ -71,15 +64,11 @@ BackendKeys keysFor(int tipoServer)
         return {QStringLiteral("SqlSrv"), QStringLiteral("ReportPathSqlSrv"), QStringLiteral("RptConnectionSqlSrv")};
     case TipoServer::MySql:
         return {QStringLiteral("MySql"), QStringLiteral("ReportPathMySql"), QStringLiteral("RptConnectionMySql")};
-    default:
-        return {QStringLiteral("Path"), QStringLiteral("ReportPathAccess"), QStringLiteral("RptConnectionAccess")};
+    default: return {QStringLiteral("Path"), QStringLiteral("ReportPathAccess"), QStringLiteral("RptConnectionAccess")};
     }
 }
 
-QString reportFolder(const QString& name)
-{
-    return QDir(programFolder()).filePath(name) + QLatin1Char('/');
-}
+QString reportFolder(const QString& name) { return QDir(programFolder()).filePath(name) + QLatin1Char('/'); }
 
 // The value a key of section "Server" has when the settings lack it.
 QString defaultOf(const QString& key)
@@ -130,10 +119,7 @@ void saveServerSettings(int tipoServer, const ServerFields& fields)
     machineSettings().sync();
 }
 
-QString databaseName()
-{
-    return serverValue(QStringLiteral("Name"));
-}
+QString databaseName() { return serverValue(QStringLiteral("Name")); }
 
 void saveDatabaseName(const QString& path)
 {
@@ -156,7 +142,7 @@ bool firstStartOnProgramFolder()
 void saveRunningInfo(const QString& version)
 {
     QSettings& s = machineSettings();
-    s.beginGroup(QString(QChar(0)));   // the nameless section
+    s.beginGroup(QString(QChar(0))); // the nameless section
     s.setValue(QStringLiteral("ver"), version);
     s.setValue(QStringLiteral("path"), programFolder());
     s.endGroup();
@@ -181,7 +167,8 @@ void readServerSettings()
         break;
     case TipoServer::MySql:
         g.strConnessione = fields.connection;
-        g.strDescrizioneDB = QStringLiteral("MySql: ") + withoutLineEnds(fields.connection.section(QLatin1Char(';'), 0, 0));
+        g.strDescrizioneDB =
+            QStringLiteral("MySql: ") + withoutLineEnds(fields.connection.section(QLatin1Char(';'), 0, 0));
         break;
     default:
         g.strConnessione = fileDbConnectionString(fields.connection);

@@ -1,12 +1,12 @@
 #include "core/startup.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
-#include "data/connectionstring.h"
 #include "common/apphome.h"
-#include "data/modeldatabase.h"
 #include "core/optionstore.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/modeldatabase.h"
+#include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
 
@@ -127,7 +127,8 @@ int checkConnection(QString& out, QString& err)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     if (!connectionCheck(true)) {
-        err = QStringLiteral("Impossibile connettere il DataBase! (") + gSession().strDescrizioneDB + QStringLiteral(")\n");
+        err = QStringLiteral("Impossibile connettere il DataBase! (") + gSession().strDescrizioneDB
+            + QStringLiteral(")\n");
         return 1;
     }
     const int version = model::storedSchemaVersion();

@@ -8,17 +8,17 @@
 
 struct StartOptions
 {
-    QString home;              // --home DIR
-    bool initDb = false;       // --init-db
-    int dbType = -1;           // --db-type N (with --init-db)
-    QString connection;        // --connection TEXT (with --init-db)
-    QString buildModel;        // --build-model FILE
-    bool hasPassword = false;  // --password TEXT (answers the login)
+    QString home;             // --home DIR
+    bool initDb = false;      // --init-db
+    int dbType = -1;          // --db-type N (with --init-db)
+    QString connection;       // --connection TEXT (with --init-db)
+    QString buildModel;       // --build-model FILE
+    bool hasPassword = false; // --password TEXT (answers the login)
     QString password;
-    QString screenshot;        // --screenshot FILE (picture of the main window, then exit)
-    QString open;              // --open NAME (a screen opened before the picture)
+    QString screenshot; // --screenshot FILE (picture of the main window, then exit)
+    QString open;       // --open NAME (a screen opened before the picture)
     bool help = false;
-    QString error;             // a switch that could not be read
+    QString error; // a switch that could not be read
 };
 
 StartOptions parseStartOptions(const QStringList& arguments);

@@ -8,8 +8,9 @@ namespace {
 QString unquote(QString v)
 {
     v = v.trimmed();
-    if (v.size() >= 2 && ((v.front() == QLatin1Char('{') && v.back() == QLatin1Char('}'))
-                          || (v.front() == QLatin1Char('"') && v.back() == QLatin1Char('"'))))
+    if (v.size() >= 2
+        && ((v.front() == QLatin1Char('{') && v.back() == QLatin1Char('}'))
+            || (v.front() == QLatin1Char('"') && v.back() == QLatin1Char('"'))))
         v = v.mid(1, v.size() - 2);
     return v;
 }
@@ -87,10 +88,7 @@ QString fileDbPath(const QString& connectionString)
     return firstOf(map, {"data source", "database", "dbq"});
 }
 
-QString fileDbConnectionString(const QString& path)
-{
-    return QStringLiteral("Provider=SQLite;Data Source=") + path;
-}
+QString fileDbConnectionString(const QString& path) { return QStringLiteral("Provider=SQLite;Data Source=") + path; }
 
 MySqlParams mySqlParams(const QString& connectionString)
 {
@@ -99,7 +97,7 @@ MySqlParams mySqlParams(const QString& connectionString)
     if (!dsn.isEmpty()) {
         QMap<QString, QString> source = odbcDataSource(dsn);
         for (auto it = map.cbegin(); it != map.cend(); ++it)
-            source.insert(it.key(), it.value());   // what the string says wins
+            source.insert(it.key(), it.value()); // what the string says wins
         map = source;
     }
     MySqlParams p;

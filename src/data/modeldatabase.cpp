@@ -1,12 +1,12 @@
-#include "data/scoped.h"
 #include "data/modeldatabase.h"
 
-#include "data/cadosqlserver.h"
-#include "data/connectionstring.h"
 #include "common/errorlog.h"
 #include "common/italiantext.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
 #include "data/modelseed.h"
 #include "data/schema.h"
+#include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
@@ -32,7 +32,8 @@ class SessionSwitch
 {
 public:
     SessionSwitch(int tipoServer, const QString& connectionString)
-        : m_tipo(gAdoSqlServer().TipoServer()), m_connection(gSession().strConnessione)
+        : m_tipo(gAdoSqlServer().TipoServer())
+        , m_connection(gSession().strConnessione)
     {
         gAdoSqlServer().setTipoServer(tipoServer);
         gSession().strConnessione = connectionString;
@@ -71,7 +72,8 @@ QString createDatabaseStatement(int tipoServer, const QString& name)
     if (tipoServer == TipoServer::MySql)
         return QStringLiteral("CREATE DATABASE IF NOT EXISTS `") + name
             + QStringLiteral("` CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_ci");
-    return QStringLiteral("IF DB_ID(N'") + name + QStringLiteral("') IS NULL CREATE DATABASE [") + name + QLatin1Char(']');
+    return QStringLiteral("IF DB_ID(N'") + name + QStringLiteral("') IS NULL CREATE DATABASE [") + name
+        + QLatin1Char(']');
 }
 
 // The same connection string without its database, to reach the server itself.
@@ -126,7 +128,7 @@ bool startFileDatabase(const QString& path, QString* message)
 
 const QByteArray& sqliteHeader()
 {
-    static const QByteArray header("SQLite format 3", 16);   // with its closing zero byte
+    static const QByteArray header("SQLite format 3", 16); // with its closing zero byte
     return header;
 }
 
@@ -276,7 +278,8 @@ bool initServerDatabase(int tipoServer, const QString& connectionString, QString
             return false;
         }
         QSqlQuery query;
-        const bool hasTables = probe->execute(QStringLiteral("SELECT COUNT(*) FROM Opzioni"), &query, error) && query.next();
+        const bool hasTables =
+            probe->execute(QStringLiteral("SELECT COUNT(*) FROM Opzioni"), &query, error) && query.next();
         driver::release(probe);
         if (hasTables) {
             say(message, QStringLiteral("Il database contiene già le tabelle di Orvantis: nessuna modifica."));
@@ -351,7 +354,7 @@ FileDbState inspectFileDatabase(const QString& path, QString* detail, int* versi
         // 26: not a database; 11: a damaged one.
         const QString code = error.nativeErrorCode();
         return code == QLatin1String("26") || code == QLatin1String("11") ? FileDbState::NotADatabase
-                                                                           : FileDbState::Unreadable;
+                                                                          : FileDbState::Unreadable;
     }
     QStringList missing;
     for (const QString& table : {QStringLiteral("Opzioni"), schema::versionTable()}) {
@@ -370,19 +373,20 @@ QString fileDbProblem(FileDbState state, const QString& path, const QString& det
     const QString untouched = QStringLiteral("\n\nIl file non è stato modificato.");
     const QString because = detail.isEmpty() ? QString() : QStringLiteral(" (") + detail + QLatin1Char(')');
     switch (state) {
-    case FileDbState::Ours:
-        return QString();
+    case FileDbState::Ours: return QString();
     case FileDbState::Missing:
         return QStringLiteral("Il file del database non esiste:\n") + path
             + QStringLiteral("\n\nControllare il percorso (un nome scritto male, un disco di rete non collegato?). "
                              "Un database nuovo si prepara con \"prgOrvantis --init-db\".");
     case FileDbState::Empty:
-        return QStringLiteral("Il file del database è vuoto (0 byte), non è un database di Orvantis:\n") + path + untouched;
-    case FileDbState::NotADatabase:
-        return QStringLiteral("Il file indicato non è un database") + because + QStringLiteral(":\n") + path + untouched;
-    case FileDbState::Foreign:
-        return QStringLiteral("Il file è un database SQLite, ma non di Orvantis") + because + QStringLiteral(":\n") + path
+        return QStringLiteral("Il file del database è vuoto (0 byte), non è un database di Orvantis:\n") + path
             + untouched;
+    case FileDbState::NotADatabase:
+        return QStringLiteral("Il file indicato non è un database") + because + QStringLiteral(":\n") + path
+            + untouched;
+    case FileDbState::Foreign:
+        return QStringLiteral("Il file è un database SQLite, ma non di Orvantis") + because + QStringLiteral(":\n")
+            + path + untouched;
     case FileDbState::Unreadable:
         return QStringLiteral("Impossibile leggere il file del database") + because + QStringLiteral(":\n") + path;
     }

@@ -32,12 +32,12 @@ bool ensureFileDatabase(const QString& dbPath, const QString& modelPath, QString
 // empty or unknown one into a database, and the journal mode alone rewrites
 // its header.)
 enum class FileDbState {
-    Ours,          // a SQLite database with this program's tables
-    Missing,       // nothing at that path
-    Empty,         // a file of 0 bytes
-    NotADatabase,  // not a SQLite database (or not a file)
-    Foreign,       // a SQLite database without this program's tables
-    Unreadable     // cannot be read (permissions, damaged file)
+    Ours,         // a SQLite database with this program's tables
+    Missing,      // nothing at that path
+    Empty,        // a file of 0 bytes
+    NotADatabase, // not a SQLite database (or not a file)
+    Foreign,      // a SQLite database without this program's tables
+    Unreadable    // cannot be read (permissions, damaged file)
 };
 // With `version`, the schema version the file records (0 when none).
 FileDbState inspectFileDatabase(const QString& path, QString* detail = nullptr, int* version = nullptr);

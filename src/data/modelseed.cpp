@@ -40,32 +40,81 @@ QVariant t(const char* s) { return QString::fromUtf8(s); }
 const QVariant null;
 
 // Keys of the starter rows that other rows and options refer to.
-enum IvaRid { IvaOrdinaria = 1, Iva10, Iva5, Iva4, IvaEsente };
-enum UmRid { UmPezzi = 1 };
-enum MagazzinoRid { MagazzinoSede = 1 };
-enum ContoRid {
-    MastroAttivita = 1, GruppoCreditiClienti, ContoClientiItalia, GruppoCreditiTributari,
-    ContoIvaCredito, ContoRitenuteSubite, GruppoLiquidita, ContoCassa, ContoBanca,
-    MastroPassivita, GruppoDebitiFornitori, ContoFornitoriItalia, GruppoDebitiTributari,
-    ContoIvaDebito, MastroCosti, GruppoAcquisti, ContoMerciAcquisti, MastroRicavi, GruppoVendite,
-    ContoMerciVendite, ContoResiVendite
+enum IvaRid {
+    IvaOrdinaria = 1,
+    Iva10,
+    Iva5,
+    Iva4,
+    IvaEsente
 };
-enum PagamentoRid { PagRimessaDiretta = 1, Pag30DataFattura, Pag30FineMese, Pag3060FineMese };
-enum NumeratoreRid { NumFatture = 1, NumDdt, NumOrdini, NumCarichi, NumElencoSpeciale };
+enum UmRid {
+    UmPezzi = 1
+};
+enum MagazzinoRid {
+    MagazzinoSede = 1
+};
+enum ContoRid {
+    MastroAttivita = 1,
+    GruppoCreditiClienti,
+    ContoClientiItalia,
+    GruppoCreditiTributari,
+    ContoIvaCredito,
+    ContoRitenuteSubite,
+    GruppoLiquidita,
+    ContoCassa,
+    ContoBanca,
+    MastroPassivita,
+    GruppoDebitiFornitori,
+    ContoFornitoriItalia,
+    GruppoDebitiTributari,
+    ContoIvaDebito,
+    MastroCosti,
+    GruppoAcquisti,
+    ContoMerciAcquisti,
+    MastroRicavi,
+    GruppoVendite,
+    ContoMerciVendite,
+    ContoResiVendite
+};
+enum PagamentoRid {
+    PagRimessaDiretta = 1,
+    Pag30DataFattura,
+    Pag30FineMese,
+    Pag3060FineMese
+};
+enum NumeratoreRid {
+    NumFatture = 1,
+    NumDdt,
+    NumOrdini,
+    NumCarichi,
+    NumElencoSpeciale
+};
 enum CausaleRid {
-    CauFattura = 1, CauFatturaDifferita, CauNotaCredito, CauDdt, CauOrdine, CauCarico,
-    CauTrasferimento, CauIncasso, CauPagamento
+    CauFattura = 1,
+    CauFatturaDifferita,
+    CauNotaCredito,
+    CauDdt,
+    CauOrdine,
+    CauCarico,
+    CauTrasferimento,
+    CauIncasso,
+    CauPagamento
 };
 enum TipoDocRid {
-    TdFattura = 1, TdFatturaDifferita, TdNotaCredito, TdDdt, TdOrdine, TdCarico, TdTrasferimento
+    TdFattura = 1,
+    TdFatturaDifferita,
+    TdNotaCredito,
+    TdDdt,
+    TdOrdine,
+    TdCarico,
+    TdTrasferimento
 };
 
 QString rid(int value) { return QString::number(value); }
 
 SeedTable table(const char* name, const char* columns, QList<QVariantList> rows)
 {
-    return {QString::fromLatin1(name),
-            QString::fromLatin1(columns).split(QLatin1Char(','), Qt::SkipEmptyParts),
+    return {QString::fromLatin1(name), QString::fromLatin1(columns).split(QLatin1Char(','), Qt::SkipEmptyParts),
             std::move(rows)};
 }
 
@@ -108,28 +157,42 @@ QList<SeedTable> buildSeed()
     list << table("SchemaVersion", "VERSIONE", {{schemaVersion()}});
 
     // Code tables: row 1 is the system's own.
-    list << codeTable("AspettoEsteriore", {{"VIS", "A vista"}, {"CAR", "Cartoni"},
-                                           {"SCA", "Scatole"}, {"PAC", "Pacchi"},
-                                           {"BAN", "Bancali"}, {"SFU", "Sfuso"}});
+    list << codeTable("AspettoEsteriore",
+                      {{"VIS", "A vista"},
+                       {"CAR", "Cartoni"},
+                       {"SCA", "Scatole"},
+                       {"PAC", "Pacchi"},
+                       {"BAN", "Bancali"},
+                       {"SFU", "Sfuso"}});
     list << codeTable("CategorieMerceologiche", {{"GEN", "Generica"}});
-    list << codeTable("CausaliTrasporto", {{"VEN", "Vendita"}, {"RES", "Reso"},
-                                           {"CVI", "Conto visione"}, {"CLA", "Conto lavorazione"},
-                                           {"OMA", "Omaggio"}, {"TRA", "Trasferimento tra sedi"}});
+    list << codeTable("CausaliTrasporto",
+                      {{"VEN", "Vendita"},
+                       {"RES", "Reso"},
+                       {"CVI", "Conto visione"},
+                       {"CLA", "Conto lavorazione"},
+                       {"OMA", "Omaggio"},
+                       {"TRA", "Trasferimento tra sedi"}});
     list << codeTable("CentriCosto", {{"GEN", "Generale"}});
     list << codeTable("Collezioni", {{"GEN", "Generica"}});
     list << codeTable("Colori", {{"GEN", "Non specificato"}});
     list << codeTable("Confezioni", {{"GEN", "Non specificata"}});
     list << codeTable("FasceClienti", {{"STD", "Standard"}});
-    list << codeTable("FormatoCarta", {{"A4", "A4 (210 x 297 mm)"}, {"A3", "A3 (297 x 420 mm)"},
-                                       {"A5", "A5 (148 x 210 mm)"}});
-    list << codeTable("FormatoFinestra", {{"NO", "Senza finestra"}, {"DX", "Finestra a destra"},
-                                          {"SX", "Finestra a sinistra"}});
+    list << codeTable("FormatoCarta",
+                      {{"A4", "A4 (210 x 297 mm)"}, {"A3", "A3 (297 x 420 mm)"}, {"A5", "A5 (148 x 210 mm)"}});
+    list << codeTable("FormatoFinestra",
+                      {{"NO", "Senza finestra"}, {"DX", "Finestra a destra"}, {"SX", "Finestra a sinistra"}});
     list << codeTable("Gruppi", {{"GEN", "Generico"}});
-    list << codeTable("Spedizioni", {{"MIT", "Mittente"}, {"DES", "Destinatario"},
-                                     {"VET", "Vettore"}});
-    list << codeTable("UnitaMisura", {{"PZ", "Pezzi"}, {"NR", "Numero"}, {"KG", "Chilogrammi"},
-                                      {"LT", "Litri"}, {"MT", "Metri"}, {"MQ", "Metri quadrati"},
-                                      {"CF", "Confezioni"}, {"CT", "Cartoni"}, {"ORE", "Ore"}});
+    list << codeTable("Spedizioni", {{"MIT", "Mittente"}, {"DES", "Destinatario"}, {"VET", "Vettore"}});
+    list << codeTable("UnitaMisura",
+                      {{"PZ", "Pezzi"},
+                       {"NR", "Numero"},
+                       {"KG", "Chilogrammi"},
+                       {"LT", "Litri"},
+                       {"MT", "Metri"},
+                       {"MQ", "Metri quadrati"},
+                       {"CF", "Confezioni"},
+                       {"CT", "Cartoni"},
+                       {"ORE", "Ore"}});
 
     list << table("GRUPPOUTENTI", "RID,AMMINISTRATORE", {{1, 1}});
 
@@ -164,18 +227,16 @@ QList<SeedTable> buildSeed()
                    {ContoMerciVendite, t("04001001"), t("Merci c/vendite")},
                    {ContoResiVendite, t("04001002"), t("Resi e abbuoni su vendite")}});
 
-    list << table("Magazzini", "RID,CODICE,DESCRIZIONE",
-                  {{MagazzinoSede, t("SEDE"), t("Magazzino Sede")}});
+    list << table("Magazzini", "RID,CODICE,DESCRIZIONE", {{MagazzinoSede, t("SEDE"), t("Magazzino Sede")}});
 
     list << table("Pagamenti",
                   "RID,CODICE,DESCRIZIONE,ACCONTO,RIMESSADIRETTA,BANCAAPPOGGIO,FINEMESE,NRATE,"
                   "SCONTOPAG,SPESEINCASSO,NOTE",
                   {{PagRimessaDiretta, t("RD"), t("Rimessa diretta"), 0.0, 1, 0, 0, 1, 0.0, 0.0, t("")},
                    {Pag30DataFattura, t("30DF"), t("30 gg data fattura"), 0.0, 0, 0, 0, 1, 0.0, 0.0, t("")},
-                   {Pag30FineMese, t("30FM"), t("30 gg data fattura fine mese"), 0.0, 0, 0, 1, 1, 0.0,
-                    0.0, t("")},
-                   {Pag3060FineMese, t("3060FM"), t("30/60 gg data fattura fine mese"), 0.0, 0, 0, 1, 2,
-                    0.0, 0.0, t("")}});
+                   {Pag30FineMese, t("30FM"), t("30 gg data fattura fine mese"), 0.0, 0, 0, 1, 1, 0.0, 0.0, t("")},
+                   {Pag3060FineMese, t("3060FM"), t("30/60 gg data fattura fine mese"), 0.0, 0, 0, 1, 2, 0.0, 0.0,
+                    t("")}});
 
     list << table("DettagliPagamenti", "RID,FK_PAGAMENTO,NGIORNI,PERCENTUALE",
                   {{1, PagRimessaDiretta, 0, 100.0},
@@ -185,14 +246,15 @@ QList<SeedTable> buildSeed()
                    {5, Pag3060FineMese, 60, 50.0}});
 
     // Free-row pseudo-products: no stock, no unit.
-    list << table("Prodotti",
-                  "RID,CODICE,DESCRIZIONE,FK_Iva,FK_UNITAMISURA,FK_CATEGORIA,FK_GRUPPO,GIACENZA,"
-                  "SETGIACENZA,DISTINTABASE,DISABILITATO,ELENCOSPECIALE,BLOCCAPREZZO,PREZZOACQUISTO,"
-                  "LISTINO1,LISTINO2,LISTINO3,LISTINO4,PLISTINO,SCONTO",
-                  {{1, t("/D"), t("RIGA DESCRITTIVA"), IvaOrdinaria, null, 1, 1, 0.0, 0, 0, 0, 0, 0,
-                    0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0},
-                   {2, t("/L"), t("RIGA LIBERA"), IvaOrdinaria, null, 1, 1, 0.0, 0, 0, 0, 0, 0,
-                    0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0}});
+    list << table(
+        "Prodotti",
+        "RID,CODICE,DESCRIZIONE,FK_Iva,FK_UNITAMISURA,FK_CATEGORIA,FK_GRUPPO,GIACENZA,"
+        "SETGIACENZA,DISTINTABASE,DISABILITATO,ELENCOSPECIALE,BLOCCAPREZZO,PREZZOACQUISTO,"
+        "LISTINO1,LISTINO2,LISTINO3,LISTINO4,PLISTINO,SCONTO",
+        {{1,   t("/D"), t("RIGA DESCRITTIVA"), IvaOrdinaria, null, 1, 1, 0.0, 0, 0, 0, 0, 0, 0.0, 0.0, 0.0, 0.0, 0.0,
+          0.0, 0.0},
+         {2,   t("/L"), t("RIGA LIBERA"), IvaOrdinaria, null, 1, 1, 0.0, 0, 0, 0, 0, 0, 0.0, 0.0, 0.0, 0.0, 0.0,
+          0.0, 0.0}});
 
     list << table("Numeratori", "RID,CODICE,DESCRIZIONE",
                   {{NumFatture, t("FAT"), t("Fatture e note di credito")},
@@ -215,45 +277,44 @@ QList<SeedTable> buildSeed()
                   "RID,CODICE,DESCRIZIONE,Operazione,ORIGINE,DESTINAZIONE,FK_MagazzinoOrig,"
                   "FK_MagazzinoDest,GENERAPN,GENERASCAD,SCADENZENEGATIVE,TAGLIO,MOSTRAVB,"
                   "FK_CONTODARE1,FK_CONTODARE2,FK_ContoAvere1,FK_CONTOAVERE2",
-                  {{CauFattura, t("FV"), t("Fattura di vendita"), -1, 3, 1, MagazzinoSede, null,
-                    -1, -1, 0, 0, 0, ContoClientiItalia, null, ContoMerciVendite, ContoIvaDebito},
-                   {CauFatturaDifferita, t("FD"), t("Fattura differita"), 0, 0, 1, null, null,
-                    -1, -1, 0, 0, 0, ContoClientiItalia, null, ContoMerciVendite, ContoIvaDebito},
-                   {CauNotaCredito, t("NC"), t("Nota di credito a cliente"), 0, 0, 1, null, null,
-                    -1, -1, -1, 0, 0, ContoResiVendite, ContoIvaDebito, ContoClientiItalia, null},
-                   {CauDdt, t("DDT"), t("Vendita con documento di trasporto"), -1, 3, 1,
-                    MagazzinoSede, null, 0, 0, 0, 0, 0, null, null, null, null},
-                   {CauOrdine, t("OC"), t("Ordine da cliente"), 0, 0, 1, null, null,
-                    0, 0, 0, 0, 0, null, null, null, null},
-                   {CauCarico, t("CF"), t("Carico da fornitore"), -1, 2, 3, null, MagazzinoSede,
-                    -1, -1, -1, -1, 0, ContoMerciAcquisti, ContoIvaCredito, ContoFornitoriItalia, null},
-                   {CauTrasferimento, t("TM"), t("Trasferimento tra magazzini"), -1, 3, 3,
-                    MagazzinoSede, null, 0, 0, 0, 0, 0, null, null, null, null},
-                   {CauIncasso, t("INC"), t("Incasso da cliente"), 0, 0, 0, null, null,
-                    -1, 0, 0, 0, 0, ContoCassa, null, ContoClientiItalia, null},
-                   {CauPagamento, t("PAG"), t("Pagamento a fornitore"), 0, 0, 0, null, null,
-                    -1, 0, 0, 0, 0, ContoFornitoriItalia, null, ContoBanca, null}});
+                  {{CauFattura, t("FV"), t("Fattura di vendita"), -1, 3, 1, MagazzinoSede, null, -1, -1, 0, 0, 0,
+                    ContoClientiItalia, null, ContoMerciVendite, ContoIvaDebito},
+                   {CauFatturaDifferita, t("FD"), t("Fattura differita"), 0, 0, 1, null, null, -1, -1, 0, 0, 0,
+                    ContoClientiItalia, null, ContoMerciVendite, ContoIvaDebito},
+                   {CauNotaCredito, t("NC"), t("Nota di credito a cliente"), 0, 0, 1, null, null, -1, -1, -1, 0, 0,
+                    ContoResiVendite, ContoIvaDebito, ContoClientiItalia, null},
+                   {CauDdt, t("DDT"), t("Vendita con documento di trasporto"), -1, 3, 1, MagazzinoSede, null, 0, 0, 0,
+                    0, 0, null, null, null, null},
+                   {CauOrdine, t("OC"), t("Ordine da cliente"), 0, 0, 1, null, null, 0, 0, 0, 0, 0, null, null, null,
+                    null},
+                   {CauCarico, t("CF"), t("Carico da fornitore"), -1, 2, 3, null, MagazzinoSede, -1, -1, -1, -1, 0,
+                    ContoMerciAcquisti, ContoIvaCredito, ContoFornitoriItalia, null},
+                   {CauTrasferimento, t("TM"), t("Trasferimento tra magazzini"), -1, 3, 3, MagazzinoSede, null, 0, 0, 0,
+                    0, 0, null, null, null, null},
+                   {CauIncasso, t("INC"), t("Incasso da cliente"), 0, 0, 0, null, null, -1, 0, 0, 0, 0, ContoCassa,
+                    null, ContoClientiItalia, null},
+                   {CauPagamento, t("PAG"), t("Pagamento a fornitore"), 0, 0, 0, null, null, -1, 0, 0, 0, 0,
+                    ContoFornitoriItalia, null, ContoBanca, null}});
 
     list << table("TipoDocumenti",
                   "RID,CODICE,DESCRIZIONE,DESCSTAMPA,FK_CAUSALE,NCONTATORE,REPORT,ACCOMPAGNATORIO,"
                   "MOSTRAVB,NONSTAMPAREVB,STAMPAELENCOSPECIALE,MODIFICAPREZZOACQUISTO,USAPREZZIIVA,"
                   "FLEXCOUNTER,HIDEMENU,HIDERICERCA,USARDA,RDA1,RDA2",
-                  {{TdFattura, t("FV"), t("Fattura di vendita"), t("Fattura"), CauFattura, NumFatture,
-                    t("Fattura.rpt"), 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
-                   {TdFatturaDifferita, t("FD"), t("Fattura differita"), t("Fattura differita"),
-                    CauFatturaDifferita, NumFatture, t("Fattura.rpt"), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                    0.0, 0.0},
-                   {TdNotaCredito, t("NC"), t("Nota di credito"), t("Nota di credito"), CauNotaCredito,
+                  {{TdFattura, t("FV"), t("Fattura di vendita"), t("Fattura"), CauFattura, NumFatture, t("Fattura.rpt"),
+                    1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
+                   {TdFatturaDifferita, t("FD"), t("Fattura differita"), t("Fattura differita"), CauFatturaDifferita,
                     NumFatture, t("Fattura.rpt"), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
-                   {TdDdt, t("DDT"), t("Documento di trasporto"), t("Documento di trasporto"), CauDdt,
-                    NumDdt, t("DDT.rpt"), 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
+                   {TdNotaCredito, t("NC"), t("Nota di credito"), t("Nota di credito"), CauNotaCredito, NumFatture,
+                    t("Fattura.rpt"), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
+                   {TdDdt, t("DDT"), t("Documento di trasporto"), t("Documento di trasporto"), CauDdt, NumDdt,
+                    t("DDT.rpt"), 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
                    {TdOrdine, t("OC"), t("Ordine cliente"), t("Conferma d'ordine"), CauOrdine, NumOrdini,
                     t("Ordine.rpt"), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0},
-                   {TdCarico, t("CF"), t("Carico da fornitore"), t("Carico merce da fornitore"),
-                    CauCarico, NumCarichi, t("Documento.rpt"), 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0.0, 0.0},
+                   {TdCarico, t("CF"), t("Carico da fornitore"), t("Carico merce da fornitore"), CauCarico, NumCarichi,
+                    t("Documento.rpt"), 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0.0, 0.0},
                    {TdTrasferimento, t("TM"), t("Trasferimento tra magazzini"),
-                    t("Documento di trasporto - Trasferimento"), CauTrasferimento, NumDdt,
-                    t("DDT.rpt"), 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.0, 0.0}});
+                    t("Documento di trasporto - Trasferimento"), CauTrasferimento, NumDdt, t("DDT.rpt"), 1, 0, 0, 0, 0,
+                    0, 0, 0, 0, 0, 0.0, 0.0}});
 
     list << table("FunzionalitaReport", "RID,Funzionalita,REPORT",
                   {{1, 1, t("Fattura.rpt")},
@@ -302,9 +363,10 @@ QList<SeedTable> buildSeed()
         {"NoShowCptEstratto", QStringLiteral("0")},
         {"MostraTotaleRigaMov", QStringLiteral("1")},
         {"UsaPrezziIva", QStringLiteral("0")},
-        {"PiePagina", QString::fromUtf8("Contributo ambientale CONAI assolto ove dovuto. "
-                                        "I dati personali sono trattati ai sensi del "
-                                        "Regolamento UE 2016/679.")},
+        {"PiePagina",
+         QString::fromUtf8("Contributo ambientale CONAI assolto ove dovuto. "
+                           "I dati personali sono trattati ai sensi del "
+                           "Regolamento UE 2016/679.")},
         {"RidIvaProdotti", rid(IvaOrdinaria)},
         {"RidUMProdotti", rid(UmPezzi)},
         {"RidMarcaProdotti", QStringLiteral("0")},
@@ -340,9 +402,6 @@ const QList<SeedTable>& seedData()
     return list;
 }
 
-QString defaultPassword()
-{
-    return QStringLiteral("orvantis");
-}
+QString defaultPassword() { return QStringLiteral("orvantis"); }
 
 } // namespace schema

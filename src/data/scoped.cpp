@@ -39,13 +39,9 @@ bool connectionCheck(bool silent)
 cTransaction::cTransaction(const QString& tag)
     : m_tag(tag)
     , m_open(gAdoSqlServer().beginTrasaction(tag))
-{
-}
+{ }
 
-cTransaction::~cTransaction()
-{
-    rollback();
-}
+cTransaction::~cTransaction() { rollback(); }
 
 bool cTransaction::commit()
 {

@@ -7,12 +7,12 @@
 
 struct SessionGlobals
 {
-    int tipoServer = 1;                 // 0 SQL Server, 1 file database, 2 MySQL
-    QString strConnessione;             // read by cAdoSqlServer::Connect
-    QString strConnessioneModello;      // the model file (file database only)
+    int tipoServer = 1;            // 0 SQL Server, 1 file database, 2 MySQL
+    QString strConnessione;        // read by cAdoSqlServer::Connect
+    QString strConnessioneModello; // the model file (file database only)
     QString strReportPath;
     QString strReportConnection;
-    QString strDescrizioneDB;           // shown on the splash and the login
+    QString strDescrizioneDB; // shown on the splash and the login
     QString sqlSeparator = QStringLiteral("\u00A4");
     QString moduleName = QStringLiteral("bOrvantis");
     QString defaultPrinter;

@@ -7,6 +7,7 @@
 #include <QSqlDriver>
 #include <QString>
 #include <QVariant>
+
 #include <cmath>
 #include <sqlite3.h>
 
@@ -18,10 +19,7 @@ QString textArg(sqlite3_value* v)
     return data ? QString::fromUtf8(data, sqlite3_value_bytes(v)) : QString();
 }
 
-bool isNullArg(sqlite3_value* v)
-{
-    return sqlite3_value_type(v) == SQLITE_NULL;
-}
+bool isNullArg(sqlite3_value* v) { return sqlite3_value_type(v) == SQLITE_NULL; }
 
 void resultText(sqlite3_context* ctx, const QString& s)
 {
@@ -36,28 +34,15 @@ QDateTime dateTimeArg(sqlite3_value* v)
     return toDateTime(QVariant(textArg(v)));
 }
 
-QString isoDate(const QDate& d)
-{
-    return d.toString(QStringLiteral("yyyy-MM-dd"));
-}
+QString isoDate(const QDate& d) { return d.toString(QStringLiteral("yyyy-MM-dd")); }
 
-QString isoDateTime(const QDateTime& dt)
-{
-    return dt.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-}
+QString isoDateTime(const QDateTime& dt) { return dt.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")); }
 
-void fnNow(sqlite3_context* ctx, int, sqlite3_value**)
-{
-    resultText(ctx, isoDateTime(QDateTime::currentDateTime()));
-}
+void fnNow(sqlite3_context* ctx, int, sqlite3_value**) { resultText(ctx, isoDateTime(QDateTime::currentDateTime())); }
 
-void fnDate(sqlite3_context* ctx, int, sqlite3_value**)
-{
-    resultText(ctx, isoDate(QDate::currentDate()));
-}
+void fnDate(sqlite3_context* ctx, int, sqlite3_value**) { resultText(ctx, isoDate(QDate::currentDate())); }
 
-template <int Part>
-void fnDatePart(sqlite3_context* ctx, int, sqlite3_value** argv)
+template <int Part> void fnDatePart(sqlite3_context* ctx, int, sqlite3_value** argv)
 {
     const QDateTime dt = dateTimeArg(argv[0]);
     if (!dt.isValid()) {
@@ -80,14 +65,22 @@ void fnDateAdd(sqlite3_context* ctx, int, sqlite3_value** argv)
         return;
     }
     QDateTime r = dt;
-    if (interval == QLatin1String("yyyy")) r = dt.addYears(n);
-    else if (interval == QLatin1String("q")) r = dt.addMonths(3 * n);
-    else if (interval == QLatin1String("m")) r = dt.addMonths(n);
-    else if (interval == QLatin1String("ww")) r = dt.addDays(7 * qint64(n));
-    else if (interval == QLatin1String("h")) r = dt.addSecs(3600 * qint64(n));
-    else if (interval == QLatin1String("n")) r = dt.addSecs(60 * qint64(n));
-    else if (interval == QLatin1String("s")) r = dt.addSecs(n);
-    else r = dt.addDays(n);
+    if (interval == QLatin1String("yyyy"))
+        r = dt.addYears(n);
+    else if (interval == QLatin1String("q"))
+        r = dt.addMonths(3 * n);
+    else if (interval == QLatin1String("m"))
+        r = dt.addMonths(n);
+    else if (interval == QLatin1String("ww"))
+        r = dt.addDays(7 * qint64(n));
+    else if (interval == QLatin1String("h"))
+        r = dt.addSecs(3600 * qint64(n));
+    else if (interval == QLatin1String("n"))
+        r = dt.addSecs(60 * qint64(n));
+    else if (interval == QLatin1String("s"))
+        r = dt.addSecs(n);
+    else
+        r = dt.addDays(n);
     const bool hasTime = textArg(argv[2]).size() > 10 || r.time() != QTime(0, 0);
     resultText(ctx, hasTime ? isoDateTime(r) : isoDate(r.date()));
 }
@@ -96,8 +89,9 @@ void fnDateAdd(sqlite3_context* ctx, int, sqlite3_value** argv)
 // the date letters d, m, y, h, n, s for dates.
 QString formatByMask(sqlite3_value* value, const QString& mask)
 {
-    const bool numericMask = !mask.isEmpty()
-        && std::all_of(mask.begin(), mask.end(), [](QChar c) { return c == QLatin1Char('0') || c == QLatin1Char('#') || c == QLatin1Char('.'); });
+    const bool numericMask = !mask.isEmpty() && std::all_of(mask.begin(), mask.end(), [](QChar c) {
+        return c == QLatin1Char('0') || c == QLatin1Char('#') || c == QLatin1Char('.');
+    });
     if (numericMask) {
         const double v = sqlite3_value_double(value);
         const qsizetype dot = mask.indexOf(QLatin1Char('.'));
@@ -119,13 +113,20 @@ QString formatByMask(sqlite3_value* value, const QString& mask)
         while (i + run < mask.size() && mask.at(i + run).toLower() == c)
             ++run;
         auto num = [&](int v, int w) { return QString::number(v).rightJustified(w, QLatin1Char('0')); };
-        if (c == QLatin1Char('y')) out += run >= 4 ? num(dt.date().year(), 4) : num(dt.date().year() % 100, 2);
-        else if (c == QLatin1Char('m')) out += num(dt.date().month(), run >= 2 ? 2 : 1);
-        else if (c == QLatin1Char('d')) out += num(dt.date().day(), run >= 2 ? 2 : 1);
-        else if (c == QLatin1Char('h')) out += num(dt.time().hour(), run >= 2 ? 2 : 1);
-        else if (c == QLatin1Char('n')) out += num(dt.time().minute(), run >= 2 ? 2 : 1);
-        else if (c == QLatin1Char('s')) out += num(dt.time().second(), run >= 2 ? 2 : 1);
-        else out += mask.mid(i, run);
+        if (c == QLatin1Char('y'))
+            out += run >= 4 ? num(dt.date().year(), 4) : num(dt.date().year() % 100, 2);
+        else if (c == QLatin1Char('m'))
+            out += num(dt.date().month(), run >= 2 ? 2 : 1);
+        else if (c == QLatin1Char('d'))
+            out += num(dt.date().day(), run >= 2 ? 2 : 1);
+        else if (c == QLatin1Char('h'))
+            out += num(dt.time().hour(), run >= 2 ? 2 : 1);
+        else if (c == QLatin1Char('n'))
+            out += num(dt.time().minute(), run >= 2 ? 2 : 1);
+        else if (c == QLatin1Char('s'))
+            out += num(dt.time().second(), run >= 2 ? 2 : 1);
+        else
+            out += mask.mid(i, run);
         i += run;
     }
     return out;
@@ -210,8 +211,7 @@ void fnVal(sqlite3_context* ctx, int, sqlite3_value** argv)
     sqlite3_result_double(ctx, ok ? v : 0.0);
 }
 
-template <int Kind>
-void fnText(sqlite3_context* ctx, int, sqlite3_value** argv)
+template <int Kind> void fnText(sqlite3_context* ctx, int, sqlite3_value** argv)
 {
     if (isNullArg(argv[0])) {
         sqlite3_result_null(ctx);
@@ -223,7 +223,7 @@ void fnText(sqlite3_context* ctx, int, sqlite3_value** argv)
 
 void fnCLng(sqlite3_context* ctx, int, sqlite3_value** argv)
 {
-    sqlite3_result_int64(ctx, std::llrint(sqlite3_value_double(argv[0])));   // banker's rounding as CLng
+    sqlite3_result_int64(ctx, std::llrint(sqlite3_value_double(argv[0]))); // banker's rounding as CLng
 }
 
 void fnCDbl(sqlite3_context* ctx, int, sqlite3_value** argv)
@@ -240,17 +240,28 @@ struct FunctionDef
 };
 
 const FunctionDef kFunctions[] = {
-    {"Now", 0, fnNow, false},          {"Date", 0, fnDate, false},
-    {"Year", 1, fnDatePart<0>, true},  {"Month", 1, fnDatePart<1>, true},
-    {"Day", 1, fnDatePart<2>, true},   {"DateAdd", 3, fnDateAdd, true},
-    {"Format", 1, fnFormat, true},     {"Format", 2, fnFormat, true},
-    {"IIf", 3, fnIIf, true},           {"Nz", 1, fnNz, true},
-    {"Nz", 2, fnNz, true},             {"Left", 2, fnLeft, true},
-    {"Right", 2, fnRight, true},       {"Mid", 2, fnMid, true},
-    {"Mid", 3, fnMid, true},           {"Len", 1, fnLen, true},
-    {"Val", 1, fnVal, true},           {"UCase", 1, fnText<0>, true},
-    {"LCase", 1, fnText<1>, true},     {"Trim", 1, fnText<2>, true},
-    {"CStr", 1, fnText<3>, true},      {"CLng", 1, fnCLng, true},
+    {"Now", 0, fnNow, false},
+    {"Date", 0, fnDate, false},
+    {"Year", 1, fnDatePart<0>, true},
+    {"Month", 1, fnDatePart<1>, true},
+    {"Day", 1, fnDatePart<2>, true},
+    {"DateAdd", 3, fnDateAdd, true},
+    {"Format", 1, fnFormat, true},
+    {"Format", 2, fnFormat, true},
+    {"IIf", 3, fnIIf, true},
+    {"Nz", 1, fnNz, true},
+    {"Nz", 2, fnNz, true},
+    {"Left", 2, fnLeft, true},
+    {"Right", 2, fnRight, true},
+    {"Mid", 2, fnMid, true},
+    {"Mid", 3, fnMid, true},
+    {"Len", 1, fnLen, true},
+    {"Val", 1, fnVal, true},
+    {"UCase", 1, fnText<0>, true},
+    {"LCase", 1, fnText<1>, true},
+    {"Trim", 1, fnText<2>, true},
+    {"CStr", 1, fnText<3>, true},
+    {"CLng", 1, fnCLng, true},
     {"CDbl", 1, fnCDbl, true},
 };
 
@@ -266,7 +277,8 @@ bool registerFileDbFunctions(QSqlDatabase& db)
         return false;
     for (const FunctionDef& f : kFunctions) {
         const int flags = SQLITE_UTF8 | (f.deterministic ? SQLITE_DETERMINISTIC : 0);
-        if (sqlite3_create_function_v2(sqlite, f.name, f.args, flags, nullptr, f.fn, nullptr, nullptr, nullptr) != SQLITE_OK)
+        if (sqlite3_create_function_v2(sqlite, f.name, f.args, flags, nullptr, f.fn, nullptr, nullptr, nullptr)
+            != SQLITE_OK)
             return false;
     }
     return true;

@@ -1,10 +1,10 @@
 #include "lookups/lookups.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 #include "data/sqlliteral.h"
 
 namespace {
@@ -25,16 +25,13 @@ struct Lookup
     const char* table;
     const char* codeColumn = "CODICE";
     const char* descriptionColumn = "DESCRIZIONE";
-    const char* extraColumns = "";      // ", VALORE"
-    const char* condition = "";         // "TIPO = ¤C¤"
+    const char* extraColumns = ""; // ", VALORE"
+    const char* condition = "";    // "TIPO = ¤C¤"
 };
 
 using Extras = std::function<void(const Recordset&)>;
 
-QString latin(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+QString latin(const char* text) { return QString::fromUtf8(text); }
 
 // The condition on the code; empty when the code cannot match any row (a
 // number column and a code that is not a number).
@@ -65,12 +62,13 @@ bool lookup(const Lookup& l, QString& codice, QString& descrizione, int& rid, co
     else if (rid > 0)
         where = QStringLiteral("RID = ") + QString::number(rid);
     else
-        return false;   // nothing to look for: no statement, no box
+        return false; // nothing to look for: no statement, no box
 
     bool found = false;
     if (!where.isEmpty()) {
-        QString sql = QStringLiteral("SELECT RID, ") + latin(l.codeColumn) + QStringLiteral(", ") + latin(l.descriptionColumn)
-            + latin(l.extraColumns) + QStringLiteral(" FROM ") + latin(l.table) + QStringLiteral(" WHERE ") + where;
+        QString sql = QStringLiteral("SELECT RID, ") + latin(l.codeColumn) + QStringLiteral(", ")
+            + latin(l.descriptionColumn) + latin(l.extraColumns) + QStringLiteral(" FROM ") + latin(l.table)
+            + QStringLiteral(" WHERE ") + where;
         if (*l.condition)
             sql += QStringLiteral(" AND ") + latin(l.condition);
         const cReader rs(sql, kModule + QLatin1Char('.') + latin(l.procedure));
@@ -95,7 +93,7 @@ const Lookup kAnagrafePagamento{"validaAnagrafePagamento", "Anagrafiche", "NUMER
 const Lookup kCliente{"validaCliente", "Anagrafiche", "NUMERO", "DENOMINAZIONE", "", "TIPO = \u00A4C\u00A4"};
 const Lookup kFornitore{"validaFornitore", "Anagrafiche", "NUMERO", "DENOMINAZIONE", "", "TIPO = \u00A4F\u00A4"};
 const Lookup kIva{"validaIva", "Iva", "CODICE", "DESCRIZIONE", ", VALORE"};
-const Lookup kCausaleScadenze{"validaCausaleScadenze", "Causali", "CODICE", "DESCRIZIONE",
+const Lookup kCausaleScadenze{"validaCausaleScadenze",          "Causali",      "CODICE", "DESCRIZIONE",
                               ", GeneraScad, ScadenzeNegative", "GENERAPN <> 0"};
 
 bool simple(const char* procedure, const char* table, QString& codice, QString& descrizione, int& rid)
@@ -171,10 +169,11 @@ bool validaNumeratore(QString& descrizione, int& rid)
 
 double getGiacenzaProdotto(int fkProdotto, int fkMagazzino)
 {
-    const QVariant quantita = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT QUANTITA FROM DettagliProdotto WHERE FK_PRODOTTO = ") + QString::number(fkProdotto)
-            + QStringLiteral(" AND FK_MAGAZZINO = ") + QString::number(fkMagazzino),
-        kModule + QStringLiteral(".getGiacenzaProdotto"));
+    const QVariant quantita =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT QUANTITA FROM DettagliProdotto WHERE FK_PRODOTTO = ")
+                                          + QString::number(fkProdotto) + QStringLiteral(" AND FK_MAGAZZINO = ")
+                                          + QString::number(fkMagazzino),
+                                      kModule + QStringLiteral(".getGiacenzaProdotto"));
     return quantita.isValid() ? getValoreNumerico(quantita) : 0.0;
 }
 
@@ -185,8 +184,8 @@ const QString kProdottoEstesoSql = QStringLiteral(
     "P.FK_UNITAMISURA, UM.CODICE AS CODUM, M.CODICE AS CODMARCA, P.ELENCOSPECIALE "
     "FROM ((Prodotti P LEFT JOIN Iva I ON P.FK_Iva = I.RID) LEFT JOIN UnitaMisura UM ON P.FK_UNITAMISURA = UM.RID) "
     "LEFT JOIN Marche M ON P.FK_MARCA = M.RID WHERE ");
-const QString kProdottoColumns =
-    QStringLiteral("Marca\u00A4800\u00A4CODMARCA|Codice\u00A41800\u00A4CODICE|Descrizione\u00A44500\u00A4DESCPRODOTTO|");
+const QString kProdottoColumns = QStringLiteral(
+    "Marca\u00A4800\u00A4CODMARCA|Codice\u00A41800\u00A4CODICE|Descrizione\u00A44500\u00A4DESCPRODOTTO|");
 
 QString prodottoCondition(const QString& code, int rid, const RicercaProdotto& ricerca)
 {
@@ -220,10 +219,7 @@ void fillProdotto(ProdottoEsteso& p, const Recordset& rs, int magazzino)
 
 } // namespace
 
-QString colonneProdotto()
-{
-    return kProdottoColumns;
-}
+QString colonneProdotto() { return kProdottoColumns; }
 
 namespace {
 
@@ -246,7 +242,8 @@ bool validaProdottoEsteso(ProdottoEsteso& p, const RicercaProdotto& ricerca)
     {
         const cReader rs(prodottiSql(p.codice, p.rid, ricerca), kTagProdottoEsteso);
         if (rs && rs->recordCount() > 1) {
-            const QStringList chosen = chooser() ? chooser()(kProdottoColumns, *rs, ricerca.multiSelect, false) : QStringList();
+            const QStringList chosen =
+                chooser() ? chooser()(kProdottoColumns, *rs, ricerca.multiSelect, false) : QStringList();
             QStringList keys;
             for (const QString& key : chosen)
                 if (key.startsWith(QLatin1String("E_")))
@@ -283,8 +280,9 @@ bool validaProdottoEsteso(ProdottoEsteso& p, const RicercaProdotto& ricerca)
 
 bool validaDocumentoEsteso(DocumentoEsteso& d)
 {
-    QString sql = QStringLiteral("SELECT RID, CODICE, DESCRIZIONE, USARDA, RDA1, RDA2, USAPREZZIIVA, STAMPAELENCOSPECIALE, "
-                                 "MODIFICAPREZZOACQUISTO FROM TipoDocumenti WHERE ");
+    QString sql =
+        QStringLiteral("SELECT RID, CODICE, DESCRIZIONE, USARDA, RDA1, RDA2, USAPREZZIIVA, STAMPAELENCOSPECIALE, "
+                       "MODIFICAPREZZOACQUISTO FROM TipoDocumenti WHERE ");
     if (!d.codice.isEmpty())
         sql += QStringLiteral("CODICE = ") + sqlText(d.codice);
     else if (d.rid > 0)

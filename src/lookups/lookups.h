@@ -11,6 +11,7 @@
 
 #include <QString>
 #include <QStringList>
+
 #include <functional>
 
 class Recordset;
@@ -61,19 +62,19 @@ struct ProdottoEsteso
     int fkUnitaMisura = 0;
     QString codUnitaMisura;
     QString codMarca;
-    double giacenza = 0;          // of the warehouse asked, or the product's total
+    double giacenza = 0; // of the warehouse asked, or the product's total
     qint16 elencoSpeciale = 0;
-    QString elencoRid;            // multiple choice: "12,15," (keys, each followed by a comma)
-    bool creaNuovo = false;       // not found, and the user wants a new product with the code
+    QString elencoRid;      // multiple choice: "12,15," (keys, each followed by a comma)
+    bool creaNuovo = false; // not found, and the user wants a new product with the code
 };
 
 struct RicercaProdotto
 {
-    bool like = false;            // the code is a beginning, not the whole code ("%" and "_" in it match themselves)
+    bool like = false; // the code is a beginning, not the whole code ("%" and "_" in it match themselves)
     bool multiSelect = false;
-    int magazzino = 0;            // the stock of this warehouse; 0 the product's total
-    bool chiediNuovo = false;     // not found: ask "Creare un nuovo Prodotto?"
-    QString filtro;               // a further condition on P, joined by AND
+    int magazzino = 0;        // the stock of this warehouse; 0 the product's total
+    bool chiediNuovo = false; // not found: ask "Creare un nuovo Prodotto?"
+    QString filtro;           // a further condition on P, joined by AND
 };
 
 // The chooser's columns for products: brand, code, description.
@@ -109,5 +110,6 @@ bool validaDocumentoEsteso(DocumentoEsteso& documento);
 // back the keys chosen ("E_12"), {"-1"} for a new record, nothing when
 // closed. The screens install frmSelectElement; without a chooser nothing
 // is chosen.
-using ElementChooser = std::function<QStringList(const QString& columns, const Recordset& rs, bool multiSelect, bool allowNew)>;
+using ElementChooser =
+    std::function<QStringList(const QString& columns, const Recordset& rs, bool multiSelect, bool allowNew)>;
 ElementChooser setElementChooser(ElementChooser chooser);

@@ -25,21 +25,24 @@ namespace lookup {
 
 const LookupTable iva{"Iva", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaIvaSenzaValore, "frmIva"};
 const LookupTable categorieSconti{"CategorieSconti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCategoriaSconto};
-const LookupTable clienti{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4C\u00A4", "DENOMINAZIONE", validaCliente};
-const LookupTable fornitori{"Anagrafiche", "NUMERO", "DENOMINAZIONE", "TIPO = \u00A4F\u00A4", "DENOMINAZIONE",
-                            validaFornitore};
-const LookupTable tipoDocumenti{"TipoDocumenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaDocumento,
-                                "frmTipoDocumento"};
+const LookupTable clienti{"Anagrafiche",          "NUMERO",        "DENOMINAZIONE",
+                          "TIPO = \u00A4C\u00A4", "DENOMINAZIONE", validaCliente};
+const LookupTable fornitori{"Anagrafiche",          "NUMERO",        "DENOMINAZIONE",
+                            "TIPO = \u00A4F\u00A4", "DENOMINAZIONE", validaFornitore};
+const LookupTable tipoDocumenti{"TipoDocumenti", "CODICE",        "DESCRIZIONE",     "",
+                                "DESCRIZIONE",   validaDocumento, "frmTipoDocumento"};
 const LookupTable causali{"Causali", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCausale, "frmCausali"};
 const LookupTable pianoConti{"PianoConti", "CODICE", "DESCRIZIONE", "", "CODICE", validaConto, "frmPianoConti"};
-const LookupTable gruppi{"Gruppi", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaGruppo, "frmSimpleForm", "mnuTab_4"};
-const LookupTable marche{"Marche", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaMarca, "frmSimpleForm", "mnuTab_8"};
+const LookupTable gruppi{"Gruppi",      "CODICE",     "DESCRIZIONE",   "",
+                         "DESCRIZIONE", validaGruppo, "frmSimpleForm", "mnuTab_4"};
+const LookupTable marche{"Marche",      "CODICE",    "DESCRIZIONE",   "",
+                         "DESCRIZIONE", validaMarca, "frmSimpleForm", "mnuTab_8"};
 const LookupTable pagamenti{"Pagamenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaPagamento};
-const LookupTable unitaMisura{"UnitaMisura", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaUnitaMisura,
-                              "frmSimpleForm", "mnuTab_10"};
-const LookupTable collezioni{"Collezioni", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaCollezione,
-                             "frmSimpleForm", "mnuCollezioni"};
-const LookupTable magazzini{"Magazzini", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaMagazzino, "frmSimpleForm",
-                            "mnuTab_6"};
+const LookupTable unitaMisura{"UnitaMisura", "CODICE",          "DESCRIZIONE",   "",
+                              "DESCRIZIONE", validaUnitaMisura, "frmSimpleForm", "mnuTab_10"};
+const LookupTable collezioni{"Collezioni",  "CODICE",         "DESCRIZIONE",   "",
+                             "DESCRIZIONE", validaCollezione, "frmSimpleForm", "mnuCollezioni"};
+const LookupTable magazzini{"Magazzini",   "CODICE",        "DESCRIZIONE",   "",
+                            "DESCRIZIONE", validaMagazzino, "frmSimpleForm", "mnuTab_6"};
 
 } // namespace lookup

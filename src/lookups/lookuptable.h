@@ -14,10 +14,10 @@ struct LookupTable
     const char* table;
     const char* codeColumn;
     const char* descriptionColumn;
-    const char* condition;        // "TIPO = ¤C¤", or empty
-    const char* order;            // the column the search sorts by
+    const char* condition; // "TIPO = ¤C¤", or empty
+    const char* order;     // the column the search sorts by
     LookupValidator validate;
-    const char* editor = "";      // the screen that makes a row, or empty
+    const char* editor = ""; // the screen that makes a row, or empty
     const char* editorArgument = "";
 };
 
@@ -32,7 +32,7 @@ extern const LookupTable clienti;
 extern const LookupTable fornitori;
 extern const LookupTable tipoDocumenti;
 extern const LookupTable causali;
-extern const LookupTable pianoConti;     // in the order of the codes
+extern const LookupTable pianoConti; // in the order of the codes
 extern const LookupTable gruppi;
 extern const LookupTable marche;
 extern const LookupTable pagamenti;

@@ -128,9 +128,10 @@ void frmCausali::applyDependencies()
         negative->setChecked(false);
     for (const char* side : {"Orig", "Dest"}) {
         const QString name = QString::fromLatin1(side);
-        const bool warehouse = checked(QStringLiteral("opt") + (name == QLatin1String("Orig") ? QStringLiteral("Origine")
-                                                                                           : QStringLiteral("Destinazione"))
-                                       + QLatin1Char('_') + QString::number(Magazzino));
+        const bool warehouse =
+            checked(QStringLiteral("opt")
+                    + (name == QLatin1String("Orig") ? QStringLiteral("Origine") : QStringLiteral("Destinazione"))
+                    + QLatin1Char('_') + QString::number(Magazzino));
         cLookupField* lookup = lookupOf(QStringLiteral("txtMagazzino") + name);
         lookup->setEnabled(warehouse);
         if (!warehouse && lookup->rid() > 0)

@@ -12,7 +12,12 @@ public:
     explicit frmCausali(QWidget* parent = nullptr);
 
     // Kinds of origin and destination.
-    enum Tipo { Nessuna = 0, Cliente = 1, Fornitore = 2, Magazzino = 3 };
+    enum Tipo {
+        Nessuna = 0,
+        Cliente = 1,
+        Fornitore = 2,
+        Magazzino = 3
+    };
 
 protected:
     void clearFields() override;

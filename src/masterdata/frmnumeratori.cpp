@@ -1,11 +1,11 @@
 #include "masterdata/frmnumeratori.h"
 
-#include "screens/framework/cinputs.h"
-#include "screens/framework/fieldlimits.h"
-#include "screens/framework/ckeyfunction.h"
 #include "common/msgbox.h"
-#include "masterdata/numeratori.h"
 #include "core/optionstore.h"
+#include "masterdata/numeratori.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "screens/framework/fieldlimits.h"
 #include "screens/framework/waitcursor.h"
 
 #include <QApplication>
@@ -150,10 +150,7 @@ void frmNumeratori::cmdCommand_Click(int index)
     }
 }
 
-int frmNumeratori::selectedRid() const
-{
-    return m_txtNumero->property("tag").toString().toInt();
-}
+int frmNumeratori::selectedRid() const { return m_txtNumero->property("tag").toString().toInt(); }
 
 void frmNumeratori::lswClick(QTreeWidgetItem* item)
 {
@@ -186,7 +183,8 @@ void frmNumeratori::addNewNumeratore()
 {
     const QString nome = m_txtDescrizione->text().trimmed();
     if (nome.isEmpty()) {
-        msgBox(QStringLiteral("Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole inserire."),
+        msgBox(QStringLiteral(
+                   "Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole inserire."),
                vb::Exclamation);
         m_txtDescrizione->setFocus();
         return;
@@ -195,7 +193,8 @@ void frmNumeratori::addNewNumeratore()
         msgBox(QStringLiteral("Il Numeratore [") + nome + QStringLiteral("] è gia' presente!"), vb::Exclamation);
         return;
     }
-    if (msgBox(QStringLiteral("Aggiungere il Numeratore [") + nome + QStringLiteral("] all'elenco?"), vb::YesNo | vb::Question)
+    if (msgBox(QStringLiteral("Aggiungere il Numeratore [") + nome + QStringLiteral("] all'elenco?"),
+               vb::YesNo | vb::Question)
         != vb::Yes)
         return;
     {
@@ -214,7 +213,8 @@ void frmNumeratori::delNumeratore()
     if (rid <= 0)
         return;
     const QString nome = m_lblDescrizione->text();
-    if (msgBox(QStringLiteral("Eliminare il Numeratore [") + nome + QStringLiteral("] all'elenco?"), vb::YesNo | vb::Question)
+    if (msgBox(QStringLiteral("Eliminare il Numeratore [") + nome + QStringLiteral("] all'elenco?"),
+               vb::YesNo | vb::Question)
         != vb::Yes)
         return;
     const QStringList tipi = tipiDocumentoDelNumeratore(rid);

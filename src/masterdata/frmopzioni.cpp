@@ -1,19 +1,18 @@
 #include "masterdata/frmopzioni.h"
 
-#include "screens/framework/clookupfield.h"
-
-#include "screens/framework/cinputs.h"
-#include "screens/framework/ckeyfunction.h"
-#include "core/dialogservice.h"
-#include "screens/framework/fieldlimits.h"
-#include "screens/framework/frmricerca.h"
 #include "common/italiantext.h"
-#include "screens/framework/listhelpers.h"
-#include "masterdata/logoazienda.h"
 #include "common/msgbox.h"
-#include "masterdata/opzionicampi.h"
+#include "core/dialogservice.h"
 #include "core/optionstore.h"
 #include "data/session.h"
+#include "masterdata/logoazienda.h"
+#include "masterdata/opzionicampi.h"
+#include "screens/framework/cinputs.h"
+#include "screens/framework/ckeyfunction.h"
+#include "screens/framework/clookupfield.h"
+#include "screens/framework/fieldlimits.h"
+#include "screens/framework/frmricerca.h"
+#include "screens/framework/listhelpers.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -43,10 +42,7 @@ const QString kTestoLogo = QStringLiteral("Sfoglia/cambia immagine per logo... (
 // The picture box on screen keeps the proportions of the printed logo.
 const QSize kRiquadroLogo(405, 180);
 
-QString name(const char* latin)
-{
-    return QString::fromLatin1(latin);
-}
+QString name(const char* latin) { return QString::fromLatin1(latin); }
 
 // The caption of a field without its colon, for the search's title.
 QString titoloRicerca(const Campo& campo)
@@ -74,11 +70,7 @@ frmOpzioni::frmOpzioni(QWidget* parent)
         primo->setFocus();
 }
 
-template<typename T>
-T* frmOpzioni::control(const QString& controlName) const
-{
-    return findChild<T*>(controlName);
-}
+template <typename T> T* frmOpzioni::control(const QString& controlName) const { return findChild<T*>(controlName); }
 
 // --- building ---------------------------------------------------------------
 
@@ -109,7 +101,7 @@ void frmOpzioni::costruisci()
     layout->addWidget(m_tbsMain, 1);
     layout->addLayout(buttons);
     aggiungiDipendenze();
-    m_tbsMain->setUsesScrollButtons(false);   // every tab in sight
+    m_tbsMain->setUsesScrollButtons(false); // every tab in sight
     resize(sizeHint().expandedTo(QSize(760, 560)));
 }
 
@@ -191,9 +183,7 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
             layout->addWidget(group);
             break;
         }
-        default:
-            form->addRow(campo.caption, campoInForm(campo, fra));
-            break;
+        default: form->addRow(campo.caption, campoInForm(campo, fra)); break;
         }
     }
     layout->addLayout(form);
@@ -206,8 +196,7 @@ QWidget* frmOpzioni::costruisciFrame(int frame)
 QWidget* frmOpzioni::campoInForm(const Campo& campo, QWidget* parent)
 {
     switch (campo.tipo) {
-    case Controllo::Chiave:
-        return campoChiave(campo, parent);
+    case Controllo::Chiave: return campoChiave(campo, parent);
     case Controllo::TestoMultiriga: {
         auto* edit = new QPlainTextEdit(parent);
         edit->setObjectName(campo.control);
@@ -289,7 +278,8 @@ QWidget* frmOpzioni::costruisciLogo()
     auto* box = new QWidget(this);
     auto* layout = new QVBoxLayout(box);
     auto* row = new QHBoxLayout;
-    auto* cmdLogoStretch = new QPushButton(QIcon::fromTheme(QStringLiteral("document-open")), QStringLiteral("..."), box);
+    auto* cmdLogoStretch =
+        new QPushButton(QIcon::fromTheme(QStringLiteral("document-open")), QStringLiteral("..."), box);
     cmdLogoStretch->setObjectName(QStringLiteral("cmdLogoStretch"));
     cmdLogoStretch->setAutoDefault(false);
     connect(cmdLogoStretch, &QPushButton::clicked, this, &frmOpzioni::cmdLogoStretch_Click);
@@ -335,14 +325,9 @@ void frmOpzioni::caricaOpzioni()
         const QString valore = optionText(o, campo.column);
         switch (campo.tipo) {
         case Controllo::Testo:
-        case Controllo::Anno:
-            control<QLineEdit>(campo.control)->setText(valore);
-            break;
-        case Controllo::Intero:
-            control<QLineEdit>(campo.control)->setText(formattaIntero(valore.toLongLong()));
-            break;
-        case Controllo::Chiave:
-            break;   // below, with the look-ups
+        case Controllo::Anno: control<QLineEdit>(campo.control)->setText(valore); break;
+        case Controllo::Intero: control<QLineEdit>(campo.control)->setText(formattaIntero(valore.toLongLong())); break;
+        case Controllo::Chiave: break; // below, with the look-ups
         case Controllo::Flag:
         case Controllo::Opzione:
             // An option button can only be switched on: the pair starts with neither.
@@ -353,9 +338,7 @@ void frmOpzioni::caricaOpzioni()
             if (auto* option = findChild<QRadioButton*>(campo.control + QLatin1Char('_') + valore))
                 option->setChecked(true);
             break;
-        case Controllo::TestoMultiriga:
-            control<QPlainTextEdit>(campo.control)->setPlainText(valore);
-            break;
+        case Controllo::TestoMultiriga: control<QPlainTextEdit>(campo.control)->setPlainText(valore); break;
         case Controllo::ComboReport: {
             auto* combo = control<QComboBox>(campo.control);
             // A template no longer in the folder stays chosen until changed.
@@ -433,8 +416,8 @@ void frmOpzioni::caricaImmagine(const QString& file)
 
 void frmOpzioni::mostraLogo(const QImage& logo)
 {
-    m_pctImmagine->setPixmap(QPixmap::fromImage(
-        logo.scaled(kRiquadroLogo - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    m_pctImmagine->setPixmap(
+        QPixmap::fromImage(logo.scaled(kRiquadroLogo - QSize(2, 2), Qt::KeepAspectRatio, Qt::SmoothTransformation)));
 }
 
 // --- saving -----------------------------------------------------------------
@@ -445,12 +428,8 @@ void frmOpzioni::copiaInGlobali()
     for (const Campo& campo : opzioni::campi()) {
         QString valore;
         switch (campo.tipo) {
-        case Controllo::Testo:
-            valore = control<QLineEdit>(campo.control)->text();
-            break;
-        case Controllo::Anno:
-            valore = control<QLineEdit>(campo.control)->text().trimmed();
-            break;
+        case Controllo::Testo: valore = control<QLineEdit>(campo.control)->text(); break;
+        case Controllo::Anno: valore = control<QLineEdit>(campo.control)->text().trimmed(); break;
         case Controllo::Intero:
             valore = QString::number(qint64(getValoreNumerico(control<QLineEdit>(campo.control)->text())));
             break;
@@ -465,17 +444,14 @@ void frmOpzioni::copiaInGlobali()
             break;
         case Controllo::OpzioniIndice: {
             valore = QStringLiteral("0");
-            for (int i = 0; auto* option = findChild<QRadioButton*>(campo.control + QLatin1Char('_') + QString::number(i)); ++i)
+            for (int i = 0;
+                 auto* option = findChild<QRadioButton*>(campo.control + QLatin1Char('_') + QString::number(i)); ++i)
                 if (option->isChecked())
                     valore = QString::number(i);
             break;
         }
-        case Controllo::TestoMultiriga:
-            valore = control<QPlainTextEdit>(campo.control)->toPlainText();
-            break;
-        case Controllo::ComboReport:
-            valore = control<QComboBox>(campo.control)->currentText();
-            break;
+        case Controllo::TestoMultiriga: valore = control<QPlainTextEdit>(campo.control)->toPlainText(); break;
+        case Controllo::ComboReport: valore = control<QComboBox>(campo.control)->currentText(); break;
         case Controllo::ComboNumeratore: {
             auto* combo = control<QComboBox>(campo.control);
             valore = QString::number(combo->currentIndex() >= 0 ? combo->currentData().toInt() : 0);

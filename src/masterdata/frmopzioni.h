@@ -54,14 +54,12 @@ private:
     void onTabChanged(int index);
     void onFunctionKey(const QString& controlName, int keyCode, int shift);
 
-    template<typename T>
-    T* control(const QString& name) const;
-    template<typename T>
-    T* control(const char* name) const { return control<T>(QString::fromLatin1(name)); }
+    template <typename T> T* control(const QString& name) const;
+    template <typename T> T* control(const char* name) const { return control<T>(QString::fromLatin1(name)); }
 
     QTabWidget* m_tbsMain = nullptr;
     cKeyFunction* m_keys = nullptr;
     QList<CampoChiave> m_chiavi;
     QLabel* m_pctImmagine = nullptr;
-    QImage m_logoNuovo;     // chosen, written at OK
+    QImage m_logoNuovo; // chosen, written at OK
 };

@@ -1,10 +1,10 @@
 #include "masterdata/frmpianoconti.h"
 
-#include "data/cadosqlserver.h"
-#include "masterdata/frmricercaconto.h"
 #include "common/msgbox.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
 #include "data/sqlliteral.h"
+#include "masterdata/frmricercaconto.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -15,7 +15,8 @@ frmPianoConti::frmPianoConti(QWidget* parent)
     : cTableScreen(QStringLiteral("frmPianoConti"), QStringLiteral("Piano dei Conti"),
                    {QStringLiteral("PianoConti"),
                     {fields::field("CODICE", "txtCodice", "Codice", fields::Required | fields::Trimmed),
-                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione", fields::Required | fields::Trimmed)}},
+                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione",
+                                   fields::Required | fields::Trimmed)}},
                    parent)
 {
     // The code is the account's place in the tree (mastro 2, conto 5,
@@ -36,7 +37,8 @@ frmPianoConti::frmPianoConti(QWidget* parent)
 // The description of the account with this code; invalid when there is none.
 QVariant frmPianoConti::descriptionOf(const QString& code) const
 {
-    return gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM PianoConti WHERE CODICE = ") + sqlText(code),
+    return gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM PianoConti WHERE CODICE = ")
+                                             + sqlText(code),
                                          objectName() + QStringLiteral(".setInformation"));
 }
 
@@ -61,16 +63,14 @@ bool frmPianoConti::setInformation(const QString& code)
 
 void frmPianoConti::checkCodice(const QString& code)
 {
-    const QVariant found = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(code), objectName() + QStringLiteral(".checkCodice"));
+    const QVariant found =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(code),
+                                      objectName() + QStringLiteral(".checkCodice"));
     if (found.isValid() && found.toInt() != currentRid())
         showData(found.toInt(), QString());
 }
 
-QLineEdit* frmPianoConti::codeEdit() const
-{
-    return static_cast<QLineEdit*>(control(QStringLiteral("txtCodice")));
-}
+QLineEdit* frmPianoConti::codeEdit() const { return static_cast<QLineEdit*>(control(QStringLiteral("txtCodice"))); }
 
 bool frmPianoConti::codeAccepted(const QString& code)
 {
@@ -81,7 +81,8 @@ bool frmPianoConti::codeAccepted(const QString& code)
                vb::Exclamation);
         return false;
     }
-    msgBox(QStringLiteral("Formato Codice Errato!\nMASTRO  = 2 Caratteri\nCONTO = 3 Caratteri\nSOTTOCONTO = 3 Caratteri"),
+    msgBox(QStringLiteral(
+               "Formato Codice Errato!\nMASTRO  = 2 Caratteri\nCONTO = 3 Caratteri\nSOTTOCONTO = 3 Caratteri"),
            vb::Exclamation);
     return false;
 }

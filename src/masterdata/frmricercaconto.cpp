@@ -1,9 +1,9 @@
 #include "masterdata/frmricercaconto.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "core/dialogservice.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 
 #include <QHBoxLayout>
 #include <QHash>
@@ -68,8 +68,14 @@ bool frmRicercaConto::getData()
         QTreeWidgetItem* parent = root;
         switch (code.size()) {
         case 2: key = QStringLiteral("MAS_"); break;
-        case 5: key = QStringLiteral("CON_"); parent = nodes.value(QStringLiteral("MAS_") + code.left(2), root); break;
-        case 8: key = QStringLiteral("SOT_"); parent = nodes.value(QStringLiteral("CON_") + code.left(5), root); break;
+        case 5:
+            key = QStringLiteral("CON_");
+            parent = nodes.value(QStringLiteral("MAS_") + code.left(2), root);
+            break;
+        case 8:
+            key = QStringLiteral("SOT_");
+            parent = nodes.value(QStringLiteral("CON_") + code.left(5), root);
+            break;
         default: continue;
         }
         nodes.insert(key + code, addNode(parent, key + code, code, description, rid));

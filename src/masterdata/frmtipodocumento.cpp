@@ -29,7 +29,8 @@ const QString kPredefinita = QStringLiteral("Predefinita");
 const QString kFrmCausali = QStringLiteral("frmCausali");
 const QString kNumeratori = QStringLiteral("SELECT RID, DESCRIZIONE FROM Numeratori ORDER BY DESCRIZIONE");
 // The report files offered for documents, in key order.
-const QString kReportDocumenti = QStringLiteral("SELECT RID, REPORT FROM FunzionalitaReport WHERE Funzionalita = 1 ORDER BY RID");
+const QString kReportDocumenti =
+    QStringLiteral("SELECT RID, REPORT FROM FunzionalitaReport WHERE Funzionalita = 1 ORDER BY RID");
 constexpr int kNumeratoreBrowse = 2;
 
 FieldList tipoDocumentoFields()
@@ -50,8 +51,7 @@ FieldList tipoDocumentoFields()
              field("NONSTAMPAREVB", "chkNonStampareVB", "Non stampare in V.B."),
              field("HIDEMENU", "chkHideMenu", "Nascondi nel menù"),
              field("HIDERICERCA", "chkHideRicerca", "Nascondi nella ricerca"),
-             field("USARDA", "chkRDA", "Utilizza R.D.A."),
-             number("RDA1", "txtRDA1", "R.D.A. % (1)", 2, ZeroWhenEmpty),
+             field("USARDA", "chkRDA", "Utilizza R.D.A."), number("RDA1", "txtRDA1", "R.D.A. % (1)", 2, ZeroWhenEmpty),
              number("RDA2", "txtRDA2", "R.D.A. % (2)", 2, ZeroWhenEmpty)}};
 }
 
@@ -121,9 +121,15 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
 
     auto* opzioni = new QGroupBox(QStringLiteral(" Opzioni "), frame);
     auto* flags = new QGridLayout(opzioni);
-    const char* const ordered[] = {"chkAccompagnatorio", "chkStampaElencoSpeciale", "chkModificaPrezzoAcquisto",
-                                   "chkUsaPrezziIva",    "chkFlexCounter",          "chkMostraVB",
-                                   "chkNonStampareVB",   "chkHideMenu",             "chkHideRicerca"};
+    const char* const ordered[] = {"chkAccompagnatorio",
+                                   "chkStampaElencoSpeciale",
+                                   "chkModificaPrezzoAcquisto",
+                                   "chkUsaPrezziIva",
+                                   "chkFlexCounter",
+                                   "chkMostraVB",
+                                   "chkNonStampareVB",
+                                   "chkHideMenu",
+                                   "chkHideRicerca"};
     for (int i = 0; i < int(std::size(ordered)); ++i) {
         QWidget* check = control(QString::fromLatin1(ordered[i]));
         check->setParent(opzioni);

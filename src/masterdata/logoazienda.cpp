@@ -2,21 +2,16 @@
 
 #include <QDir>
 #include <QPainter>
+
 #include <cmath>
 
 namespace logoazienda {
 
 namespace {
-int pixel(double cm, int dpi)
-{
-    return int(std::lround(cm / 2.54 * dpi));
-}
+int pixel(double cm, int dpi) { return int(std::lround(cm / 2.54 * dpi)); }
 } // namespace
 
-QSize dimensione(int dpi)
-{
-    return {pixel(kLarghezzaCm, dpi), pixel(kAltezzaCm, dpi)};
-}
+QSize dimensione(int dpi) { return {pixel(kLarghezzaCm, dpi), pixel(kAltezzaCm, dpi)}; }
 
 QImage scala(const QImage& immagine, int dpi)
 {
@@ -34,10 +29,7 @@ QImage scala(const QImage& immagine, int dpi)
     return logo;
 }
 
-QString percorso(const QString& cartellaReport)
-{
-    return QDir(cartellaReport).filePath(QStringLiteral("Logo.bmp"));
-}
+QString percorso(const QString& cartellaReport) { return QDir(cartellaReport).filePath(QStringLiteral("Logo.bmp")); }
 
 bool salva(const QImage& logo, const QString& cartellaReport)
 {

@@ -1,8 +1,8 @@
 #include "masterdata/numeratori.h"
 
-#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 #include "data/sqlliteral.h"
 
 #include <algorithm>
@@ -10,10 +10,7 @@
 
 namespace {
 
-QString tag(const char* procedure)
-{
-    return QStringLiteral("frmNumeratori.") + QLatin1String(procedure);
-}
+QString tag(const char* procedure) { return QStringLiteral("frmNumeratori.") + QLatin1String(procedure); }
 
 QString insertContatore(int rid, const QString& anno, int numero)
 {
@@ -40,8 +37,9 @@ int valIntero(const QString& text)
 bool numeratoriAnno(const QString& anno, QList<NumeratoreAnno>& righe)
 {
     righe.clear();
-    const QString sql = QStringLiteral("SELECT Numeratori.RID, Numeratori.DESCRIZIONE, (Select Contatori.Numero From Contatori "
-                                       "Where Anno = ")
+    const QString sql =
+        QStringLiteral("SELECT Numeratori.RID, Numeratori.DESCRIZIONE, (Select Contatori.Numero From Contatori "
+                       "Where Anno = ")
         + sqlText(anno)
         + QStringLiteral(" AND Contatori.FK_NUMERATORE = Numeratori.RID) as  Numero From Numeratori ORDER BY "
                          "Numeratori.DESCRIZIONE ");

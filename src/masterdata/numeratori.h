@@ -12,7 +12,7 @@ struct NumeratoreAnno
 {
     int rid = 0;
     QString descrizione;
-    int numero = 0;   // the last number of the year; 0 when unused or missing
+    int numero = 0; // the last number of the year; 0 when unused or missing
 };
 
 // Every numerator with its counter of `anno`, by description (bindList).

@@ -1,6 +1,5 @@
 #include "masterdata/opzionicampi.h"
 
-
 #include <QDir>
 
 namespace opzioni {
@@ -74,10 +73,13 @@ QList<Campo> costruisci()
         chiave("RidMarcaProdotti", "txtMarcaPredefinita", Prodotti, "Marca:", lookup::marche, 18),
         chiave("RidCollezioneProdotti", "txtCollezionePredefinita", Prodotti, "Collezione:", lookup::collezioni, 19),
         flag("PrezzoMedio", "chkPrezzoMedio", Prodotti, "Valorizza il magazzino a prezzo medio"),
-        nelPannello(semplice("MesiPrezzoMedio", "txtMesiPrezzoMedio", C::Intero, Prodotti, "Mesi:", 3), "pctPrezzoMedio"),
+        nelPannello(semplice("MesiPrezzoMedio", "txtMesiPrezzoMedio", C::Intero, Prodotti, "Mesi:", 3),
+                    "pctPrezzoMedio"),
         flag("SottoScorta", "chkSottoScorta", Prodotti, "Controlla i prodotti sotto scorta"),
-        nelPannello(semplice("BloccaSottoScorta", "optBloccaSottoScorta", C::Opzione, Prodotti, "Blocca"), "pctSottoScorta"),
-        nelPannello(semplice("AvvisaSottoScorta", "optAvvisaSottoScorta", C::Opzione, Prodotti, "Avvisa"), "pctSottoScorta"),
+        nelPannello(semplice("BloccaSottoScorta", "optBloccaSottoScorta", C::Opzione, Prodotti, "Blocca"),
+                    "pctSottoScorta"),
+        nelPannello(semplice("AvvisaSottoScorta", "optAvvisaSottoScorta", C::Opzione, Prodotti, "Avvisa"),
+                    "pctSottoScorta"),
         flag("PrezzoListino", "chkPrezzoListino", Prodotti, "Non chiedere se cambiare il prezzo di listino"),
         diMacchina(flag("IgnoraVerificaCodiceProdotto", "chkIgnoraVerificaCodiceProdotto", Prodotti,
                         "Ignora la verifica del codice prodotto")),
@@ -109,8 +111,10 @@ QList<Campo> costruisci()
         semplice("DistintaBase", "txtDistintaBase", C::Testo, DistintaBase, "Carattere della distinta base:", 1),
         semplice("RigaLibera", "txtRigaLibera", C::Testo, DistintaBase, "Carattere della riga libera:", 1),
         chiave("IvaPredRigaLibera", "txtIvaRigaLibera", DistintaBase, "Iva della riga libera:", lookup::iva, 0),
-        chiave("DocConversione", "txtDocConversione", DistintaBase, "Conversione in fattura:", lookup::tipoDocumenti, 13),
-        chiave("DocConversioneDDT", "txtDocConversioneDDT", DistintaBase, "Conversione in DDT:", lookup::tipoDocumenti, 14),
+        chiave("DocConversione", "txtDocConversione", DistintaBase, "Conversione in fattura:", lookup::tipoDocumenti,
+               13),
+        chiave("DocConversioneDDT", "txtDocConversioneDDT", DistintaBase, "Conversione in DDT:", lookup::tipoDocumenti,
+               14),
         flag("MostraTotaleRigaMov", "chkMostraTotRiga", DistintaBase, "Mostra il totale di riga nei documenti"),
         flag("UsaPrezziIva", "chkPrezziIva", DistintaBase, "Prezzi Iva compresa"),
         semplice("PiePagina", "txtPiePagina", C::TestoMultiriga, DistintaBase, "Piè di pagina:"),
@@ -121,7 +125,8 @@ QList<Campo> costruisci()
 
         // Conversione Ordini - Prodotti
         chiave("GruppoPredefinito", "txtGruppoPredef", Promozioni, "Gruppo predefinito:", lookup::gruppi, 7),
-        chiave("GruppoProdInteg", "txtGruppoProdInteg", Promozioni, "Gruppo produzione integrativa:", lookup::gruppi, 8),
+        chiave("GruppoProdInteg", "txtGruppoProdInteg", Promozioni, "Gruppo produzione integrativa:", lookup::gruppi,
+               8),
         chiave("GruppoProdCL", "txtGruppoProdCL", Promozioni, "Gruppo produzione conto lavoro:", lookup::gruppi, 9),
         chiave("Marca", "txtMarca", Promozioni, "Marca:", lookup::marche, 10),
         chiave("Fornitore", "txtFornitore", Promozioni, "Fornitore:", lookup::fornitori, 11),
@@ -131,10 +136,7 @@ QList<Campo> costruisci()
 
 } // namespace
 
-QString Campo::etichettaDescrizione() const
-{
-    return QStringLiteral("lbl") + control.mid(3);
-}
+QString Campo::etichettaDescrizione() const { return QStringLiteral("lbl") + control.mid(3); }
 
 const QList<Campo>& campi()
 {
@@ -190,8 +192,8 @@ QString captionFrame(Frame frame)
 
 QString nomeFrame(Frame frame)
 {
-    static const char* const nomi[] = {"fraGenerali", "fraConti", "fraProdotti", "fraVenditaBanco",
-                                       "fraDistintaBase", "fraLogo", "fraElencoSpeciale", "fraPromozioni"};
+    static const char* const nomi[] = {"fraGenerali",     "fraConti", "fraProdotti",       "fraVenditaBanco",
+                                       "fraDistintaBase", "fraLogo",  "fraElencoSpeciale", "fraPromozioni"};
     return QLatin1String(nomi[frame]);
 }
 

@@ -14,7 +14,16 @@ namespace opzioni {
 
 // The frames of the screen, in the order of the tabs; Promozioni is the
 // order-conversion frame, kept off the tabs.
-enum Frame { Generali, Conti, Prodotti, VenditaBanco, DistintaBase, Logo, ElencoSpeciale, Promozioni };
+enum Frame {
+    Generali,
+    Conti,
+    Prodotti,
+    VenditaBanco,
+    DistintaBase,
+    Logo,
+    ElencoSpeciale,
+    Promozioni
+};
 
 enum class Controllo {
     Testo,          // free text
@@ -37,9 +46,9 @@ struct Campo : fields::Field
 {
     Controllo tipo = Controllo::Testo;
     Frame frame = Generali;
-    bool macchina = false;      // a machine option, kept in the settings store
-    QString contenitore;        // the panel a check box shows (pctPrezzoMedio)
-    int sfoglia = -1;           // index of cmdSfoglia, key fields
+    bool macchina = false; // a machine option, kept in the settings store
+    QString contenitore;   // the panel a check box shows (pctPrezzoMedio)
+    int sfoglia = -1;      // index of cmdSfoglia, key fields
 
     // The description label of a key field: txtCliente gives lblCliente.
     QString etichettaDescrizione() const;
@@ -57,7 +66,7 @@ struct Dipendenza
 {
     const char* check;
     const char* dipendente;
-    bool mostra;        // true shows/hides, false enables/disables
+    bool mostra; // true shows/hides, false enables/disables
 };
 const QList<Dipendenza>& dipendenze();
 

@@ -5,10 +5,7 @@
 #include <QSettings>
 
 namespace {
-QString key(const QString& codice)
-{
-    return QStringLiteral("StampantiDocumenti/") + codice;
-}
+QString key(const QString& codice) { return QStringLiteral("StampantiDocumenti/") + codice; }
 } // namespace
 
 QString getStampanteDocumento(const QString& codice)

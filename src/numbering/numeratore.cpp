@@ -1,30 +1,28 @@
 #include "numbering/numeratore.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/errorlog.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
 
 #include <QDate>
+
 #include <optional>
 
 namespace {
 
 const QString kModule = QStringLiteral("bOrvantis");
 
-QString tag(const char* procedure)
-{
-    return kModule + QLatin1Char('.') + QLatin1String(procedure);
-}
+QString tag(const char* procedure) { return kModule + QLatin1Char('.') + QLatin1String(procedure); }
 
 // The highest number dated before, or the lowest dated after, the date.
 // No row gives the sentinel; a failed statement gives nothing.
 std::optional<int> neighbour(int fkTipoDocumento, const QDate& data, int rid, bool before, int sentinel)
 {
-    QString sql = QStringLiteral("SELECT TOP 1 Progressivo, Data FROM Movimenti WHERE ANNO = ") + QString::number(data.year())
-        + QStringLiteral(" AND FK_TipoDocumento = ") + QString::number(fkTipoDocumento)
+    QString sql = QStringLiteral("SELECT TOP 1 Progressivo, Data FROM Movimenti WHERE ANNO = ")
+        + QString::number(data.year()) + QStringLiteral(" AND FK_TipoDocumento = ") + QString::number(fkTipoDocumento)
         + (before ? QStringLiteral(" AND Data < ") : QStringLiteral(" AND Data > ")) + gAdoSqlServer().getSQLDate(data);
     if (rid > 0)
         sql += QStringLiteral(" AND RID <> ") + QString::number(rid);
@@ -43,13 +41,16 @@ int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno)
         // Outside a transaction the counter's lock would end with the
         // statement: two workstations could take the same number.
         Err().raise(9998, kModule, QStringLiteral("Numero di documento richiesto fuori da una transazione."));
-        notifyError(kModule, QStringLiteral("getNewNumeratoreAnnuale"), QStringLiteral("FK_NUMERATORE=") + QString::number(fkNumeratore));
+        notifyError(kModule, QStringLiteral("getNewNumeratoreAnnuale"),
+                    QStringLiteral("FK_NUMERATORE=") + QString::number(fkNumeratore));
         return 0;
     }
     const QString id = QString::number(fkNumeratore);
-    const QString where = QStringLiteral(" WHERE FK_NUMERATORE = ") + id + QStringLiteral(" AND ANNO = ") + sqlText(anno);
-    const QString insertFirst = QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (") + id
-        + QStringLiteral(", ") + sqlText(anno) + QStringLiteral(", 1, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')');
+    const QString where =
+        QStringLiteral(" WHERE FK_NUMERATORE = ") + id + QStringLiteral(" AND ANNO = ") + sqlText(anno);
+    const QString insertFirst = QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (")
+        + id + QStringLiteral(", ") + sqlText(anno) + QStringLiteral(", 1, ") + sqlText(QStringLiteral("n/d"))
+        + QLatin1Char(')');
 
     if (gAdoSqlServer().TipoServer() == TipoServer::MySql) {
         // One statement creates the counter at 1 or moves it on, and keeps the
@@ -70,34 +71,38 @@ int getNewNumeratoreAnnuale(int fkNumeratore, const QString& anno)
     bool exists = false;
     int numero = 1;
     {
-        const cReader rs(
-            QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE FK_NUMERATORE = ") + id
-                + QStringLiteral(" AND ANNO =  ") + sqlText(anno),
-            tag("getNewNumeratoreAnnuale"));
+        const cReader rs(QStringLiteral("SELECT NUMERO FROM Contatori \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) "
+                                        "\u2022/S\u2022WHERE FK_NUMERATORE = ")
+                             + id + QStringLiteral(" AND ANNO =  ") + sqlText(anno),
+                         tag("getNewNumeratoreAnnuale"));
         if (!rs)
             return 0;
         exists = !rs->eof();
         numero = (exists ? int(rs->integer(QStringLiteral("NUMERO"))) : 0) + 1;
     }
-    const QString write = exists ? QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero) + where : insertFirst;
+    const QString write =
+        exists ? QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(numero) + where : insertFirst;
     return gAdoSqlServer().executeSQL(write, tag("getNewNumeratoreAnnuale")) ? numero : 0;
 }
 
 bool checkNumeroDocumento(int fkTipoDocumento, const QDate& data, int progressivo, int rid)
 {
-    const QVariant count = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT count(rid) FROM Movimenti WHERE ANNO = ") + QString::number(data.year())
-            + QStringLiteral(" AND FK_TipoDocumento = ") + QString::number(fkTipoDocumento) + QStringLiteral(" AND PROGRESSIVO = ")
-            + QString::number(progressivo) + QStringLiteral(" AND RID <> ") + QString::number(rid),
-        tag("checkNumeroDocumento"));
+    const QVariant count =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT count(rid) FROM Movimenti WHERE ANNO = ")
+                                          + QString::number(data.year()) + QStringLiteral(" AND FK_TipoDocumento = ")
+                                          + QString::number(fkTipoDocumento) + QStringLiteral(" AND PROGRESSIVO = ")
+                                          + QString::number(progressivo) + QStringLiteral(" AND RID <> ")
+                                          + QString::number(rid),
+                                      tag("checkNumeroDocumento"));
     return count.isValid() && count.toInt() <= 0;
 }
 
 bool getFlexCounter(int fkTipoDocumento)
 {
-    const QVariant flex = gAdoSqlServer().getValueBySQL(
-        QStringLiteral("SELECT FLEXCOUNTER FROM TipoDocumenti WHERE RID = ") + QString::number(fkTipoDocumento),
-        tag("getFlexCounter"));
+    const QVariant flex =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT FLEXCOUNTER FROM TipoDocumenti WHERE RID = ")
+                                          + QString::number(fkTipoDocumento),
+                                      tag("getFlexCounter"));
     return flex.isValid() && !flex.isNull() && flex.toInt() != 0;
 }
 

@@ -1,24 +1,18 @@
 #include "pricing/prezzi.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 #include "data/sqlliteral.h"
 
 #include <optional>
 
 namespace {
 
-QString tag(const char* procedure)
-{
-    return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure);
-}
+QString tag(const char* procedure) { return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure); }
 
-QString id(int value)
-{
-    return QString::number(value);
-}
+QString id(int value) { return QString::number(value); }
 
 std::optional<QVariant> firstValue(const QString& sql, const char* procedure)
 {
@@ -43,10 +37,7 @@ QString inRange(Single quantita)
     return QStringLiteral(" AND RangeMin <= ") + q + QStringLiteral(" AND RangeMax >= ") + q;
 }
 
-QString percent(const QVariant& v)
-{
-    return formattaImporto(getValoreNumerico(v), 2);
-}
+QString percent(const QVariant& v) { return formattaImporto(getValoreNumerico(v), 2); }
 
 void writeDiscounts(CampiRiga& riga, const QVariant& s1, const QVariant& s2, const QVariant& s3)
 {
@@ -66,12 +57,14 @@ void writeNetPrice(CampiRiga& riga, const QVariant& prezzo, const DocumentoPrezz
 // The discounts of the range row (R, under head H in `joins`) that holds
 // the quantity: the heads of the brand first, then those for every brand;
 // 0, 0, 0 when none does.
-void writeRangeDiscounts(CampiRiga& riga, const QString& joins, int fkMarca, const QString& conditions, const char* procedure)
+void writeRangeDiscounts(CampiRiga& riga, const QString& joins, int fkMarca, const QString& conditions,
+                         const char* procedure)
 {
     const QString select = QStringLiteral("SELECT R.Sconto1, R.SCONTO2, R.SCONTO3 FROM ");
     QVariantList row;
     if (fkMarca > 0)
-        row = firstRow(select + QLatin1Char('(') + joins + QStringLiteral(") INNER JOIN Marche M ON H.FK_MARCA = M.RID WHERE H.FK_MARCA = ")
+        row = firstRow(select + QLatin1Char('(') + joins
+                           + QStringLiteral(") INNER JOIN Marche M ON H.FK_MARCA = M.RID WHERE H.FK_MARCA = ")
                            + id(fkMarca) + conditions,
                        procedure);
     if (row.isEmpty())
@@ -84,17 +77,19 @@ void writeRangeDiscounts(CampiRiga& riga, const QString& joins, int fkMarca, con
 
 // The head's key (band or supplier): the given one when a head exists for
 // it, else that of the oldest head of the category and brand (or product).
-int headKey(const QString& table, const QString& keyColumn, const QString& scope, int given, bool testGiven, const char* procedure)
+int headKey(const QString& table, const QString& keyColumn, const QString& scope, int given, bool testGiven,
+            const char* procedure)
 {
     if (testGiven) {
-        const auto count = firstValue(QStringLiteral("SELECT COUNT(*) FROM ") + table + QStringLiteral(" WHERE ") + scope
-                                          + QStringLiteral(" AND ") + keyColumn + QStringLiteral(" = ") + id(given),
-                                      procedure);
+        const auto count =
+            firstValue(QStringLiteral("SELECT COUNT(*) FROM ") + table + QStringLiteral(" WHERE ") + scope
+                           + QStringLiteral(" AND ") + keyColumn + QStringLiteral(" = ") + id(given),
+                       procedure);
         if (count && count->toInt() > 0)
             return given;
     }
-    const auto oldest = firstValue(QStringLiteral("SELECT TOP 1 ") + keyColumn + QStringLiteral(" FROM ") + table + QStringLiteral(" WHERE ")
-                                       + scope + QStringLiteral(" ORDER BY RID"),
+    const auto oldest = firstValue(QStringLiteral("SELECT TOP 1 ") + keyColumn + QStringLiteral(" FROM ") + table
+                                       + QStringLiteral(" WHERE ") + scope + QStringLiteral(" ORDER BY RID"),
                                    procedure);
     return oldest ? int(getValoreNumerico(*oldest)) : 0;
 }
@@ -103,14 +98,16 @@ int headKey(const QString& table, const QString& keyColumn, const QString& scope
 
 Currency getPrezzoVendita(int fkAnagrafe, int fkProdotto, quint8& prezzoPersonale, bool, bool& applicaSconto)
 {
-    const QVariantList anagrafe = firstRow(QStringLiteral("SELECT LISTINO, SCONTO FROM Anagrafiche WHERE RID = ") + id(fkAnagrafe),
-                                           "getPrezzoVendita");
+    const QVariantList anagrafe =
+        firstRow(QStringLiteral("SELECT LISTINO, SCONTO FROM Anagrafiche WHERE RID = ") + id(fkAnagrafe),
+                 "getPrezzoVendita");
     int listino = anagrafe.isEmpty() ? 0 : int(getValoreNumerico(anagrafe.at(0)));
     const double sconto = applicaSconto && !anagrafe.isEmpty() ? getValoreNumerico(anagrafe.at(1)) : 0.0;
     if (listino < 1)
         listino = 1;
     const auto price = [fkProdotto](int n) {
-        const auto v = firstValue(QStringLiteral("SELECT LISTINO") + id(n) + QStringLiteral(" FROM Prodotti WHERE RID = ") + id(fkProdotto),
+        const auto v = firstValue(QStringLiteral("SELECT LISTINO") + id(n)
+                                      + QStringLiteral(" FROM Prodotti WHERE RID = ") + id(fkProdotto),
                                   "getPrezzoVendita");
         return v ? getValoreCurrency(*v) : Currency();
     };
@@ -119,8 +116,8 @@ Currency getPrezzoVendita(int fkAnagrafe, int fkProdotto, quint8& prezzoPersonal
         prezzoListino = price(1);
 
     Currency candidato;
-    if (const auto personale = firstValue(QStringLiteral("SELECT PREZZO FROM Listini WHERE FK_ANAGRAFE = ") + id(fkAnagrafe)
-                                              + QStringLiteral(" AND FK_PRODOTTO = ") + id(fkProdotto),
+    if (const auto personale = firstValue(QStringLiteral("SELECT PREZZO FROM Listini WHERE FK_ANAGRAFE = ")
+                                              + id(fkAnagrafe) + QStringLiteral(" AND FK_PRODOTTO = ") + id(fkProdotto),
                                           "getPrezzoVendita")) {
         candidato = getValoreCurrency(*personale);
         prezzoPersonale = 1;
@@ -132,7 +129,8 @@ Currency getPrezzoVendita(int fkAnagrafe, int fkProdotto, quint8& prezzoPersonal
 
 QString getPrezzoAcquisto(int fkProdotto)
 {
-    const auto prezzo = firstValue(QStringLiteral("SELECT PREZZOACQUISTO FROM Prodotti WHERE RID = ") + id(fkProdotto), "getPrezzoAcquisto");
+    const auto prezzo = firstValue(QStringLiteral("SELECT PREZZOACQUISTO FROM Prodotti WHERE RID = ") + id(fkProdotto),
+                                   "getPrezzoAcquisto");
     return prezzo ? plainTextIt(getValoreCurrency(*prezzo)) : QString();
 }
 
@@ -144,7 +142,8 @@ QString getPrezzo(int fkProdotto, const DocumentoPrezzi& d)
     if (d.tipoOrigine == 1)
         prezzo = QVariant::fromValue(getPrezzoVendita(d.origine, fkProdotto, personale, false, senzaSconto).toDouble());
     else if (d.tipoDestinazione == 1)
-        prezzo = QVariant::fromValue(getPrezzoVendita(d.destinazione, fkProdotto, personale, false, senzaSconto).toDouble());
+        prezzo =
+            QVariant::fromValue(getPrezzoVendita(d.destinazione, fkProdotto, personale, false, senzaSconto).toDouble());
     else if (d.tipoOrigine == 2 || d.tipoDestinazione == 2 || (d.tipoOrigine == 3 && d.tipoDestinazione == 3))
         prezzo = getPrezzoAcquisto(fkProdotto);
     return prezzo.isValid() ? formattaImporto(prezzo, d.decimaliDopo, true) : QString();
@@ -152,8 +151,9 @@ QString getPrezzo(int fkProdotto, const DocumentoPrezzi& d)
 
 int getFasciaCliente(int fkAnagrafe)
 {
-    const auto fascia = firstValue(QStringLiteral("SELECT FK_FASCIACLIENTE FROM Anagrafiche WHERE RID = ") + id(fkAnagrafe),
-                                   "getFasciaCliente");
+    const auto fascia =
+        firstValue(QStringLiteral("SELECT FK_FASCIACLIENTE FROM Anagrafiche WHERE RID = ") + id(fkAnagrafe),
+                   "getFasciaCliente");
     return fascia ? int(getValoreNumerico(*fascia)) : 0;
 }
 
@@ -165,14 +165,17 @@ void setSconti(int fkProdotto, bool force, bool& done, CampiRiga& riga, const Do
     writeDiscounts(riga, 0, 0, 0);
     done = true;
     if (d.tipoOrigine == 1 || d.tipoDestinazione == 1) {
-        const auto own = firstValue(QStringLiteral("SELECT SCONTO FROM Prodotti WHERE RID = ") + id(fkProdotto), "setSconti");
+        const auto own =
+            firstValue(QStringLiteral("SELECT SCONTO FROM Prodotti WHERE RID = ") + id(fkProdotto), "setSconti");
         if (own && getValoreNumerico(*own) > 0) {
             riga.txtSconto1 = percent(*own);
             return;
         }
     }
-    const QVariantList prodotto = firstRow(
-        QStringLiteral("SELECT FK_MARCA, FK_CatScoAcq, FK_CatScoVen FROM Prodotti WHERE RID = ") + id(fkProdotto), "setSconti");
+    const QVariantList prodotto =
+        firstRow(QStringLiteral("SELECT FK_MARCA, FK_CatScoAcq, FK_CatScoVen FROM Prodotti WHERE RID = ")
+                     + id(fkProdotto),
+                 "setSconti");
     const auto field = [&prodotto](int i) { return prodotto.isEmpty() ? 0 : int(getValoreNumerico(prodotto.at(i))); };
     const int marca = field(0), catAcquisto = field(1), catVendita = field(2);
     bool inner = false;
@@ -191,70 +194,78 @@ void setSconti(int fkProdotto, bool force, bool& done, CampiRiga& riga, const Do
     riga.txtSconto1 = formattaImporto(d.scontoControparte, 2);
 }
 
-void setScontiVendita(int fkCategoria, int fkMarca, int fkCliente, Single quantita, int fkProdotto, bool& done, CampiRiga& riga,
-                      const DocumentoPrezzi& d)
+void setScontiVendita(int fkCategoria, int fkMarca, int fkCliente, Single quantita, int fkProdotto, bool& done,
+                      CampiRiga& riga, const DocumentoPrezzi& d)
 {
     const char* procedure = "setScontiVendita";
     const int richiesta = getFasciaCliente(fkCliente);
     const bool netti = fkCategoria == d.catPrezziNetti;
     const QString scope = QStringLiteral("FK_CATEGORIA = ") + id(fkCategoria)
-        + (netti ? QStringLiteral(" AND FK_PRODOTTO = ") + id(fkProdotto) : QStringLiteral(" AND FK_MARCA = ") + id(fkMarca));
-    const int fascia = headKey(netti ? QStringLiteral("CatScProdVendita") : QStringLiteral("CatScVendita"), QStringLiteral("FK_FASCIA"),
-                               scope, richiesta, richiesta > 0, procedure);
+        + (netti ? QStringLiteral(" AND FK_PRODOTTO = ") + id(fkProdotto)
+                 : QStringLiteral(" AND FK_MARCA = ") + id(fkMarca));
+    const int fascia = headKey(netti ? QStringLiteral("CatScProdVendita") : QStringLiteral("CatScVendita"),
+                               QStringLiteral("FK_FASCIA"), scope, richiesta, richiesta > 0, procedure);
     if (!netti && (fascia < 1 || fkCategoria < 1))
         return;
     done = true;
-    const QString conditions = QStringLiteral(" AND H.FK_FASCIA = ") + id(fascia) + QStringLiteral(" AND H.FK_CATEGORIA = ")
-        + id(fkCategoria) + inRange(quantita);
+    const QString conditions = QStringLiteral(" AND H.FK_FASCIA = ") + id(fascia)
+        + QStringLiteral(" AND H.FK_CATEGORIA = ") + id(fkCategoria) + inRange(quantita);
     if (netti) {
         if (fkProdotto <= 0)
             return;
-        const QVariantList row = firstRow(
-            QStringLiteral("SELECT R.PREZZO FROM (((CatScVenditaProd R INNER JOIN CatScProdVendita H ON R.FK_CatScVenditeProd = H.RID) "
-                           "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC ON H.FK_FASCIA = FC.RID) "
-                           "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
-                + id(fkProdotto) + conditions,
-            procedure);
+        const QVariantList row =
+            firstRow(QStringLiteral("SELECT R.PREZZO FROM (((CatScVenditaProd R INNER JOIN CatScProdVendita H ON "
+                                    "R.FK_CatScVenditeProd = H.RID) "
+                                    "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti "
+                                    "FC ON H.FK_FASCIA = FC.RID) "
+                                    "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
+                         + id(fkProdotto) + conditions,
+                     procedure);
         if (!row.isEmpty())
             writeNetPrice(riga, row.at(0), d);
         return;
     }
     writeRangeDiscounts(riga,
-                        QStringLiteral("((CatScVenditeSconti R INNER JOIN CatScVendita H ON R.FK_CatScVendite = H.RID) "
-                                       "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC "
-                                       "ON H.FK_FASCIA = FC.RID"),
+                        QStringLiteral(
+                            "((CatScVenditeSconti R INNER JOIN CatScVendita H ON R.FK_CatScVendite = H.RID) "
+                            "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN FasceClienti FC "
+                            "ON H.FK_FASCIA = FC.RID"),
                         fkMarca, conditions, procedure);
 }
 
-void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single quantita, int fkProdotto, bool& done, CampiRiga& riga,
-                       const DocumentoPrezzi& d)
+void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single quantita, int fkProdotto, bool& done,
+                       CampiRiga& riga, const DocumentoPrezzi& d)
 {
     const char* procedure = "setScontiAcquisto";
     // The head is looked for on the discount heads, net prices included.
-    const int fornitore = headKey(QStringLiteral("CatScAcquisto"), QStringLiteral("FK_FORNITORE"),
-                                  QStringLiteral("FK_CATEGORIA = ") + id(fkCategoria) + QStringLiteral(" AND FK_MARCA = ") + id(fkMarca),
-                                  fkFornitore, true, procedure);
+    const int fornitore =
+        headKey(QStringLiteral("CatScAcquisto"), QStringLiteral("FK_FORNITORE"),
+                QStringLiteral("FK_CATEGORIA = ") + id(fkCategoria) + QStringLiteral(" AND FK_MARCA = ") + id(fkMarca),
+                fkFornitore, true, procedure);
     if (fkCategoria < 1 || fornitore < 1)
         return;
     done = true;
-    const QString conditions = QStringLiteral(" AND H.FK_FORNITORE = ") + id(fornitore) + QStringLiteral(" AND H.FK_CATEGORIA = ")
-        + id(fkCategoria) + inRange(quantita);
+    const QString conditions = QStringLiteral(" AND H.FK_FORNITORE = ") + id(fornitore)
+        + QStringLiteral(" AND H.FK_CATEGORIA = ") + id(fkCategoria) + inRange(quantita);
     if (fkCategoria == d.catPrezziNetti) {
         if (fkProdotto <= 0)
             return;
-        const QVariantList row = firstRow(
-            QStringLiteral("SELECT R.PREZZO FROM (((CatScAcquistoProd R INNER JOIN CatScProdAcquisto H ON R.FK_CatScProdAcquisto = H.RID) "
-                           "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A ON H.FK_FORNITORE = A.RID) "
-                           "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
-                + id(fkProdotto) + conditions,
-            procedure);
+        const QVariantList row =
+            firstRow(QStringLiteral("SELECT R.PREZZO FROM (((CatScAcquistoProd R INNER JOIN CatScProdAcquisto H ON "
+                                    "R.FK_CatScProdAcquisto = H.RID) "
+                                    "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche "
+                                    "A ON H.FK_FORNITORE = A.RID) "
+                                    "INNER JOIN Prodotti P ON H.FK_PRODOTTO = P.RID WHERE H.FK_PRODOTTO = ")
+                         + id(fkProdotto) + conditions,
+                     procedure);
         if (!row.isEmpty())
             writeNetPrice(riga, row.at(0), d);
         return;
     }
     writeRangeDiscounts(riga,
-                        QStringLiteral("((CatScAcquistoSconti R INNER JOIN CatScAcquisto H ON R.FK_CatScAcquisto = H.RID) "
-                                       "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A "
-                                       "ON H.FK_FORNITORE = A.RID"),
+                        QStringLiteral(
+                            "((CatScAcquistoSconti R INNER JOIN CatScAcquisto H ON R.FK_CatScAcquisto = H.RID) "
+                            "INNER JOIN CategorieSconti CS ON H.FK_CATEGORIA = CS.RID) INNER JOIN Anagrafiche A "
+                            "ON H.FK_FORNITORE = A.RID"),
                         fkMarca, conditions, procedure);
 }

@@ -12,27 +12,31 @@
 // The side of a document and what the row form keeps between calls.
 struct DocumentoPrezzi
 {
-    int tipoOrigine = 0;           // 1 customer, 2 supplier, 3 warehouse
+    int tipoOrigine = 0; // 1 customer, 2 supplier, 3 warehouse
     int tipoDestinazione = 0;
-    int origine = 0;               // RID of the counterparty or warehouse on each side
+    int origine = 0; // RID of the counterparty or warehouse on each side
     int destinazione = 0;
-    int lblPos = 0;                // position of the row under edit; 0 for a new row
-    Single quantita = 0;           // txtQuantita
-    Currency scontoControparte;    // the counterparty's general discount, kept by the form
-    int catPrezziNetti = 0;        // option CatPrezziNetti
-    int decimaliDopo = 2;          // option DecimaliDopo
+    int lblPos = 0;             // position of the row under edit; 0 for a new row
+    Single quantita = 0;        // txtQuantita
+    Currency scontoControparte; // the counterparty's general discount, kept by the form
+    int catPrezziNetti = 0;     // option CatPrezziNetti
+    int decimaliDopo = 2;       // option DecimaliDopo
 };
 
 // The price and discount fields of the row under edit.
 struct CampiRiga
 {
-    enum class Colore { Normale, Rosso, Blu };
+    enum class Colore {
+        Normale,
+        Rosso,
+        Blu
+    };
     QString txtPrezzoListino;
     QString txtSconto1;
     QString txtSconto2;
     QString txtSconto3;
     Colore colorePrezzo = Colore::Normale;
-    QString ultimoPrezzo;          // the text last written to the price, restored when emptied
+    QString ultimoPrezzo; // the text last written to the price, restored when emptied
 };
 
 // The counterparty's list (LISTINO1..4, list 1 when unset or 0), its
@@ -58,7 +62,7 @@ int getFasciaCliente(int fkAnagrafe);
 void setSconti(int fkProdotto, bool force, bool& done, CampiRiga& riga, const DocumentoPrezzi& documento);
 
 // The ranges of one side (category, brand, counterparty, quantity, product).
-void setScontiVendita(int fkCategoria, int fkMarca, int fkCliente, Single quantita, int fkProdotto, bool& done, CampiRiga& riga,
-                      const DocumentoPrezzi& documento);
-void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single quantita, int fkProdotto, bool& done, CampiRiga& riga,
-                       const DocumentoPrezzi& documento);
+void setScontiVendita(int fkCategoria, int fkMarca, int fkCliente, Single quantita, int fkProdotto, bool& done,
+                      CampiRiga& riga, const DocumentoPrezzi& documento);
+void setScontiAcquisto(int fkCategoria, int fkMarca, int fkFornitore, Single quantita, int fkProdotto, bool& done,
+                       CampiRiga& riga, const DocumentoPrezzi& documento);

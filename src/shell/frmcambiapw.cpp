@@ -1,7 +1,7 @@
 #include "shell/frmcambiapw.h"
 
-#include "core/dialogservice.h"
 #include "common/msgbox.h"
+#include "core/dialogservice.h"
 #include "core/optionstore.h"
 #include "core/passwordchange.h"
 

@@ -23,10 +23,9 @@ frmInformazioni::frmInformazioni(QWidget* parent)
     auto* text = new QLabel(this);
     text->setObjectName(QStringLiteral("lblInfo"));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    text->setText(QStringLiteral("Soluzione Gestionale per le Imprese\n")
-                  + QStringLiteral("Versione ") + versionText() + QStringLiteral("\n\n")
-                  + QStringLiteral("DataBase: ") + gSession().strDescrizioneDB + QLatin1Char('\n')
-                  + QStringLiteral("Cartella del programma: ") + programFolder() + QLatin1Char('\n')
+    text->setText(QStringLiteral("Soluzione Gestionale per le Imprese\n") + QStringLiteral("Versione ") + versionText()
+                  + QStringLiteral("\n\n") + QStringLiteral("DataBase: ") + gSession().strDescrizioneDB
+                  + QLatin1Char('\n') + QStringLiteral("Cartella del programma: ") + programFolder() + QLatin1Char('\n')
                   + QStringLiteral("Qt ") + QString::fromLatin1(qVersion()));
     auto* cmdOK = new QPushButton(QStringLiteral("OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));

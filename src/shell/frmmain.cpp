@@ -1,22 +1,22 @@
 #include "shell/frmmain.h"
 
 #include "common/apphome.h"
+#include "common/errorlog.h"
+#include "common/italiantext.h"
+#include "common/msgbox.h"
 #include "core/appinfo.h"
 #include "core/dialogservice.h"
 #include "core/documentmenu.h"
-#include "common/errorlog.h"
-#include "shell/frmsplash.h"
-#include "shell/helpfiles.h"
-#include "common/italiantext.h"
-#include "common/msgbox.h"
 #include "core/optionstore.h"
 #include "core/screenregistry.h"
 #include "data/session.h"
+#include "shell/frmsplash.h"
+#include "shell/helpfiles.h"
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QDialog>
 #include <QDateTime>
+#include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
@@ -37,7 +37,7 @@ struct ToolButton
 {
     const char* key;
     const char* tooltip;
-    const char* command;   // the menu item it stands for
+    const char* command; // the menu item it stands for
     const char* icon;
 };
 
@@ -59,10 +59,7 @@ const ToolButton kToolButtons[] = {
 // The first document item keeps the place of "(Nessun Documento)".
 const QString kFirstDocumentItem = QStringLiteral("mnudocumento_3");
 
-QString plainCaption(QString caption)
-{
-    return caption.remove(QLatin1Char('&'));
-}
+QString plainCaption(QString caption) { return caption.remove(QLatin1Char('&')); }
 
 } // namespace
 
@@ -128,7 +125,8 @@ void frmMain::setToolbar()
         const QString key = QString::fromLatin1(button.key);
         if (key == QLatin1String("Ordini") && !printShopMode())
             continue;
-        QAction* action = m_tlbMain->addAction(menuIcon(QString::fromLatin1(button.icon)), QString::fromUtf8(button.tooltip));
+        QAction* action =
+            m_tlbMain->addAction(menuIcon(QString::fromLatin1(button.icon)), QString::fromUtf8(button.tooltip));
         action->setObjectName(key);
         action->setToolTip(QString::fromUtf8(button.tooltip));
         const QString command = QString::fromLatin1(button.command);
@@ -142,7 +140,8 @@ void frmMain::setToolbar()
         }
     }
     if (!counterSalesProgram().isEmpty()) {
-        QAction* action = m_tlbMain->addAction(menuIcon(QStringLiteral("VenditaBanco")), QStringLiteral("Vendita al Banco"));
+        QAction* action =
+            m_tlbMain->addAction(menuIcon(QStringLiteral("VenditaBanco")), QStringLiteral("Vendita al Banco"));
         action->setObjectName(QStringLiteral("VenditaBanco"));
         connect(action, &QAction::triggered, this, &frmMain::launchCounterSales);
     }
@@ -192,7 +191,8 @@ void frmMain::fillMenuDocumenti()
             addDropDown(entry.descrizione, documentMenuKey(entry.rid));
         QAction* item = first;
         if (i > 0) {
-            item = m_menu.addItem(documenti, QStringLiteral("mnudocumento_") + QString::number(i + 3), entry.descrizione);
+            item =
+                m_menu.addItem(documenti, QStringLiteral("mnudocumento_") + QString::number(i + 3), entry.descrizione);
             connect(item, &QAction::triggered, this, [this, item] { runCommand(item->objectName()); });
             m_documentItems.append(item);
         }
@@ -335,7 +335,8 @@ void frmMain::setStatusBar()
 void frmMain::updateClock()
 {
     const QDateTime now = QDateTime::currentDateTime();
-    m_panelClock->setText(formatDate(now.date()) + QStringLiteral(" - ") + now.time().toString(QStringLiteral("HH:mm:ss")));
+    m_panelClock->setText(formatDate(now.date()) + QStringLiteral(" - ")
+                          + now.time().toString(QStringLiteral("HH:mm:ss")));
 }
 
 void frmMain::rebuildWindowList()
@@ -352,7 +353,8 @@ void frmMain::rebuildWindowList()
     menu->addSeparator();
     for (qsizetype i = 0; i < windows.size(); ++i) {
         QMdiSubWindow* window = windows.at(i);
-        QAction* action = menu->addAction(QStringLiteral("&") + QString::number(i + 1) + QLatin1Char(' ') + window->windowTitle());
+        QAction* action =
+            menu->addAction(QStringLiteral("&") + QString::number(i + 1) + QLatin1Char(' ') + window->windowTitle());
         action->setCheckable(true);
         action->setChecked(window == m_mdiMain->activeSubWindow());
         connect(action, &QAction::triggered, this, [this, window] {
@@ -381,7 +383,9 @@ void frmMain::bringForward()
 void frmMain::closeEvent(QCloseEvent* event)
 {
     if (!gError().inError()
-        && msgBox(QStringLiteral("Terminare l'esecuzione del programma?"), vb::YesNo | vb::Question | vb::DefaultButton1) != vb::Yes) {
+        && msgBox(QStringLiteral("Terminare l'esecuzione del programma?"),
+                  vb::YesNo | vb::Question | vb::DefaultButton1)
+            != vb::Yes) {
         event->ignore();
         return;
     }

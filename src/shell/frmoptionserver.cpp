@@ -1,8 +1,8 @@
 #include "shell/frmoptionserver.h"
 
-#include "data/connectionstring.h"
-#include "core/dialogservice.h"
 #include "common/msgbox.h"
+#include "core/dialogservice.h"
+#include "data/connectionstring.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
 
@@ -135,7 +135,10 @@ frmOptionServer::frmOptionServer(QWidget* parent)
     setMinimumWidth(620);
 
     for (QRadioButton* option : {m_optMySql, m_optSqlServer, m_optAccess})
-        connect(option, &QRadioButton::toggled, this, [this](bool on) { if (on) onTipoServerChosen(); });
+        connect(option, &QRadioButton::toggled, this, [this](bool on) {
+            if (on)
+                onTipoServerChosen();
+        });
     connect(cmdSfoglia, &QPushButton::clicked, this, &frmOptionServer::onSfoglia);
     connect(cmdRefresh, &QPushButton::clicked, this, &frmOptionServer::systemDSNs);
     connect(cmdODBC, &QPushButton::clicked, this, &frmOptionServer::onODBC);
@@ -169,7 +172,9 @@ int frmOptionServer::chosenTipoServer() const
 
 void frmOptionServer::selectTipoServer(int tipo)
 {
-    QRadioButton* option = tipo == TipoServer::MySql ? m_optMySql : tipo == TipoServer::SqlServer ? m_optSqlServer : m_optAccess;
+    QRadioButton* option = tipo == TipoServer::MySql ? m_optMySql
+        : tipo == TipoServer::SqlServer              ? m_optSqlServer
+                                                     : m_optAccess;
     if (option->isChecked())
         onTipoServerChosen();
     else
@@ -250,8 +255,10 @@ void frmOptionServer::onSfoglia()
         return;
     m_txtFileDBAccess->setText(file);
     validaStringaDNS();
-    if (msgBox(QStringLiteral("Aggiornare automaticamente il percorso dei report di stampa?"), vb::YesNo | vb::Question) == vb::Yes)
-        m_txtReportPath->setText(QDir(QFileInfo(file).absolutePath()).filePath(QStringLiteral("AccessReports")) + QLatin1Char('/'));
+    if (msgBox(QStringLiteral("Aggiornare automaticamente il percorso dei report di stampa?"), vb::YesNo | vb::Question)
+        == vb::Yes)
+        m_txtReportPath->setText(QDir(QFileInfo(file).absolutePath()).filePath(QStringLiteral("AccessReports"))
+                                 + QLatin1Char('/'));
 }
 
 void frmOptionServer::onODBC()
@@ -271,8 +278,9 @@ void frmOptionServer::saveServerSettings()
     const int tipo = chosenTipoServer();
     gSession().tipoServer = tipo;
     validaStringaDNS();
-    ::saveServerSettings(tipo, {oneLine(m_txtConnectionString->toPlainText()), m_txtReportPath->text().trimmed(),
-                                m_txtReportConnect->text().trimmed()});
+    ::saveServerSettings(tipo,
+                         {oneLine(m_txtConnectionString->toPlainText()), m_txtReportPath->text().trimmed(),
+                          m_txtReportConnect->text().trimmed()});
     m_saved = true;
     QString text = QStringLiteral("Le impostazioni correnti sono state salvate.");
     if (!m_duringStart)

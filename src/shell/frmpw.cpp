@@ -1,10 +1,10 @@
 #include "shell/frmpw.h"
 
-#include "shell/frmoptionserver.h"
-#include "data/connectionstring.h"
 #include "core/serversettings.h"
+#include "data/connectionstring.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
+#include "shell/frmoptionserver.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,8 +21,9 @@ frmPw::frmPw(QWidget* parent)
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 
     auto* icon = new QLabel(this);
-    icon->setPixmap(QIcon::fromTheme(QStringLiteral("system-lock-screen"),
-                                     style()->standardIcon(QStyle::SP_MessageBoxInformation)).pixmap(48, 48));
+    icon->setPixmap(
+        QIcon::fromTheme(QStringLiteral("system-lock-screen"), style()->standardIcon(QStyle::SP_MessageBoxInformation))
+            .pixmap(48, 48));
     auto* prompt = new QLabel(QStringLiteral("Inserire la password di accesso"), this);
     m_txtPassword = new QLineEdit(this);
     m_txtPassword->setObjectName(QStringLiteral("txtPassword"));
@@ -76,10 +77,7 @@ void frmPw::reject()
     QDialog::reject();
 }
 
-QString frmPw::password() const
-{
-    return m_txtPassword->text();
-}
+QString frmPw::password() const { return m_txtPassword->text(); }
 
 void frmPw::showDatabase()
 {

@@ -61,12 +61,6 @@ void frmSplash::addInfo(const QString& text)
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
-QString frmSplash::info() const
-{
-    return m_lblInfo->text();
-}
+QString frmSplash::info() const { return m_lblInfo->text(); }
 
-void frmSplash::closeIt()
-{
-    m_tmrUnload->start();
-}
+void frmSplash::closeIt() { m_tmrUnload->start(); }

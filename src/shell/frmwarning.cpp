@@ -1,7 +1,7 @@
 #include "shell/frmwarning.h"
 
-#include "core/dialogservice.h"
 #include "common/msgbox.h"
+#include "core/dialogservice.h"
 
 #include <QApplication>
 #include <QFormLayout>
@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
+
 #include <cstdlib>
 
 namespace {
@@ -54,8 +55,8 @@ frmWarning::frmWarning(const ErrorReport& report, QWidget* parent)
     m_lblOrigine = new QLabel(report.source, this);
     m_lblOrigine->setObjectName(QStringLiteral("lblOrigine"));
     m_lblOrigine->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    const QString information = report.information.trimmed().isEmpty() ? QStringLiteral("Nessuna Informazione.")
-                                                                        : report.information;
+    const QString information =
+        report.information.trimmed().isEmpty() ? QStringLiteral("Nessuna Informazione.") : report.information;
     m_txtAvanzate = readOnlyText(QStringLiteral("txtAvanzate"), information, 8, this);
 
     auto* shortForm = new QFormLayout;
@@ -106,10 +107,7 @@ frmWarning::frmWarning(const ErrorReport& report, QWidget* parent)
     m_txtDescrizione->setMinimumWidth(420);
 }
 
-bool frmWarning::isLong() const
-{
-    return !m_longPart->isHidden();
-}
+bool frmWarning::isLong() const { return !m_longPart->isHidden(); }
 
 void frmWarning::toggleAvanzate()
 {
@@ -118,10 +116,7 @@ void frmWarning::toggleAvanzate()
     m_cmdAvanzate->setText(toLong ? kRipristina : kAvanzate);
 }
 
-void frmWarning::reject()
-{
-    done(1);
-}
+void frmWarning::reject() { done(1); }
 
 void frmWarning::install()
 {

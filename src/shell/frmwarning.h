@@ -27,7 +27,7 @@ public:
     static void install();
 
 public Q_SLOTS:
-    void reject() override;   // Esc and the close button go on, like OK
+    void reject() override; // Esc and the close button go on, like OK
 
 private:
     void toggleAvanzate();

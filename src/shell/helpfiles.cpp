@@ -8,10 +8,7 @@
 #include <QFileInfo>
 
 // The pages are compiled into a static library: register them explicitly.
-static void initHelpResource()
-{
-    Q_INIT_RESOURCE(help);
-}
+static void initHelpResource() { Q_INIT_RESOURCE(help); }
 
 namespace {
 void writeIfChanged(const QString& resource, const QString& target)

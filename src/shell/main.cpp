@@ -1,7 +1,7 @@
 // prgOrvantis: the program's entry point. The command-line jobs run without
 // screens; everything else starts the application.
-#include "shell/shellapp.h"
 #include "core/startup.h"
+#include "shell/shellapp.h"
 
 #include <QApplication>
 #include <QTextStream>

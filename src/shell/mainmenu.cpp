@@ -9,14 +9,15 @@ namespace {
 MenuNode item(const char* name, const char* caption, const char* icon = "", const char* screen = "",
               const QVariant& argument = QVariant())
 {
-    return {QString::fromUtf8(name), QString::fromUtf8(caption), QString::fromUtf8(icon), QString::fromUtf8(screen),
-            argument, {}};
+    return {QString::fromUtf8(name),
+            QString::fromUtf8(caption),
+            QString::fromUtf8(icon),
+            QString::fromUtf8(screen),
+            argument,
+            {}};
 }
 
-MenuNode separator(const char* name = "")
-{
-    return item(name, "-");
-}
+MenuNode separator(const char* name = "") { return item(name, "-"); }
 
 MenuNode submenu(const char* name, const char* caption, const char* icon, QList<MenuNode> children)
 {
@@ -28,9 +29,18 @@ MenuNode submenu(const char* name, const char* caption, const char* icon, QList<
 // The items of "Altre Tabelle": each opens the table editor on its own table.
 QList<MenuNode> altreTabelle()
 {
-    const char* captions[] = {"&Colori", "Co&nfezioni", "&Formato Carta", "Fo&rmato Finestra",
-                              "&Gruppi Merceologici", "Ca&tegorie Merceologiche", "&Magazzini", "&Spedizioni",
-                              "Ma&rche", "Ce&ntri di costo", "&Unità di misure", "&Aspetto esteriore beni",
+    const char* captions[] = {"&Colori",
+                              "Co&nfezioni",
+                              "&Formato Carta",
+                              "Fo&rmato Finestra",
+                              "&Gruppi Merceologici",
+                              "Ca&tegorie Merceologiche",
+                              "&Magazzini",
+                              "&Spedizioni",
+                              "Ma&rche",
+                              "Ce&ntri di costo",
+                              "&Unità di misure",
+                              "&Aspetto esteriore beni",
                               "Cau&sali di trasporto"};
     QList<MenuNode> nodes;
     for (int i = 0; i < int(std::size(captions)); ++i) {
@@ -56,7 +66,8 @@ QList<MenuNode> buildTree()
                  separator("mnuSeptab1"),
                  item("mnuTipiDocumenti", "&Tipi di Documento", "Tipodoc", "frmTipoDocumento"),
                  item("mnuIva", "Aliquote &Iva", "IVA", "frmIva"),
-                 item("mnuFasceClienti", "&Fasce Clienti", "Generic", "frmSimpleForm", QStringLiteral("mnuFasceClienti")),
+                 item("mnuFasceClienti", "&Fasce Clienti", "Generic", "frmSimpleForm",
+                      QStringLiteral("mnuFasceClienti")),
                  item("mnuCatSconti", "Categorie &Sconti", "Catsco", "frmCategorieSconti"),
                  item("mnuScontiImmediati", "Sco&nti Immediati", "ScoImm", "frmScontiImmediati"),
                  item("mnuCollezioni", "Colle&zioni", "Generic", "frmSimpleForm", QStringLiteral("mnuCollezioni")),
@@ -72,8 +83,7 @@ QList<MenuNode> buildTree()
         submenu("mnuDocumenti", "&Documenti", "Movimenti",
                 {item("mnudocumento_0", "&Creazione guidata Documenti", "Wizard", "frmDocumentiWizard"),
                  item("mnudocumento_1", "&Seleziona Documento esistente...", "Anteprima", "frmSelezionaDocumento"),
-                 separator("mnudocumento_2"),
-                 item("mnudocumento_3", "(Nessun Documento)")}),
+                 separator("mnudocumento_2"), item("mnudocumento_3", "(Nessun Documento)")}),
         submenu("mnuEstratti", "&Estratti Conto", "Estratto",
                 {item("mnuEstrattoClienti", "&Cliente", "EstrattoC", "frmEstrattoConto", QStringLiteral("C")),
                  item("mnuEstrattoFornitore", "&Fornitore", "EstrattoF", "frmEstrattoConto", QStringLiteral("F")),
@@ -98,8 +108,7 @@ QList<MenuNode> buildTree()
                  item("mnuSellOut", "Sell &Out", "SellOut", "frmSellOut")}),
         submenu("mnuStrumenti", "&Strumenti", "",
                 {item("mnuOpzioni", "Opzioni Generali", "Opzioni", "frmOpzioni"),
-                 item("optServer", "Opzioni Server", "Opzioniserver", "frmOptionServer"),
-                 separator(),
+                 item("optServer", "Opzioni Server", "Opzioniserver", "frmOptionServer"), separator(),
                  item("mnuDocWizard", "&Creazione guidata Movimenti/Documenti", "Wizard", "frmDocumentiWizard"),
                  item("mnuStampaBarCode", "&Stampa Codici a Barre", "BarCode", "frmStampaBarCode"),
                  item("mnuVariazionePrezziProdotti", "&Variazione Prezzi Prodotti", "", "frmVariazionePrezzi"),
@@ -107,8 +116,7 @@ QList<MenuNode> buildTree()
                  item("mnuImportaProdotti", "I&mporta Anagrafica Prodotti", "Prodotti", "frmImportazioneProdotti"),
                  item("mnuRicalcoloGiacenze", "&Ricalcolo giacenze", "Ricalcolo", "frmRicalcoloGiacenze"),
                  submenu("mnuDiagnostica", "&Avanzate", "Altre",
-                         {item("mnuComputerList", "&Connessioni di rete attive", "", "frmComputerList"),
-                          separator(),
+                         {item("mnuComputerList", "&Connessioni di rete attive", "", "frmComputerList"), separator(),
                           item("mnuDBCompact", "Compatta &DataBase", "", "compattaDataBase"),
                           item("mnuDBBackup", "&Esegui il Backup del DataBase", "", "backupDataBase"),
                           item("mnuRpristinaBackup", "&Ripristina Backup", "", "ripristinaBackup"),
@@ -120,14 +128,12 @@ QList<MenuNode> buildTree()
                                         "ripristinaCampiDB")}),
                           separator(),
                           item("mnuGeneraBarCode", "&Genera BarCode", "", "frmGeneraBarCodeIntoProdotti")}),
-                 separator("mnuSep"),
-                 item("mnuCambiaPW", "Cambia &Password", "Password", "frmCambiaPW")}),
+                 separator("mnuSep"), item("mnuCambiaPW", "Cambia &Password", "Password", "frmCambiaPW")}),
         submenu("mnuWindow", "&Finestre", "", {}),
         submenu("mnuGuida", "&Guida", "",
                 {item("mnuHelpIndex", "Indice della &Guida", "", "help", QStringLiteral("indice")),
                  item("mnuSommario", "&Sommario", "", "help", QStringLiteral("sommario")),
-                 item("mnuTrovaArgomento", "&Trova argomento", "", "help", QStringLiteral("argomenti")),
-                 separator(),
+                 item("mnuTrovaArgomento", "&Trova argomento", "", "help", QStringLiteral("argomenti")), separator(),
                  item("mnuInfo", "Informazioni su...", "Informazioni", "frmInformazioni"),
                  item("mnuCheckUpgrade", "&Verifica aggiornamenti", "", "checkUpgrade")}),
     };

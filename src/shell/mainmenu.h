@@ -14,11 +14,11 @@ class QMenuBar;
 
 struct MenuNode
 {
-    QString name;          // the control name; an array element is name_index
-    QString caption;       // "-" for a separator
-    QString icon;          // image key, see menuIcon()
-    QString screen;        // the screen the item opens, empty for none
-    QVariant argument;     // passed to the screen
+    QString name;      // the control name; an array element is name_index
+    QString caption;   // "-" for a separator
+    QString icon;      // image key, see menuIcon()
+    QString screen;    // the screen the item opens, empty for none
+    QVariant argument; // passed to the screen
     QList<MenuNode> children;
 };
 

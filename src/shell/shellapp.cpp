@@ -1,20 +1,20 @@
 #include "shell/shellapp.h"
 
 #include "common/apphome.h"
-#include "data/cadosqlserver.h"
+#include "common/msgbox.h"
 #include "core/dialogservice.h"
+#include "core/screenregistry.h"
+#include "core/startup.h"
+#include "data/cadosqlserver.h"
 #include "data/driver.h"
-#include "shell/frmmain.h"
+#include "masterdata/masterdatascreens.h"
+#include "screens/framework/appearance.h"
 #include "screens/framework/frameworkscreens.h"
 #include "screens/framework/frmselectelement.h"
+#include "shell/frmmain.h"
 #include "shell/frmwarning.h"
-#include "screens/framework/appearance.h"
-#include "masterdata/masterdatascreens.h"
-#include "common/msgbox.h"
-#include "core/screenregistry.h"
 #include "shell/shellscreens.h"
 #include "shell/startsequence.h"
-#include "core/startup.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -27,10 +27,7 @@
 #include <QTranslator>
 
 // The icon is compiled into a static library: register it explicitly.
-static void initIconResource()
-{
-    Q_INIT_RESOURCE(orvantis);
-}
+static void initIconResource() { Q_INIT_RESOURCE(orvantis); }
 
 namespace {
 
@@ -50,7 +47,8 @@ int takeScreenshot(frmMain& main, const StartOptions& options)
         QWidget* screen = main.showScreenForPicture(options.open);
         if (!screen) {
             QTextStream(stderr) << "Schermata sconosciuta: " << options.open << '\n'
-                                << "Schermate disponibili: " << screens::registeredScreens().join(QStringLiteral(", ")) << '\n';
+                                << "Schermate disponibili: " << screens::registeredScreens().join(QStringLiteral(", "))
+                                << '\n';
             return 2;
         }
         if (screen->isWindow())
@@ -88,8 +86,8 @@ void setupDesktop()
 
     // Some platforms (offscreen among them) know no icon folders of their own.
     QStringList iconPaths = QIcon::themeSearchPaths();
-    const QStringList dataIcons =
-        QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, QStringLiteral("icons"), QStandardPaths::LocateDirectory);
+    const QStringList dataIcons = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                                            QStringLiteral("icons"), QStandardPaths::LocateDirectory);
     for (const QString& path : dataIcons) {
         if (!iconPaths.contains(path))
             iconPaths.append(path);

@@ -1,17 +1,17 @@
 #include "shell/shellscreens.h"
 
+#include "core/screenregistry.h"
 #include "shell/frmcambiapw.h"
 #include "shell/frminformazioni.h"
 #include "shell/frmoptionserver.h"
 #include "shell/frmpw.h"
-#include "core/screenregistry.h"
 
 namespace {
-template<typename Dialog>
-void registerDialog(const QString& name)
+template <typename Dialog> void registerDialog(const QString& name)
 {
-    screens::registerScreen(name, {screens::Kind::Dialog,
-                                   [](QWidget* parent, const QVariant&) -> QWidget* { return new Dialog(parent); }, true});
+    screens::registerScreen(name,
+                            {screens::Kind::Dialog,
+                             [](QWidget* parent, const QVariant&) -> QWidget* { return new Dialog(parent); }, true});
 }
 } // namespace
 

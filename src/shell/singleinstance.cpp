@@ -14,13 +14,13 @@ const QByteArray kRaise = QByteArrayLiteral("raise\n");
 SingleInstance::SingleInstance(const QString& key, QObject* parent)
     : QObject(parent)
     , m_name(key)
-{
-}
+{ }
 
 QString SingleInstance::keyForProgramFolder()
 {
     const QByteArray who = qgetenv("USER") + '|' + QDir(programFolder()).canonicalPath().toUtf8();
-    return QStringLiteral("prgOrvantis-") + QString::fromLatin1(QCryptographicHash::hash(who, QCryptographicHash::Sha1).toHex().left(16));
+    return QStringLiteral("prgOrvantis-")
+        + QString::fromLatin1(QCryptographicHash::hash(who, QCryptographicHash::Sha1).toHex().left(16));
 }
 
 bool SingleInstance::askRunningCopy()

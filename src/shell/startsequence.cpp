@@ -1,21 +1,21 @@
 #include "shell/startsequence.h"
 
+#include "common/msgbox.h"
 #include "core/appinfo.h"
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "core/dialogservice.h"
+#include "core/optionstore.h"
+#include "core/passwordchange.h"
+#include "core/serversettings.h"
+#include "core/startup.h"
+#include "data/cadosqlserver.h"
+#include "data/scoped.h"
+#include "data/session.h"
 #include "shell/frmmain.h"
 #include "shell/frmoptionserver.h"
 #include "shell/frmpw.h"
 #include "shell/frmsplash.h"
 #include "shell/helpfiles.h"
-#include "common/msgbox.h"
-#include "core/optionstore.h"
-#include "core/passwordchange.h"
-#include "core/serversettings.h"
-#include "data/session.h"
 #include "shell/singleinstance.h"
-#include "core/startup.h"
 
 #include <QApplication>
 #include <QPrinterInfo>
@@ -23,8 +23,7 @@
 
 StartSequence::StartSequence(ShellOptions options)
     : m_options(std::move(options))
-{
-}
+{ }
 
 StartSequence::~StartSequence() = default;
 
@@ -35,7 +34,7 @@ std::unique_ptr<frmMain> StartSequence::run()
     m_instance = std::make_unique<SingleInstance>(
         m_options.instanceKey.isEmpty() ? SingleInstance::keyForProgramFolder() : m_options.instanceKey);
     if (!m_instance->claim()) {
-        m_exitCode = 0;   // the running copy has come forward
+        m_exitCode = 0; // the running copy has come forward
         return nullptr;
     }
 

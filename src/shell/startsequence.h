@@ -3,6 +3,7 @@
 // database, login, option globals, main window.
 
 #include <QString>
+
 #include <memory>
 
 class frmMain;
@@ -11,11 +12,11 @@ class SingleInstance;
 
 struct ShellOptions
 {
-    bool hasPassword = false;   // --password TEXT answers the login
+    bool hasPassword = false; // --password TEXT answers the login
     QString password;
-    bool interactive = true;    // false: nobody to ask (--screenshot); failures end the run
-    int pauseMs = 1000;         // the pause with the splash after the connection test
-    QString instanceKey;        // the one-copy key; empty: this user and program folder
+    bool interactive = true; // false: nobody to ask (--screenshot); failures end the run
+    int pauseMs = 1000;      // the pause with the splash after the connection test
+    QString instanceKey;     // the one-copy key; empty: this user and program folder
 };
 
 class StartSequence
@@ -41,5 +42,5 @@ private:
     std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<frmSplash> m_splash;
     int m_exitCode = 0;
-    bool m_mayCreateDatabase = false;   // a missing file database may be made from the model
+    bool m_mayCreateDatabase = false; // a missing file database may be made from the model
 };

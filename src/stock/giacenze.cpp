@@ -1,39 +1,31 @@
 #include "stock/giacenze.h"
 
-#include "data/scoped.h"
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
-#include "data/recordset.h"
-#include "data/sqlliteral.h"
 #include "common/valuecheck.h"
+#include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/scoped.h"
+#include "data/sqlliteral.h"
 
 #include <QDate>
+
 #include <algorithm>
 #include <optional>
 
 namespace {
 
-QString tag(const char* procedure)
-{
-    return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure);
-}
+QString tag(const char* procedure) { return QStringLiteral("bOrvantisCommon.") + QLatin1String(procedure); }
 
 // A Single as SQL reads it: its seven significant digits, a dot for decimals.
-QString singleSql(Single value)
-{
-    return plainTextSingleIt(value).replace(QLatin1Char(','), QLatin1Char('.'));
-}
+QString singleSql(Single value) { return plainTextSingleIt(value).replace(QLatin1Char(','), QLatin1Char('.')); }
 
-QString amountSql(Currency value)
-{
-    return getSqlNumber(value.toPlainString());
-}
+QString amountSql(Currency value) { return getSqlNumber(value.toPlainString()); }
 
 QString rowWhere(int fkProdotto, int fkMagazzino)
 {
-    return QStringLiteral(" WHERE FK_PRODOTTO = ") + QString::number(fkProdotto) + QStringLiteral(" AND FK_MAGAZZINO = ")
-        + QString::number(fkMagazzino);
+    return QStringLiteral(" WHERE FK_PRODOTTO = ") + QString::number(fkProdotto)
+        + QStringLiteral(" AND FK_MAGAZZINO = ") + QString::number(fkMagazzino);
 }
 
 QString lotWhere(int fkProdotto, int fkMagazzino, Currency taglio)
@@ -50,13 +42,15 @@ std::optional<QVariant> firstValue(const QString& sql, const QString& procedureT
 
 // The quantity of a stock row; the row is made with 0 when missing. Nothing
 // when the insert failed.
-std::optional<Single> readOrCreate(int fkProdotto, int fkMagazzino, const QString& where, Currency taglio, const char* procedure)
+std::optional<Single> readOrCreate(int fkProdotto, int fkMagazzino, const QString& where, Currency taglio,
+                                   const char* procedure)
 {
     if (const auto q = firstValue(QStringLiteral("SELECT QUANTITA FROM DettagliProdotto") + where, tag(procedure)))
         return toSingle(getValoreNumerico(*q));
     const bool made = gAdoSqlServer().executeSQL(
-        QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, TAGLIO, QUANTITA) VALUES (") + QString::number(fkProdotto)
-            + QStringLiteral(", ") + QString::number(fkMagazzino) + QStringLiteral(", ") + amountSql(taglio) + QStringLiteral(", 0)"),
+        QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, TAGLIO, QUANTITA) VALUES (")
+            + QString::number(fkProdotto) + QStringLiteral(", ") + QString::number(fkMagazzino) + QStringLiteral(", ")
+            + amountSql(taglio) + QStringLiteral(", 0)"),
         tag(procedure));
     return made ? std::optional<Single>(0) : std::nullopt;
 }
@@ -84,7 +78,8 @@ std::optional<double> amountMoved(Single quantita, Single vecchiaQuantita, int a
 
 QString azioneNonImpostata(const QString& informazioni)
 {
-    return QStringLiteral("Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\rInformazioni:\r - ") + informazioni;
+    return QStringLiteral("Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\rInformazioni:\r - ")
+        + informazioni;
 }
 
 // A stock figure that a posting would push beyond what a quantity holds:
@@ -94,7 +89,8 @@ std::optional<Single> storableQuantity(double value)
     const std::optional<Single> q = toSingleChecked(value);
     if (!q)
         gAdoSqlServer().showAfterTransaction(
-            QStringLiteral("Quantità fuori dai limiti consentiti: la giacenza risultante non può essere registrata."), vb::Exclamation);
+            QStringLiteral("Quantità fuori dai limiti consentiti: la giacenza risultante non può essere registrata."),
+            vb::Exclamation);
     return q;
 }
 
@@ -102,19 +98,21 @@ bool setQuantity(const QString& where, double value, const char* procedure, cons
 {
     const std::optional<Single> q = storableQuantity(value);
     return q
-        && gAdoSqlServer().executeSQL(QStringLiteral("UPDATE DettagliProdotto SET QUANTITA = ") + singleSql(*q) + alsoSet
-                                          + where,
+        && gAdoSqlServer().executeSQL(QStringLiteral("UPDATE DettagliProdotto SET QUANTITA = ") + singleSql(*q)
+                                          + alsoSet + where,
                                       tag(procedure));
 }
 
 // GIACENZA by the sign rules: out of an origin, into a destination; a
 // transfer or a row with no warehouse leaves it alone.
-bool updateGiacenza(int fkProdotto, Single giacenza, double amount, int fkMagazzinoOrig, int fkMagazzinoDest, const char* procedure)
+bool updateGiacenza(int fkProdotto, Single giacenza, double amount, int fkMagazzinoOrig, int fkMagazzinoDest,
+                    const char* procedure)
 {
     const bool origin = fkMagazzinoOrig > 0, destination = fkMagazzinoDest > 0;
     if (origin == destination)
         return true;
-    const std::optional<Single> value = storableQuantity(origin ? double(giacenza) - amount : double(giacenza) + amount);
+    const std::optional<Single> value =
+        storableQuantity(origin ? double(giacenza) - amount : double(giacenza) + amount);
     return value
         && gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Prodotti SET GIACENZA = ") + singleSql(*value)
                                           + QStringLiteral(" WHERE RID = ") + QString::number(fkProdotto),
@@ -127,7 +125,8 @@ bool updateGiacenza(int fkProdotto, Single giacenza, double amount, int fkMagazz
 // what this one wrote. The lock lasts until the caller's transaction ends.
 QString lockingRead(const QString& column, int fkProdotto)
 {
-    return QStringLiteral("SELECT ") + column + QStringLiteral(" FROM Prodotti \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE RID = ")
+    return QStringLiteral("SELECT ") + column
+        + QStringLiteral(" FROM Prodotti \u2022S\u2022WITH (UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE RID = ")
         + QString::number(fkProdotto) + QStringLiteral(" \u2022M\u2022FOR UPDATE\u2022/M\u2022");
 }
 
@@ -141,7 +140,8 @@ Single lockAndReadGiacenza(int fkProdotto, const char* procedure)
 
 Currency getTaglioProdotto(int fkProdotto, int fkMagazzino)
 {
-    const QString head = QStringLiteral("SELECT TOP 1 TAGLIO FROM DettagliProdotto") + rowWhere(fkProdotto, fkMagazzino);
+    const QString head =
+        QStringLiteral("SELECT TOP 1 TAGLIO FROM DettagliProdotto") + rowWhere(fkProdotto, fkMagazzino);
     for (const QString& condition : {QStringLiteral(" AND QUANTITA > 0"), QString()}) {
         const auto taglio = firstValue(head + condition + QStringLiteral(" ORDER BY RID"), tag("getTaglioProdotto"));
         if (taglio)
@@ -152,15 +152,17 @@ Currency getTaglioProdotto(int fkProdotto, int fkMagazzino)
 
 bool getAggiornamentoGiacenzeByProdotto(int fkProdotto)
 {
-    const auto set = firstValue(QStringLiteral("SELECT SETGIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
-                                tag("getAggiornamentoGiacenzeByProdotto"));
+    const auto set =
+        firstValue(QStringLiteral("SELECT SETGIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
+                   tag("getAggiornamentoGiacenzeByProdotto"));
     return set && getChekByBool(*set) != 0;
 }
 
 double getGiacenzaProdottoTotale(int fkProdotto)
 {
-    const auto g = firstValue(QStringLiteral("SELECT GIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
-                              tag("getGiacenzaProdotto"));
+    const auto g =
+        firstValue(QStringLiteral("SELECT GIACENZA FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
+                   tag("getGiacenzaProdotto"));
     return g ? double(toSingle(getValoreNumerico(*g))) : 0.0;
 }
 
@@ -177,13 +179,13 @@ bool bloccaProdotti(QList<int> prodotti)
     return true;
 }
 
-QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione, int fkMagazzinoOrig,
-                         int fkMagazzinoDest, const QString& informazioni, Currency& taglioPrecedente, int& ridRiga,
-                         const OpzioniGiacenza& opzioni)
+QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione,
+                         int fkMagazzinoOrig, int fkMagazzinoDest, const QString& informazioni,
+                         Currency& taglioPrecedente, int& ridRiga, const OpzioniGiacenza& opzioni)
 {
     if (opzioni.prezzoMedio)
-        return aggiornaGiacenzeSimple(quantita, vecchiaQuantita, taglio, fkProdotto, azione, fkMagazzinoOrig, fkMagazzinoDest,
-                                      informazioni, ridRiga, opzioni);
+        return aggiornaGiacenzeSimple(quantita, vecchiaQuantita, taglio, fkProdotto, azione, fkMagazzinoOrig,
+                                      fkMagazzinoDest, informazioni, ridRiga, opzioni);
     if (const QString errore = controllaQuantita(quantita, vecchiaQuantita, informazioni); !errore.isEmpty())
         return errore;
     const char* procedure = "aggiornaGiacenze";
@@ -195,20 +197,25 @@ QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& tagl
     if (taglio < none && fkMagazzinoOrig > 0)
         taglio = getTaglioProdotto(fkProdotto, fkMagazzinoOrig);
     if (taglio < none)
-        return QStringLiteral("Impossibile determinare il taglio.\rManca il riferimento al prezzo di costo del prodotto.\r\r"
-                              "Informazioni: \r - ")
+        return QStringLiteral(
+                   "Impossibile determinare il taglio.\rManca il riferimento al prezzo di costo del prodotto.\r\r"
+                   "Informazioni: \r - ")
             + informazioni;
 
     std::optional<Single> origine, precedente, destinazione;
-    if (fkMagazzinoOrig > 0 && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, lotWhere(fkProdotto, fkMagazzinoOrig, taglio), taglio, procedure)))
+    if (fkMagazzinoOrig > 0
+        && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, lotWhere(fkProdotto, fkMagazzinoOrig, taglio), taglio,
+                                    procedure)))
         return QStringLiteral("#err");
     const bool lotChanged = taglioPrecedente > none && taglioPrecedente != taglio;
     if (fkMagazzinoDest > 0) {
         if (lotChanged
-            && !(precedente = readOrCreate(fkProdotto, fkMagazzinoDest, lotWhere(fkProdotto, fkMagazzinoDest, taglioPrecedente),
-                                           taglioPrecedente, procedure)))
+            && !(precedente =
+                     readOrCreate(fkProdotto, fkMagazzinoDest, lotWhere(fkProdotto, fkMagazzinoDest, taglioPrecedente),
+                                  taglioPrecedente, procedure)))
             return QStringLiteral("#err");
-        if (!(destinazione = readOrCreate(fkProdotto, fkMagazzinoDest, lotWhere(fkProdotto, fkMagazzinoDest, taglio), taglio, procedure)))
+        if (!(destinazione = readOrCreate(fkProdotto, fkMagazzinoDest, lotWhere(fkProdotto, fkMagazzinoDest, taglio),
+                                          taglio, procedure)))
             return QStringLiteral("#err");
     }
     std::optional<double> amount = amountMoved(quantita, vecchiaQuantita, azione);
@@ -220,8 +227,8 @@ QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& tagl
     if (destinazione) {
         if (precedente) {
             // A changed lot: the old quantity leaves the old lot, the whole new one enters the new.
-            if (!setQuantity(lotWhere(fkProdotto, fkMagazzinoDest, taglioPrecedente), double(*precedente) - double(vecchiaQuantita),
-                             procedure))
+            if (!setQuantity(lotWhere(fkProdotto, fkMagazzinoDest, taglioPrecedente),
+                             double(*precedente) - double(vecchiaQuantita), procedure))
                 return QStringLiteral("#err");
             amount = double(quantita);
         }
@@ -244,10 +251,12 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
     const Single giacenza = lockAndReadGiacenza(fkProdotto, procedure);
     std::optional<Single> origine, destinazione;
     if (fkMagazzinoOrig > 0
-        && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, rowWhere(fkProdotto, fkMagazzinoOrig), Currency(), procedure)))
+        && !(origine = readOrCreate(fkProdotto, fkMagazzinoOrig, rowWhere(fkProdotto, fkMagazzinoOrig), Currency(),
+                                    procedure)))
         return QStringLiteral("#err");
     if (fkMagazzinoDest > 0
-        && !(destinazione = readOrCreate(fkProdotto, fkMagazzinoDest, rowWhere(fkProdotto, fkMagazzinoDest), Currency(), procedure)))
+        && !(destinazione = readOrCreate(fkProdotto, fkMagazzinoDest, rowWhere(fkProdotto, fkMagazzinoDest), Currency(),
+                                         procedure)))
         return QStringLiteral("#err");
     const std::optional<double> amount = amountMoved(quantita, vecchiaQuantita, azione);
     if (!amount)
@@ -257,8 +266,9 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
     Currency costo = taglio;
     if (origine) {
         int nessunaRiga = -1;
-        costo = transfer ? taglio
-                         : getPrezzoMedioProdotto(fkProdotto, fkMagazzinoOrig, -1, none, nessunaRiga, opzioni.mesiPrezzoMedio);
+        costo = transfer
+            ? taglio
+            : getPrezzoMedioProdotto(fkProdotto, fkMagazzinoOrig, -1, none, nessunaRiga, opzioni.mesiPrezzoMedio);
         if (costo == none)
             costo = Currency();
         if (!setQuantity(rowWhere(fkProdotto, fkMagazzinoOrig), double(*origine) - *amount, procedure,
@@ -266,8 +276,9 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
             return QStringLiteral("#err");
     }
     if (destinazione) {
-        costo = transfer ? taglio
-                         : getPrezzoMedioProdotto(fkProdotto, fkMagazzinoDest, quantita, taglio, ridRiga, opzioni.mesiPrezzoMedio);
+        costo = transfer
+            ? taglio
+            : getPrezzoMedioProdotto(fkProdotto, fkMagazzinoDest, quantita, taglio, ridRiga, opzioni.mesiPrezzoMedio);
         if (costo == none)
             costo = taglio;
         if (!setQuantity(rowWhere(fkProdotto, fkMagazzinoDest), double(*destinazione) + *amount, procedure,
@@ -280,25 +291,30 @@ QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency
     return QStringLiteral("OK");
 }
 
-Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita, Currency prezzo, int& ridRiga, int mesi)
+Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita, Currency prezzo, int& ridRiga,
+                                int mesi)
 {
     const QString joins = QStringLiteral(
         " FROM (((DettagliMovimento dm INNER JOIN Movimenti m ON dm.FK_MOVIMENTO = m.RID) INNER JOIN TipoDocumenti td "
         "ON m.FK_TIPODOCUMENTO = td.RID) INNER JOIN Causali c ON td.FK_CAUSALE = c.RID) INNER JOIN Prodotti p "
         "ON dm.FK_PRODOTTO = p.RID WHERE ");
-    const QString loads = QStringLiteral("dm.FK_PRODOTTO = ") + QString::number(fkProdotto) + QStringLiteral(" AND m.FK_DESTINAZIONE = ")
-        + QString::number(fkMagazzino) + QStringLiteral(" AND c.DESTINAZIONE = 3 AND (c.ORIGINE = 3 OR c.ORIGINE = 2)")
+    const QString loads = QStringLiteral("dm.FK_PRODOTTO = ") + QString::number(fkProdotto)
+        + QStringLiteral(" AND m.FK_DESTINAZIONE = ") + QString::number(fkMagazzino)
+        + QStringLiteral(" AND c.DESTINAZIONE = 3 AND (c.ORIGINE = 3 OR c.ORIGINE = 2)")
         + (ridRiga > 0 ? QStringLiteral(" AND dm.RID <> ") + QString::number(ridRiga) : QString());
     const QString months = QString::number(-mesi);
-    const QString period = QStringLiteral("\u2022A\u2022m.DATA >= DateAdd('m', ") + months + QStringLiteral(", Date()) AND \u2022/A\u2022")
-        + QStringLiteral("\u2022M\u2022m.DATA >= DATE_ADD(CURRENT_DATE(), INTERVAL ") + months + QStringLiteral(" MONTH) AND \u2022/M\u2022")
-        + QStringLiteral("\u2022S\u2022m.DATA >= DATEADD(month, ") + months + QStringLiteral(", CAST(GETDATE() AS date)) AND \u2022/S\u2022");
+    const QString period = QStringLiteral("\u2022A\u2022m.DATA >= DateAdd('m', ") + months
+        + QStringLiteral(", Date()) AND \u2022/A\u2022")
+        + QStringLiteral("\u2022M\u2022m.DATA >= DATE_ADD(CURRENT_DATE(), INTERVAL ") + months
+        + QStringLiteral(" MONTH) AND \u2022/M\u2022") + QStringLiteral("\u2022S\u2022m.DATA >= DATEADD(month, ")
+        + months + QStringLiteral(", CAST(GETDATE() AS date)) AND \u2022/S\u2022");
 
     const Currency none = Currency::fromUnits(-1);
     Currency result = none;
     bool sums = false;
     if (const cReader rs(
-            QStringLiteral("SELECT Sum(Abs(dm.QUANTITA)) AS TotQuantita, Sum(Abs(dm.QUANTITA) * Abs(dm.PREZZONETTO)) AS TotValore")
+            QStringLiteral(
+                "SELECT Sum(Abs(dm.QUANTITA)) AS TotQuantita, Sum(Abs(dm.QUANTITA) * Abs(dm.PREZZONETTO)) AS TotValore")
                 + joins + period + loads,
             tag("getPrezzoMedioProdotto"));
         rs && !rs->eof() && !rs->isNull(QStringLiteral("TotQuantita")) && !rs->isNull(QStringLiteral("TotValore"))) {
@@ -314,8 +330,8 @@ Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita
 
     if (!sums || result <= Currency()) {
         if (ridRiga < 0) {
-            if (const auto last = firstValue(QStringLiteral("SELECT TOP 1 dm.PREZZONETTO AS TotPrezzoNetto") + joins + loads
-                                                 + QStringLiteral(" ORDER BY dm.RID DESC"),
+            if (const auto last = firstValue(QStringLiteral("SELECT TOP 1 dm.PREZZONETTO AS TotPrezzoNetto") + joins
+                                                 + loads + QStringLiteral(" ORDER BY dm.RID DESC"),
                                              tag("getPrezzoMedioProdotto")))
                 result = getValoreCurrency(*last);
         } else if (prezzo > Currency()) {
@@ -323,7 +339,8 @@ Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita
         }
     }
     if (result <= Currency()) {
-        if (const auto acquisto = firstValue(QStringLiteral("SELECT PrezzoAcquisto FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
+        if (const auto acquisto = firstValue(QStringLiteral("SELECT PrezzoAcquisto FROM Prodotti WHERE RID = ")
+                                                 + QString::number(fkProdotto),
                                              tag("getPrezzoMedioProdotto")))
             result = getValoreCurrency(*acquisto);
     }
@@ -333,23 +350,24 @@ Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita
 namespace {
 
 // Date and price of the latest load or sale (and what else setPrefix sets).
-bool aggiornaStatistica(int fkProdotto, Currency prezzo, const QDate& data, const char* dataColumn, const char* priceColumn,
-                        const QString& setPrefix, const char* procedure)
+bool aggiornaStatistica(int fkProdotto, Currency prezzo, const QDate& data, const char* dataColumn,
+                        const char* priceColumn, const QString& setPrefix, const char* procedure)
 {
     if (const QString errore = erroreData(data, QStringLiteral("Data del documento")); !errore.isEmpty()) {
         gAdoSqlServer().showAfterTransaction(errore, vb::Exclamation);
         return false;
     }
-    const auto last = firstValue(QStringLiteral("SELECT ") + QLatin1String(dataColumn) + QStringLiteral(" FROM Prodotti WHERE RID = ")
-                                     + QString::number(fkProdotto),
+    const auto last = firstValue(QStringLiteral("SELECT ") + QLatin1String(dataColumn)
+                                     + QStringLiteral(" FROM Prodotti WHERE RID = ") + QString::number(fkProdotto),
                                  tag(procedure));
     if (!last)
         return true;
     if (!last->isNull() && toDate(*last) > data)
-        return true;   // an older document leaves the statistics alone
-    return gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Prodotti SET ") + setPrefix + QLatin1String(dataColumn) + QStringLiteral(" = ")
-                                          + gAdoSqlServer().getSQLDate(data) + QStringLiteral(", ") + QLatin1String(priceColumn)
-                                          + QStringLiteral(" = ") + amountSql(prezzo) + QStringLiteral(" WHERE RID = ")
+        return true; // an older document leaves the statistics alone
+    return gAdoSqlServer().executeSQL(QStringLiteral("UPDATE Prodotti SET ") + setPrefix + QLatin1String(dataColumn)
+                                          + QStringLiteral(" = ") + gAdoSqlServer().getSQLDate(data)
+                                          + QStringLiteral(", ") + QLatin1String(priceColumn) + QStringLiteral(" = ")
+                                          + amountSql(prezzo) + QStringLiteral(" WHERE RID = ")
                                           + QString::number(fkProdotto),
                                       tag(procedure));
 }
@@ -358,13 +376,15 @@ bool aggiornaStatistica(int fkProdotto, Currency prezzo, const QDate& data, cons
 
 bool aggiornaStatisticaCarico(int fkProdotto, Currency prezzo, int fkFornitore, const QDate& dataDocumento)
 {
-    const auto fornitori = firstValue(QStringLiteral("SELECT COUNT(RID) FROM Anagrafiche WHERE TIPO = \u00A4F\u00A4 AND RID = ")
-                                          + QString::number(fkFornitore),
-                                      tag("aggiornaStatisticaCarico"));
+    const auto fornitori =
+        firstValue(QStringLiteral("SELECT COUNT(RID) FROM Anagrafiche WHERE TIPO = \u00A4F\u00A4 AND RID = ")
+                       + QString::number(fkFornitore),
+                   tag("aggiornaStatisticaCarico"));
     if (!fornitori || fornitori->toInt() == 0)
         return true;
     return aggiornaStatistica(fkProdotto, prezzo, dataDocumento, "DATAULTIMOCARICO", "PREZZOULTIMOCARICO",
-                              QStringLiteral("FK_ULTIMOFORNITORE = ") + QString::number(fkFornitore) + QStringLiteral(", "),
+                              QStringLiteral("FK_ULTIMOFORNITORE = ") + QString::number(fkFornitore)
+                                  + QStringLiteral(", "),
                               "aggiornaStatisticaCarico");
 }
 

@@ -24,8 +24,8 @@ constexpr int Inserimento = 1, Modifica = 2, Cancellazione = 3;
 // The options that choose and shape the stock model.
 struct OpzioniGiacenza
 {
-    bool prezzoMedio = false;      // moving average in place of cost lots
-    int mesiPrezzoMedio = 12;      // the months the average looks back
+    bool prezzoMedio = false; // moving average in place of cost lots
+    int mesiPrezzoMedio = 12; // the months the average looks back
 };
 
 // Moves quantita (or the difference from vecchiaQuantita, or the removal
@@ -35,9 +35,9 @@ struct OpzioniGiacenza
 // before (-1 none): a changed lot moves the whole row from the old lot to
 // the new. With the moving average the cost the goods moved at comes back
 // in taglio.
-QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione, int fkMagazzinoOrig,
-                         int fkMagazzinoDest, const QString& informazioni, Currency& taglioPrecedente, int& ridRiga,
-                         const OpzioniGiacenza& opzioni);
+QString aggiornaGiacenze(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione,
+                         int fkMagazzinoOrig, int fkMagazzinoDest, const QString& informazioni,
+                         Currency& taglioPrecedente, int& ridRiga, const OpzioniGiacenza& opzioni);
 
 // The moving-average model (one row per warehouse).
 QString aggiornaGiacenzeSimple(Single quantita, Single vecchiaQuantita, Currency& taglio, int fkProdotto, int azione,
@@ -64,7 +64,8 @@ bool bloccaProdotti(QList<int> prodotti);
 // `mesi` months, with a row being written (quantita, prezzo above -1) in
 // place of its stored self (ridRiga above 0); else the latest load, the
 // price given, or the product's purchase price.
-Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita, Currency prezzo, int& ridRiga, int mesi);
+Currency getPrezzoMedioProdotto(int fkProdotto, int fkMagazzino, Single quantita, Currency prezzo, int& ridRiga,
+                                int mesi);
 
 // The last load from a supplier and the last sale, when the document is not
 // older than the one recorded. False when the statement failed.

@@ -1,11 +1,11 @@
 // The customer's balance and the credit limit, on both back ends, over
 // journal lines written by the journal engine itself: a line fills Dare or
 // Avere and leaves the other Null.
-#include "data/cadosqlserver.h"
 #include "accounting/fido.h"
-#include "common/italiantext.h"
 #include "accounting/primanota.h"
 #include "accounting/scadenze.h"
+#include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "support/testdb.h"
 
 #include <QDate>
@@ -24,7 +24,9 @@ void registra(int anagrafe, const QString& movimento, const QDate& oggi, const C
     const QString valuta = gAdoSqlServer().getSQLDate(oggi.addDays(p.at(3).toInt()));
     const int entry = gAdoSqlServer().getIDByInsert(
         QString("INSERT INTO PrimaNota (DATA, DataValuta, FK_Anagrafe, DESCRIZIONE) VALUES (%1, %1, %2, ¤prova¤)")
-            .arg(valuta).arg(anagrafe), "test", "RID", "PrimaNota");
+            .arg(valuta)
+            .arg(anagrafe),
+        "test", "RID", "PrimaNota");
     QVERIFY(entry > 0);
     const int causale = rid("Causali", "CODICE = ¤" + p.at(0) + "¤");
     const Currency importo = getValoreCurrency(p.at(1)), iva = getValoreCurrency(p.at(2));
@@ -48,7 +50,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("movimenti");
         QTest::addColumn<QString>("saldo");
         QTest::addColumn<QString>("residuo");
-        QTest::addColumn<QString>("avviso");   // "-720,00": the warning of that amount
+        QTest::addColumn<QString>("avviso"); // "-720,00": the warning of that amount
         QTest::addColumn<QString>("domanda");
         const auto row = [](const char* name, bool ctrl, bool allaData, const QStringList& movimenti, const char* saldo,
                             const char* residuo, const char* avviso, const char* domanda) {
@@ -81,7 +83,8 @@ private Q_SLOTS:
         run("DELETE FROM PrimaNota WHERE FK_Anagrafe IN " + clienti);
         run("DELETE FROM Anagrafiche WHERE NUMERO IN (801, 802)");
         run(QString("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, CTRLFIDO, FIDO) "
-                    "VALUES (801, ¤Rossi¤, ¤C¤, %1, 500), (802, ¤Bianchi¤, ¤C¤, -1, 0)").arg(ctrl ? -1 : 0));
+                    "VALUES (801, ¤Rossi¤, ¤C¤, %1, 500), (802, ¤Bianchi¤, ¤C¤, -1, 0)")
+                .arg(ctrl ? -1 : 0));
         const int rossi = rid("Anagrafiche", "NUMERO = 801");
         const ContiControparti conti{rid("PianoConti", "CODICE = ¤01001001¤"),
                                      rid("PianoConti", "CODICE = ¤02001001¤")};

@@ -1,9 +1,9 @@
 // The journal engine: the lines a document's amounts make, and the entries
 // written on both back ends.
-#include "data/cadosqlserver.h"
+#include "accounting/primanota.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
-#include "accounting/primanota.h"
+#include "data/cadosqlserver.h"
 #include "support/testdb.h"
 
 #include <QtTest>
@@ -14,10 +14,7 @@ constexpr int kClienti = 3, kFornitori = 12, kRicavi = 20, kIvaDebito = 14;
 constexpr int kAcquisti = 17, kIvaCredito = 5, kRitenute = 6;
 const ContiControparti kControparti{kClienti, kFornitori};
 
-Currency eur(const QString& text)
-{
-    return getValoreCurrency(text);
-}
+Currency eur(const QString& text) { return getValoreCurrency(text); }
 
 // "conto:amount" a line, in the order Dare 1, Dare 2, Avere 1, Avere 2; "-" for no line.
 QStringList describe(const RighePrimaNota& r)
@@ -37,7 +34,7 @@ QStringList linesOf(int entry, int clienti)
     for (const QVariantList& r : testdb::rows(sql.arg(entry))) {
         const bool dare = !r.at(1).isNull();
         lines << (r.at(0).toInt() == clienti ? QStringLiteral("C") : r.at(0).toString()) + (dare ? " D " : " A ")
-                     + getValoreCurrency(r.at(dare ? 1 : 2)).toPlainString();
+                + getValoreCurrency(r.at(dare ? 1 : 2)).toPlainString();
     }
     return lines;
 }
@@ -95,7 +92,7 @@ private Q_SLOTS:
         const int clienti = testdb::rid("PianoConti", "CODICE = ¤01001001¤");
         const ContiControparti conti{clienti, testdb::rid("PianoConti", "CODICE = ¤02001001¤")};
         DatiPrimaNota d;
-        d.fkCausale = 1;   // FV: Dare customers, Avere revenue and VAT
+        d.fkCausale = 1; // FV: Dare customers, Avere revenue and VAT
         d.descrizione = "Fattura N.0001 DEL 10/03/2026 - l'ultima";
         d.importo = eur("1220");
         d.importoIva = eur("220");
@@ -168,11 +165,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("iva");
         QTest::addColumn<QString>("message");
         const QDate ok(2026, 6, 1);
-        QTest::newRow("no date") << 1 << QDate() << ok << "0" << "Data non valida: Data della registrazione";
-        QTest::newRow("no value date") << 1 << ok << QDate() << "0" << "Data non valida: Data valuta";
-        QTest::newRow("date before 1753") << 1 << QDate(1700, 1, 1) << ok << "0" << "Data non valida";
-        QTest::newRow("net amount out of range") << 1 << ok << ok << "-1" << "Importo fuori dai limiti consentiti";
-        QTest::newRow("no causal") << 0 << ok << ok << "0" << "Impossibile assegnare i conti DARE/AVERE!";
+        QTest::newRow("no date") << 1 << QDate() << ok << "0"
+                                 << "Data non valida: Data della registrazione";
+        QTest::newRow("no value date") << 1 << ok << QDate() << "0"
+                                       << "Data non valida: Data valuta";
+        QTest::newRow("date before 1753") << 1 << QDate(1700, 1, 1) << ok << "0"
+                                          << "Data non valida";
+        QTest::newRow("net amount out of range") << 1 << ok << ok << "-1"
+                                                 << "Importo fuori dai limiti consentiti";
+        QTest::newRow("no causal") << 0 << ok << ok << "0"
+                                   << "Impossibile assegnare i conti DARE/AVERE!";
     }
     void refusedValues()
     {

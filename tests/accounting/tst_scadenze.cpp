@@ -1,9 +1,9 @@
 // Due dates of a journal entry, on both back ends: the instalments of a term,
 // their regeneration, the values they refuse to store, and a new entry that
 // deletes nothing.
-#include "data/cadosqlserver.h"
-#include "common/italiantext.h"
 #include "accounting/scadenze.h"
+#include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
 #include "support/testdb.h"
@@ -39,12 +39,16 @@ int addTerm(const QString& code, const QString& term)
     run("DELETE FROM Pagamenti WHERE CODICE = ¤" + code + "¤");
     run(QString("INSERT INTO Pagamenti (CODICE, DESCRIZIONE, ACCONTO, RIMESSADIRETTA, FINEMESE, NRATE) "
                 "VALUES (¤%1¤, ¤prova¤, %2, %3, %4, %5)")
-            .arg(code, getSqlNumber(acconto)).arg(rimessa ? -1 : 0).arg(fineMese ? -1 : 0)
+            .arg(code, getSqlNumber(acconto))
+            .arg(rimessa ? -1 : 0)
+            .arg(fineMese ? -1 : 0)
             .arg(nRate < 0 ? rate.size() : nRate));
     const int rid = testdb::rid("Pagamenti", "CODICE = ¤" + code + "¤");
     for (const auto& [giorni, quota] : rate)
         run(QString("INSERT INTO DettagliPagamenti (FK_PAGAMENTO, NGIORNI, PERCENTUALE) VALUES (%1, %2, %3)")
-                .arg(rid).arg(giorni).arg(getSqlNumber(quota)));
+                .arg(rid)
+                .arg(giorni)
+                .arg(getSqlNumber(quota)));
     return rid;
 }
 
@@ -59,8 +63,8 @@ int addEntry()
 QStringList rowsOf(int entry)
 {
     QStringList out;
-    for (const QVariantList& r : testdb::rows("SELECT DATA, IMPORTO FROM Scadenze WHERE FK_PrimaNota = "
-                                              + QString::number(entry) + " ORDER BY RID"))
+    for (const QVariantList& r : testdb::rows(
+             "SELECT DATA, IMPORTO FROM Scadenze WHERE FK_PrimaNota = " + QString::number(entry) + " ORDER BY RID"))
         out << formatDate(r.at(0)) + ' ' + formattaImporto(getValoreCurrency(r.at(1)), 2);
     return out;
 }

@@ -1,12 +1,11 @@
 #include "common/currency.h"
 #include "common/single.h"
 #include "common/valuecheck.h"
+#include "support/localerows.h"
 
 #include <QDate>
 #include <QRandomGenerator>
 #include <QtTest>
-
-#include "support/localerows.h"
 
 #include <cmath>
 #include <limits>
@@ -131,7 +130,7 @@ private Q_SLOTS:
             checked = checkedAdd(x, y);
             Currency total = x;
             QCOMPARE(addChecked(total, y), inRange);
-            QCOMPARE(total, inRange ? Currency::fromRaw(saturated) : x);   // unchanged on failure
+            QCOMPARE(total, inRange ? Currency::fromRaw(saturated) : x); // unchanged on failure
             Currency running = x;
             running += y;
             QCOMPARE(running, plain);
@@ -238,7 +237,7 @@ private Q_SLOTS:
             QRandomGenerator rng(20240611);
             for (int i = 0; i < 200000; ++i) {
                 double v;
-                if (i % 4 == 0) {  // on and around the exact ties k/32
+                if (i % 4 == 0) { // on and around the exact ties k/32
                     v = double(rng.bounded(2000000) * 2 + 1) / 32.0;
                     const int steps = int(rng.bounded(5)) - 2;
                     for (int s = 0; s < std::abs(steps); ++s)
@@ -279,7 +278,7 @@ private Q_SLOTS:
     {
         QRandomGenerator rng(7);
         for (int i = 0; i < 100000; ++i) {
-            const qint64 raw = qint64(rng.generate64() >> 12) * (i % 2 ? -1 : 1);  // below 2^52
+            const qint64 raw = qint64(rng.generate64() >> 12) * (i % 2 ? -1 : 1); // below 2^52
             const Currency c = Currency::fromRaw(raw);
             if (Currency::fromDouble(c.toDouble()) != c || Currency::fromLongDouble(c.toLongDouble()) != c)
                 QFAIL(qPrintable(QStringLiteral("raw %1").arg(raw)));

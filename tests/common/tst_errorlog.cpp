@@ -26,12 +26,17 @@ private Q_SLOTS:
 
     void logLayout()
     {
-        const ErrorReport r{-2147217865, "Tabella 'X' inesistente", "MariaDB", "cAdoSqlServer",
-                            "getNewRecordset -> frmIva.showData", "SQL=SELECT * FROM X"};
+        const ErrorReport r{-2147217865,
+                            "Tabella 'X' inesistente",
+                            "MariaDB",
+                            "cAdoSqlServer",
+                            "getNewRecordset -> frmIva.showData",
+                            "SQL=SELECT * FROM X"};
         QCOMPARE(cError::logEntry(r, QDateTime(QDate(2025, 1, 5), QTime(7, 8, 9))),
-                 QString(80, '*') + "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\n"
-                                    "Source MariaDB\nModulo cAdoSqlServer.getNewRecordset -> frmIva.showData\n"
-                                    "Avanz. SQL=SELECT * FROM X\n");
+                 QString(80, '*')
+                     + "\nData   05/01/2025 07:08:09\nErr.N. -2147217865\nDescr. Tabella 'X' inesistente\n"
+                       "Source MariaDB\nModulo cAdoSqlServer.getNewRecordset -> frmIva.showData\n"
+                       "Avanz. SQL=SELECT * FROM X\n");
     }
 
     // A report appends to Err.log, takes the run-time error of the moment,

@@ -1,11 +1,10 @@
 #include "common/italiantext.h"
+#include "support/localerows.h"
 
 #include <QDate>
 #include <QDateTime>
 #include <QTime>
 #include <QtTest>
-
-#include "support/localerows.h"
 
 #include <limits>
 
@@ -15,7 +14,7 @@ namespace {
 
 QVariant text(const char* s) { return QVariant(QString::fromUtf8(s)); }
 QString str(const char* s) { return QString::fromUtf8(s); }
-template <typename T> QVariant typedNull() { return QVariant(QMetaType::fromType<T>()); }  // a database Null
+template <typename T> QVariant typedNull() { return QVariant(QMetaType::fromType<T>()); } // a database Null
 QVariant money(qint64 raw) { return QVariant::fromValue(Currency::fromRaw(raw)); }
 
 } // namespace
@@ -96,8 +95,8 @@ private Q_SLOTS:
         addRows("text just above half", text("0,0000500001"), qint64(1), 0.0000500001f, 0.0000500001);
         // 1 + 2^-24 + a little: through a double it becomes a float tie and
         // rounds down; read straight it lies above the tie.
-        addRows("Single in one rounding", text("1,00000005960464477539062500000001"), qint64(10000),
-                1.00000012f, 1.0000000596046448);
+        addRows("Single in one rounding", text("1,00000005960464477539062500000001"), qint64(10000), 1.00000012f,
+                1.0000000596046448);
         addRows("Single beyond 2^24", text("16.777.217"), qint64(167772170000), 16777216.0f, 16777217.0);
     }
     void getValore()
@@ -177,9 +176,9 @@ private Q_SLOTS:
         if (value.typeId() == QMetaType::Double)
             QCOMPARE(::formattaImporto(value.toDouble(), decimals), expected);
         if (value.typeId() == QMetaType::Float)
-            QCOMPARE(::formattaImporto(value.toFloat(), decimals), expected);  // picks the Single overload
+            QCOMPARE(::formattaImporto(value.toFloat(), decimals), expected); // picks the Single overload
         if (decimals == 0)
-            QCOMPARE(formattaIntero(value), expected.chopped(1));   // the same without the final comma
+            QCOMPARE(formattaIntero(value), expected.chopped(1)); // the same without the final comma
     }
 
     // The plain text of a number, and a whole number through a mask.
@@ -187,7 +186,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("mask");   // empty: plainTextIt
+        QTest::addColumn<QString>("mask"); // empty: plainTextIt
         QTest::addColumn<QString>("expected");
         const auto plain = [](const char* name, const QVariant& v, const char* expected) {
             addRows(name, v, QString(), str(expected));
@@ -222,10 +221,10 @@ private Q_SLOTS:
             return;
         }
         const QString written = value.typeId() == QMetaType::Float ? plainTextIt(value.toFloat())
-                                : value.typeId() == QMetaType::Double ? plainTextIt(value.toDouble())
-                                                                      : plainTextIt(value.value<Currency>());
+            : value.typeId() == QMetaType::Double                  ? plainTextIt(value.toDouble())
+                                                                   : plainTextIt(value.value<Currency>());
         QCOMPARE(written, expected);
-        QVERIFY(isNumericIt(written));  // what is written reads back
+        QVERIFY(isNumericIt(written)); // what is written reads back
     }
 
     void formatDates_data()
@@ -253,7 +252,7 @@ private Q_SLOTS:
         QCOMPARE(formatDate(QVariant(when)), dateTime.left(10));
         QCOMPARE(formatStamp(when), stamp);
         QCOMPARE(formatTimeHM(when.time()), dateTime.mid(11, 5));
-        QCOMPARE(formatDateTime(QVariant(dateTime)), dateTime);  // what is written reads back
+        QCOMPARE(formatDateTime(QVariant(dateTime)), dateTime); // what is written reads back
     }
 
     void toDateTime_data()

@@ -1,23 +1,23 @@
 // The main window and the dialogs of the shell, offscreen, on both back ends.
 #include "common/apphome.h"
+#include "common/msgbox.h"
+#include "core/optionstore.h"
+#include "core/screenregistry.h"
+#include "core/serversettings.h"
 #include "data/cadosqlserver.h"
-#include "shell/frmcambiapw.h"
-#include "shell/frmmain.h"
-#include "shell/frmoptionserver.h"
-#include "shell/frmwarning.h"
-#include "shell/shellscreens.h"
+#include "data/modelseed.h"
+#include "data/session.h"
 #include "masterdata/frmopzioni.h"
 #include "masterdata/masterdatascreens.h"
 #include "screens/framework/crecordscreen.h"
 #include "screens/framework/frameworkscreens.h"
-#include "data/modelseed.h"
-#include "common/msgbox.h"
-#include "core/optionstore.h"
-#include "core/screenregistry.h"
-#include "support/scripteddialogs.h"
-#include "core/serversettings.h"
-#include "data/session.h"
+#include "shell/frmcambiapw.h"
+#include "shell/frmmain.h"
+#include "shell/frmoptionserver.h"
+#include "shell/frmwarning.h"
 #include "shell/shellapp.h"
+#include "shell/shellscreens.h"
+#include "support/scripteddialogs.h"
 #include "support/testdb.h"
 
 #include <QAction>
@@ -92,30 +92,69 @@ QList<std::pair<QString, QString>> menuItems()
 {
     QList<std::pair<QString, QString>> items{
         {"mnuEsci", "exit"},
-        {"mnuAnagrafica", ""}, {"mnuProdotti", ""}, {"mnuDistintaBase", ""}, {"mnuMovimenti", ""},
-        {"mnuPagamenti", ""}, {"mnuBanche", "frmBanche"}, {"mnuVenditori", "frmVenditore"},
-        {"mnuTipiDocumenti", "frmTipoDocumento"}, {"mnuIva", "frmIva"},
-        {"mnuFasceClienti", "frmSimpleForm:mnuFasceClienti"}, {"mnuCatSconti", ""}, {"mnuScontiImmediati", ""},
-        {"mnuCollezioni", "frmSimpleForm:mnuCollezioni"}, {"mnuListini", ""}, {"mnuNumeratori", "frmNumeratori"},
+        {"mnuAnagrafica", ""},
+        {"mnuProdotti", ""},
+        {"mnuDistintaBase", ""},
+        {"mnuMovimenti", ""},
+        {"mnuPagamenti", ""},
+        {"mnuBanche", "frmBanche"},
+        {"mnuVenditori", "frmVenditore"},
+        {"mnuTipiDocumenti", "frmTipoDocumento"},
+        {"mnuIva", "frmIva"},
+        {"mnuFasceClienti", "frmSimpleForm:mnuFasceClienti"},
+        {"mnuCatSconti", ""},
+        {"mnuScontiImmediati", ""},
+        {"mnuCollezioni", "frmSimpleForm:mnuCollezioni"},
+        {"mnuListini", ""},
+        {"mnuNumeratori", "frmNumeratori"},
         {"mnuRubrica", ""},
-        {"mnuPNota", ""}, {"mnuPianoConti", "frmPianoConti"}, {"mnuCausali", "frmCausali"},
-        {"mnudocumento_0", ""}, {"mnudocumento_1", ""},
-        {"mnuEstrattoClienti", ""}, {"mnuEstrattoFornitore", ""}, {"mnuEstrattoGenerico", ""}, {"mnuEstrattoTotale", ""},
-        {"mnuRiepilogoScadenze", ""}, {"mnuRiepilogoMovimenti", ""}, {"mnuGiacenze", ""}, {"mnuStoricoProdotto", ""},
-        {"mnuCategoriaValoreMagazzino", ""}, {"mnuStampaClienti", ""}, {"mnuStampaFornitori", ""},
-        {"mnuStampaProdotti", ""}, {"mnuEsportaClienti", ""}, {"mnuEsportaFornitori", ""}, {"mnuSellOut", ""},
-        {"mnuOpzioni", "dialog:frmOpzioni"}, {"optServer", "dialog:frmOptionServer"}, {"mnuDocWizard", ""},
-        {"mnuStampaBarCode", ""}, {"mnuVariazionePrezziProdotti", ""}, {"mnuImportaListini", ""},
-        {"mnuImportaProdotti", ""}, {"mnuRicalcoloGiacenze", ""}, {"mnuComputerList", ""}, {"mnuDBCompact", ""},
-        {"mnuDBBackup", ""}, {"mnuRpristinaBackup", ""}, {"mnuUpdateDB", ""}, {"mnuQuery", ""},
-        {"mnuPatch1_9_21", ""}, {"mnuRipristinaCampiDB", ""}, {"mnuGeneraBarCode", ""},
+        {"mnuPNota", ""},
+        {"mnuPianoConti", "frmPianoConti"},
+        {"mnuCausali", "frmCausali"},
+        {"mnudocumento_0", ""},
+        {"mnudocumento_1", ""},
+        {"mnuEstrattoClienti", ""},
+        {"mnuEstrattoFornitore", ""},
+        {"mnuEstrattoGenerico", ""},
+        {"mnuEstrattoTotale", ""},
+        {"mnuRiepilogoScadenze", ""},
+        {"mnuRiepilogoMovimenti", ""},
+        {"mnuGiacenze", ""},
+        {"mnuStoricoProdotto", ""},
+        {"mnuCategoriaValoreMagazzino", ""},
+        {"mnuStampaClienti", ""},
+        {"mnuStampaFornitori", ""},
+        {"mnuStampaProdotti", ""},
+        {"mnuEsportaClienti", ""},
+        {"mnuEsportaFornitori", ""},
+        {"mnuSellOut", ""},
+        {"mnuOpzioni", "dialog:frmOpzioni"},
+        {"optServer", "dialog:frmOptionServer"},
+        {"mnuDocWizard", ""},
+        {"mnuStampaBarCode", ""},
+        {"mnuVariazionePrezziProdotti", ""},
+        {"mnuImportaListini", ""},
+        {"mnuImportaProdotti", ""},
+        {"mnuRicalcoloGiacenze", ""},
+        {"mnuComputerList", ""},
+        {"mnuDBCompact", ""},
+        {"mnuDBBackup", ""},
+        {"mnuRpristinaBackup", ""},
+        {"mnuUpdateDB", ""},
+        {"mnuQuery", ""},
+        {"mnuPatch1_9_21", ""},
+        {"mnuRipristinaCampiDB", ""},
+        {"mnuGeneraBarCode", ""},
         {"mnuCambiaPW", "dialog:frmCambiaPW"},
-        {"mnuHelpIndex", "help:indice"}, {"mnuSommario", "help:sommario"}, {"mnuTrovaArgomento", "help:argomenti"},
-        {"mnuInfo", "dialog:frmInformazioni"}, {"mnuCheckUpgrade", ""},
+        {"mnuHelpIndex", "help:indice"},
+        {"mnuSommario", "help:sommario"},
+        {"mnuTrovaArgomento", "help:argomenti"},
+        {"mnuInfo", "dialog:frmInformazioni"},
+        {"mnuCheckUpgrade", ""},
     };
     for (int i = 4; i <= 12; ++i)
         items.append({"mnuTab_" + QString::number(i), "frmSimpleForm:mnuTab_" + QString::number(i)});
-    for (int i = 3; i <= 9; ++i)   // the seeded document types
+    for (int i = 3; i <= 9; ++i) // the seeded document types
         items.append({"mnudocumento_" + QString::number(i), ""});
     return items;
 }
@@ -140,18 +179,26 @@ private Q_SLOTS:
     // A failed statement keeps its connection on the stack, as the data layer does.
     void cleanup() { gAdoSqlServer().closeAll(); }
 
-    void documentMenu_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void documentMenu_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void documentMenu()
     {
         QFETCH(QString, backend);
         QVERIFY(testdb::shared(backend).isValid());
         frmMain main;
-        const QStringList seeded{QStringLiteral("Carico da fornitore"), QStringLiteral("Documento di trasporto"),
-                                 QStringLiteral("Fattura di vendita"), QStringLiteral("Fattura differita"),
-                                 QStringLiteral("Nota di credito"), QStringLiteral("Ordine cliente"),
+        const QStringList seeded{QStringLiteral("Carico da fornitore"),
+                                 QStringLiteral("Documento di trasporto"),
+                                 QStringLiteral("Fattura di vendita"),
+                                 QStringLiteral("Fattura differita"),
+                                 QStringLiteral("Nota di credito"),
+                                 QStringLiteral("Ordine cliente"),
                                  QStringLiteral("Trasferimento tra magazzini")};
         QCOMPARE(captions(documentItems(main)), seeded);
-        QCOMPARE(captions(main.documentDropDown()->actions()), QStringList{QStringLiteral("Seleziona Documento esistente...")} + seeded);
+        QCOMPARE(captions(main.documentDropDown()->actions()),
+                 QStringList{QStringLiteral("Seleziona Documento esistente...")} + seeded);
         QCOMPARE(main.documentDropDown()->actions().first()->objectName(), QStringLiteral("D_0"));
         QCOMPARE(documentItems(main).first()->objectName(), QStringLiteral("mnudocumento_3"));
         QCOMPARE(documentItems(main).last()->objectName(), QStringLiteral("mnudocumento_9"));
@@ -212,7 +259,8 @@ private Q_SLOTS:
                 pictures.append(a->icon().name());
             QVERIFY2(!pictures.contains(QString()), qPrintable(pictures.join(QLatin1Char(','))));
             QCOMPARE(QSet<QString>(pictures.cbegin(), pictures.cend()).size(), pictures.size());
-            QCOMPARE(shown(main, QStringLiteral("stbMain_0")), QStringLiteral("Anno Corrente: ") + QString::number(QDate::currentDate().year()));
+            QCOMPARE(shown(main, QStringLiteral("stbMain_0")),
+                     QStringLiteral("Anno Corrente: ") + QString::number(QDate::currentDate().year()));
             QVERIFY(shown(main, QStringLiteral("stbMain_2")).contains(QStringLiteral(" - ")));
         }
         // The counter-sales button appears with its program.
@@ -306,10 +354,12 @@ private Q_SLOTS:
     void smallestWindows_data()
     {
         QTest::addColumn<QString>("screen");
-        QTest::addColumn<int>("points");   // 0: the usual font
-        for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni"})
+        QTest::addColumn<int>("points"); // 0: the usual font
+        for (const char* name :
+             {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni"})
             for (const int points : {0, 12})
-                QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString::fromLatin1(name) << points;
+                QTest::addRow("%s, %s", name, points ? "large font" : "usual font")
+                    << QString::fromLatin1(name) << points;
     }
     void smallestWindows()
     {
@@ -345,8 +395,11 @@ private Q_SLOTS:
             // Eight characters, or all that the field takes when fewer.
             const int needed = qMin(8, field->maxLength()) * field->fontMetrics().averageCharWidth();
             QVERIFY2(field->width() >= needed && window->rect().contains(shown),
-                     qPrintable(QStringLiteral("%1: %2 wide, needs %3, window %4").arg(field->objectName())
-                                    .arg(field->width()).arg(needed).arg(window->width())));
+                     qPrintable(QStringLiteral("%1: %2 wide, needs %3, window %4")
+                                    .arg(field->objectName())
+                                    .arg(field->width())
+                                    .arg(needed)
+                                    .arg(window->width())));
         }
     }
 
@@ -355,8 +408,8 @@ private Q_SLOTS:
     // new record. The record saved there comes back into the field.
     void editorAlreadyOpen_data()
     {
-        QTest::addColumn<QString>("typed");   // in the open warehouses
-        QTest::addColumn<int>("answer");      // 0: no question
+        QTest::addColumn<QString>("typed"); // in the open warehouses
+        QTest::addColumn<int>("answer");    // 0: no question
         QTest::newRow("blank, taken") << QString() << 0;
         QTest::newRow("typed, kept") << QStringLiteral("NEG7") << int(vb::No);
         QTest::newRow("typed, given up") << QStringLiteral("NEG7") << int(vb::Yes);
@@ -378,10 +431,11 @@ private Q_SLOTS:
 
         ScriptedDialogs script;
         if (answer != 0)
-            script.expectMessage("La finestra Magazzino è già aperta: abbandonare le modifiche e creare un nuovo record?", answer);
+            script.expectMessage(
+                "La finestra Magazzino è già aperta: abbandonare le modifiche e creare un nuovo record?", answer);
         testdb::click(*causale, QStringLiteral("cmdNuovoMagazzinoDest"));
         QVERIFY(script.allAnswered());
-        QCOMPARE(main.mdiArea()->subWindowList().size(), 2);   // no second copy
+        QCOMPARE(main.mdiArea()->subWindowList().size(), 2); // no second copy
         QCOMPARE(shown(*magazzini, QStringLiteral("txtCodice")), answer == vb::No ? typed : QString());
 
         testdb::typeInto(*magazzini, QStringLiteral("txtCodice"), QStringLiteral("NEG8"));
@@ -396,17 +450,20 @@ private Q_SLOTS:
     void closing()
     {
         QVERIFY(testdb::shared(QStringLiteral("sqlite")).isValid());
-        screens::registerScreen(QStringLiteral("frmProva"), {screens::Kind::Child, [](QWidget* parent, const QVariant&) -> QWidget* {
-            auto* screen = new GuardedScreen(parent);
-            screen->setObjectName(QStringLiteral("frmProva"));
-            screen->setWindowTitle(QStringLiteral("Prova"));
-            return screen;
-        }, true});
+        screens::registerScreen(QStringLiteral("frmProva"),
+                                {screens::Kind::Child,
+                                 [](QWidget* parent, const QVariant&) -> QWidget* {
+                                     auto* screen = new GuardedScreen(parent);
+                                     screen->setObjectName(QStringLiteral("frmProva"));
+                                     screen->setWindowTitle(QStringLiteral("Prova"));
+                                     return screen;
+                                 },
+                                 true});
         frmMain main;
         main.show();
         QWidget* first = main.openScreen(QStringLiteral("frmProva"));
         QVERIFY(first);
-        QCOMPARE(main.openScreen(QStringLiteral("frmProva")), first);   // one window for the program
+        QCOMPARE(main.openScreen(QStringLiteral("frmProva")), first); // one window for the program
         QCOMPARE(main.mdiArea()->subWindowList().size(), 1);
 
         ScriptedDialogs script;
@@ -431,7 +488,11 @@ private Q_SLOTS:
     }
 
     // A failed statement: Err.log gets the report in its layout, the warning shows it.
-    void errorReport_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void errorReport_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void errorReport()
     {
         QFETCH(QString, backend);
@@ -450,15 +511,20 @@ private Q_SLOTS:
             QVERIFY(shown(d, QStringLiteral("lblNumero")).toLongLong() != 0);
             testdb::click(d, QStringLiteral("cmdOK"));
         });
-        QVERIFY(!gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM TabellaCheNonEsiste"), QStringLiteral("prova")));
+        QVERIFY(
+            !gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM TabellaCheNonEsiste"), QStringLiteral("prova")));
         QVERIFY(script.allAnswered());
 
         QFile log(programFile(QStringLiteral("Err.log")));
         QVERIFY(log.open(QIODevice::ReadOnly | QIODevice::Text));
         const QString text = QString::fromUtf8(log.readAll());
-        QVERIFY2(QRegularExpression(QStringLiteral("^\\*{80}\nData   \\d\\d/\\d\\d/\\d{4} \\d\\d:\\d\\d:\\d\\d\nErr\\.N\\. -?\\d+\nDescr\\. [^\n]+\nSource [^\n]*\n"
-                                                   "Modulo cAdoSqlServer\\.executeSQL -> prova\nAvanz\\. [^\n]*TabellaCheNonEsiste"))
-                     .match(text).hasMatch(), qPrintable(text));
+        QVERIFY2(QRegularExpression(
+                     QStringLiteral("^\\*{80}\nData   \\d\\d/\\d\\d/\\d{4} \\d\\d:\\d\\d:\\d\\d\nErr\\.N\\. "
+                                    "-?\\d+\nDescr\\. [^\n]+\nSource [^\n]*\n"
+                                    "Modulo cAdoSqlServer\\.executeSQL -> prova\nAvanz\\. [^\n]*TabellaCheNonEsiste"))
+                     .match(text)
+                     .hasMatch(),
+                 qPrintable(text));
     }
 
     // Without details the report says so; its exit button leaves the
@@ -486,18 +552,30 @@ private Q_SLOTS:
     void changePassword_data()
     {
         QTest::addColumn<QString>("backend");
-        QTest::addColumn<QStringList>("typed");   // old, new, new again
+        QTest::addColumn<QStringList>("typed"); // old, new, new again
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("stored");
         const QString pw = schema::defaultPassword();
         const QString done = QStringLiteral("Password modicifata!");
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, QStringLiteral("accepted, blanks trimmed")) << QStringList{QStringLiteral(" ") + pw, QStringLiteral("  nuovapass "), QStringLiteral("nuovapass")} << done << QStringLiteral("nuovapass");
-            testdb::row(b, QStringLiteral("blank inside accepted")) << QStringList{pw, QStringLiteral("ab cd ef"), QStringLiteral("ab cd ef")} << done << QStringLiteral("ab cd ef");
-            testdb::row(b, QStringLiteral("wrong old")) << QStringList{QStringLiteral("altra"), QStringLiteral("nuovapass"), QStringLiteral("nuovapass")} << QStringLiteral("password di accesso inserita non è corretta") << pw;
-            testdb::row(b, QStringLiteral("new fields differ")) << QStringList{pw, QStringLiteral("nuovapass"), QStringLiteral("nuovapasS")} << QStringLiteral("le password inserite non coincidono") << pw;
-            testdb::row(b, QStringLiteral("seven characters")) << QStringList{pw, QStringLiteral("1234567"), QStringLiteral("1234567")} << QStringLiteral("Non meno di 8 caratteri") << pw;
-            testdb::row(b, QStringLiteral("wrong old comes first")) << QStringList{QStringLiteral("altra"), QStringLiteral("a"), QStringLiteral("b")} << QStringLiteral("non è corretta") << pw;
+            testdb::row(b, QStringLiteral("accepted, blanks trimmed"))
+                << QStringList{QStringLiteral(" ") + pw, QStringLiteral("  nuovapass "), QStringLiteral("nuovapass")}
+                << done << QStringLiteral("nuovapass");
+            testdb::row(b, QStringLiteral("blank inside accepted"))
+                << QStringList{pw, QStringLiteral("ab cd ef"), QStringLiteral("ab cd ef")} << done
+                << QStringLiteral("ab cd ef");
+            testdb::row(b, QStringLiteral("wrong old"))
+                << QStringList{QStringLiteral("altra"), QStringLiteral("nuovapass"), QStringLiteral("nuovapass")}
+                << QStringLiteral("password di accesso inserita non è corretta") << pw;
+            testdb::row(b, QStringLiteral("new fields differ"))
+                << QStringList{pw, QStringLiteral("nuovapass"), QStringLiteral("nuovapasS")}
+                << QStringLiteral("le password inserite non coincidono") << pw;
+            testdb::row(b, QStringLiteral("seven characters"))
+                << QStringList{pw, QStringLiteral("1234567"), QStringLiteral("1234567")}
+                << QStringLiteral("Non meno di 8 caratteri") << pw;
+            testdb::row(b, QStringLiteral("wrong old comes first"))
+                << QStringList{QStringLiteral("altra"), QStringLiteral("a"), QStringLiteral("b")}
+                << QStringLiteral("non è corretta") << pw;
         }
     }
     void changePassword()
@@ -508,7 +586,8 @@ private Q_SLOTS:
         QFETCH(QString, stored);
         QVERIFY(testdb::shared(backend).isValid());
         setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword());
-        const auto restore = qScopeGuard([] { setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword()); });
+        const auto restore =
+            qScopeGuard([] { setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword()); });
         ScriptedDialogs script;
         script.expectMessage(message, vb::OK);
         frmCambiaPW dialog;
@@ -516,7 +595,7 @@ private Q_SLOTS:
         const QStringList fields{QStringLiteral("txtOld"), QStringLiteral("txtNewPw"), QStringLiteral("txtNewPw2")};
         for (int i = 0; i < 3; ++i)
             testdb::typeInto(dialog, fields.at(i), typed.at(i));
-        QTest::keyClick(dialog.findChild<QLineEdit*>(fields.last()), Qt::Key_Return);   // Enter confirms
+        QTest::keyClick(dialog.findChild<QLineEdit*>(fields.last()), Qt::Key_Return); // Enter confirms
         QCOMPARE(getOpzione(QStringLiteral("Amministratore")), stored);
         QCOMPARE(dialog.isVisible(), stored == schema::defaultPassword());
     }
@@ -543,10 +622,13 @@ private Q_SLOTS:
             dialog.show();
             const QString file = QDir::temp().filePath(QStringLiteral("altra/Ditta.db"));
             script.expectFile(file);
-            script.expectMessage(QStringLiteral("Aggiornare automaticamente il percorso dei report di stampa?"), vb::Yes);
+            script.expectMessage(QStringLiteral("Aggiornare automaticamente il percorso dei report di stampa?"),
+                                 vb::Yes);
             testdb::click(dialog, QStringLiteral("cmdSfoglia"));
-            QCOMPARE(shown(dialog, QStringLiteral("txtReportPath")), QDir::temp().filePath(QStringLiteral("altra/AccessReports/")));
-            QCOMPARE(shown(dialog, QStringLiteral("txtReportConnect")), QStringLiteral("Provider=SQLite;Data Source=") + file);
+            QCOMPARE(shown(dialog, QStringLiteral("txtReportPath")),
+                     QDir::temp().filePath(QStringLiteral("altra/AccessReports/")));
+            QCOMPARE(shown(dialog, QStringLiteral("txtReportConnect")),
+                     QStringLiteral("Provider=SQLite;Data Source=") + file);
             testdb::click(dialog, QStringLiteral("cmdCancel"));
             QVERIFY(!dialog.saved());
             QVERIFY(!machineSettings().contains(QStringLiteral("Server/Path")));

@@ -1,7 +1,7 @@
 // The option store on both back ends: reading, writing and the globals.
-#include "data/cadosqlserver.h"
 #include "core/optionstore.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
 #include "support/testdb.h"
 
 #include <QSettings>
@@ -16,7 +16,11 @@ private Q_SLOTS:
     void cleanupTestCase() { testdb::dropShared(); }
     void cleanup() { QCOMPARE(gAdoSqlServer().getConnectionCount(), 0); }
 
-    void readWriteAndGlobals_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void readWriteAndGlobals_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void readWriteAndGlobals()
     {
         QFETCH(QString, backend);
@@ -29,7 +33,8 @@ private Q_SLOTS:
         QCOMPARE(getOpzione(QStringLiteral("ProvaNuova")), QStringLiteral("2"));
         QCOMPARE(testdb::number(QStringLiteral("SELECT COUNT(*) FROM Opzioni WHERE NOME = ¤ProvaNuova¤")), 1);
         // The footer keeps apostrophes and line breaks as typed.
-        const QString footer = QStringLiteral("Contributo CONAI assolto ove dovuto.\r\nL'IVA è esposta a norma dell'art. 21 ¤ 5%");
+        const QString footer =
+            QStringLiteral("Contributo CONAI assolto ove dovuto.\r\nL'IVA è esposta a norma dell'art. 21 ¤ 5%");
         setOpzione(QStringLiteral("PiePagina"), footer);
         QCOMPARE(getOpzione(QStringLiteral("PiePagina")), footer);
         QVERIFY(errors.reports.isEmpty());
@@ -47,9 +52,9 @@ private Q_SLOTS:
         loadOptionGlobals();
         QCOMPARE(errors.reports.size(), 1);
         const OptionGlobals& o = gOptions();
-        QCOMPARE(o.venditoreChar, QStringLiteral("%"));   // empty reads as "%"
+        QCOMPARE(o.venditoreChar, QStringLiteral("%")); // empty reads as "%"
         QCOMPARE(o.decimaliDopo, 3);
-        QCOMPARE(o.mesiPrezzoMedio, 0);                   // not a number reads as 0
+        QCOMPARE(o.mesiPrezzoMedio, 0); // not a number reads as 0
         QVERIFY(o.contoClienti > 0);
         QVERIFY(o.usaGrassetto);
         QCOMPARE(o.laserChar, QStringLiteral("#"));

@@ -19,7 +19,8 @@ QString bytesOf(const QString& path)
 // A start that logs in and leaves a picture of the window instead of staying.
 QStringList start(const QTemporaryDir& home)
 {
-    return {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis"),
+    return {QStringLiteral("--home"),       home.path(),
+            QStringLiteral("--password"),   QStringLiteral("orvantis"),
             QStringLiteral("--screenshot"), home.filePath(QStringLiteral("shot.png"))};
 }
 } // namespace
@@ -28,7 +29,7 @@ class TestProgram : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_config;   // the per-user settings of each test
+    std::unique_ptr<QTemporaryDir> m_config; // the per-user settings of each test
 
     QProcessEnvironment environment() const
     {
@@ -59,15 +60,17 @@ private Q_SLOTS:
     // password or an unknown screen ends with its own code and no picture.
     void screenshotOfAFreshStart_data()
     {
-        QTest::addColumn<QStringList>("arguments");   // besides --home and --screenshot
+        QTest::addColumn<QStringList>("arguments"); // besides --home and --screenshot
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
         const QStringList login{QStringLiteral("--password"), QStringLiteral(" orvantis ")};
         const QString open = QStringLiteral("--open");
         QTest::newRow("main window") << login << 0 << QString();
-        QTest::newRow("server settings") << login + QStringList{open, QStringLiteral("frmOptionServer")} << 0 << QString();
+        QTest::newRow("server settings") << login + QStringList{open, QStringLiteral("frmOptionServer")} << 0
+                                         << QString();
         QTest::newRow("password change") << login + QStringList{open, QStringLiteral("frmCambiaPW")} << 0 << QString();
-        QTest::newRow("wrong password") << QStringList{login.first(), QStringLiteral("no")} << 1 << QStringLiteral("Password non corretta.");
+        QTest::newRow("wrong password") << QStringList{login.first(), QStringLiteral("no")} << 1
+                                        << QStringLiteral("Password non corretta.");
         QTest::newRow("unknown screen") << login + QStringList{open, QStringLiteral("frmNessuno")} << 2 << QString();
     }
     void screenshotOfAFreshStart()
@@ -78,7 +81,10 @@ private Q_SLOTS:
         QTemporaryDir home;
         const QString picture = home.filePath(QStringLiteral("main.png"));
         QString output;
-        QCOMPARE(run(QStringList{QStringLiteral("--home"), home.path(), QStringLiteral("--screenshot"), picture} + arguments, &output), exitCode);
+        QCOMPARE(run(QStringList{QStringLiteral("--home"), home.path(), QStringLiteral("--screenshot"), picture}
+                         + arguments,
+                     &output),
+                 exitCode);
         QVERIFY2(output.contains(says), qPrintable(output));
         if (exitCode != 0) {
             QVERIFY(!QFileInfo::exists(picture));
@@ -93,7 +99,11 @@ private Q_SLOTS:
     // A program folder given by --home keeps its settings inside: what one
     // folder was prepared for does not reach another, and nothing is written
     // to the per-user settings.
-    void homeKeepsItsSettings_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void homeKeepsItsSettings_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void homeKeepsItsSettings()
     {
         QFETCH(QString, backend);
@@ -102,11 +112,12 @@ private Q_SLOTS:
         const bool server = backend == QLatin1String("mariadb");
         const QString database = QStringLiteral("orv_home_%1").arg(QCoreApplication::applicationPid());
         const QString drop = QStringLiteral("DROP DATABASE IF EXISTS ") + database;
-        QStringList init{QStringLiteral("--home"), first.path(), QStringLiteral("--init-db"), QStringLiteral("--db-type"),
-                         server ? QStringLiteral("2") : QStringLiteral("1")};
+        QStringList init{QStringLiteral("--home"), first.path(), QStringLiteral("--init-db"),
+                         QStringLiteral("--db-type"), server ? QStringLiteral("2") : QStringLiteral("1")};
         if (server) {
             testdb::serverAdmin(drop);
-            init << QStringLiteral("--connection") << testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + database;
+            init << QStringLiteral("--connection")
+                 << testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + database;
         }
         const auto dropDatabase = qScopeGuard([&] {
             if (server)
@@ -114,14 +125,16 @@ private Q_SLOTS:
         });
         auto settingsFiles = [](const QString& folder) {
             QStringList files;
-            for (QDirIterator it(folder, {QStringLiteral("*.ini")}, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+            for (QDirIterator it(folder, {QStringLiteral("*.ini")}, QDir::Files, QDirIterator::Subdirectories);
+                 it.hasNext();)
                 files << QDir(folder).relativeFilePath(it.next());
             return files;
         };
         QString output;
         QCOMPARE(run(init, &output), 0);
         QCOMPARE(settingsFiles(first.path()), QStringList{QStringLiteral("prgOrvantis.ini")});
-        QVERIFY2(bytesOf(first.filePath(QStringLiteral("prgOrvantis.ini"))).contains(server ? QStringLiteral("DBType=2") : QStringLiteral("DBType=1")),
+        QVERIFY2(bytesOf(first.filePath(QStringLiteral("prgOrvantis.ini")))
+                     .contains(server ? QStringLiteral("DBType=2") : QStringLiteral("DBType=1")),
                  qPrintable(output));
         QCOMPARE(QFileInfo::exists(first.filePath(QStringLiteral("Orvantis.db"))), !server);
 
@@ -142,9 +155,9 @@ private Q_SLOTS:
     // is not a database of this program.
     void fileIsLeftAlone_data()
     {
-        QTest::addColumn<QString>("target");    // in the program folder, after a first start
-        QTest::addColumn<QString>("replace");   // "gone", "empty", "text"; empty: as it is
-        QTest::addColumn<QString>("command");   // "start", "--init-db", "--build-model"
+        QTest::addColumn<QString>("target");  // in the program folder, after a first start
+        QTest::addColumn<QString>("replace"); // "gone", "empty", "text"; empty: as it is
+        QTest::addColumn<QString>("command"); // "start", "--init-db", "--build-model"
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
         const QString db = QStringLiteral("Orvantis.db");
@@ -153,14 +166,21 @@ private Q_SLOTS:
         const QString model = QStringLiteral("--build-model");
         QTest::newRow("0 bytes, start") << db << QStringLiteral("empty") << start << 1 << QStringLiteral("vuoto");
         QTest::newRow("0 bytes, --init-db") << db << QStringLiteral("empty") << init << 1 << QStringLiteral("vuoto");
-        QTest::newRow("text, start") << db << QStringLiteral("text") << start << 1 << QStringLiteral("non è un database");
-        QTest::newRow("text, --init-db") << db << QStringLiteral("text") << init << 1 << QStringLiteral("non è un database");
-        QTest::newRow("gone after a start") << db << QStringLiteral("gone") << start << 1 << QStringLiteral("non esiste");
-        QTest::newRow("gone, --init-db makes it") << db << QStringLiteral("gone") << init << 0 << QStringLiteral("Creato il database");
+        QTest::newRow("text, start") << db << QStringLiteral("text") << start << 1
+                                     << QStringLiteral("non è un database");
+        QTest::newRow("text, --init-db") << db << QStringLiteral("text") << init << 1
+                                         << QStringLiteral("non è un database");
+        QTest::newRow("gone after a start")
+            << db << QStringLiteral("gone") << start << 1 << QStringLiteral("non esiste");
+        QTest::newRow("gone, --init-db makes it")
+            << db << QStringLiteral("gone") << init << 0 << QStringLiteral("Creato il database");
         QTest::newRow("model over the firm's database") << db << QString() << model << 1 << QString();
-        QTest::newRow("model over a text file") << QStringLiteral("note.txt") << QStringLiteral("text") << model << 1 << QString();
-        QTest::newRow("model over an older model") << QStringLiteral("OModel.db") << QString() << model << 0 << QString();
-        QTest::newRow("model into a new file") << QStringLiteral("nuovo/OModel.db") << QString() << model << 0 << QString();
+        QTest::newRow("model over a text file")
+            << QStringLiteral("note.txt") << QStringLiteral("text") << model << 1 << QString();
+        QTest::newRow("model over an older model")
+            << QStringLiteral("OModel.db") << QString() << model << 0 << QString();
+        QTest::newRow("model into a new file")
+            << QStringLiteral("nuovo/OModel.db") << QString() << model << 0 << QString();
     }
     void fileIsLeftAlone()
     {
@@ -208,7 +228,8 @@ private Q_SLOTS:
         QTemporaryDir home;
         QProcess first;
         first.setProcessEnvironment(environment());
-        first.start(kProgram, {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis")});
+        first.start(kProgram,
+                    {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis")});
         QVERIFY(first.waitForStarted());
         // The first copy is up once its database exists and a moment has passed for the login.
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(home.filePath(QStringLiteral("Orvantis.db"))), 20000);

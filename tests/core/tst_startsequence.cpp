@@ -2,19 +2,19 @@
 // dialog after a failed connection or a database file that cannot be used,
 // the login, one copy per program folder.
 #include "common/apphome.h"
-#include "data/cadosqlserver.h"
-#include "data/connectionstring.h"
-#include "shell/frmmain.h"
-#include "shell/frmwarning.h"
-#include "data/modelseed.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
-#include "support/scripteddialogs.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
+#include "data/connectionstring.h"
+#include "data/modelseed.h"
 #include "data/session.h"
-#include "shell/singleinstance.h"
 #include "data/sqldialect.h"
+#include "shell/frmmain.h"
+#include "shell/frmwarning.h"
+#include "shell/singleinstance.h"
 #include "shell/startsequence.h"
+#include "support/scripteddialogs.h"
 #include "support/testdb.h"
 
 #include <QDialog>
@@ -87,16 +87,21 @@ ScriptedDialogs::Driver chooseDatabase(int tipoServer, const QString& connection
         testdb::click(d, QStringLiteral("cmdOk"));
     };
 }
-ScriptedDialogs::Driver chooseDatabase(const testdb::TestDatabase& db) { return chooseDatabase(db.tipoServer(), db.connectionString()); }
+ScriptedDialogs::Driver chooseDatabase(const testdb::TestDatabase& db)
+{
+    return chooseDatabase(db.tipoServer(), db.connectionString());
+}
 
 // Everything that makes up a file database on disk: the file's bytes (null
 // when it does not exist) and the journal files SQLite would leave beside it.
 QStringList diskState(const QString& path)
 {
     QFile file(path);
-    QStringList state{file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().toHex()) : QStringLiteral("(none)")};
+    QStringList state{file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().toHex())
+                                                     : QStringLiteral("(none)")};
     for (const char* suffix : {"-wal", "-shm", "-journal"})
-        state << QStringLiteral("%1: %2").arg(QLatin1String(suffix)).arg(QFileInfo::exists(path + QLatin1String(suffix)));
+        state
+            << QStringLiteral("%1: %2").arg(QLatin1String(suffix)).arg(QFileInfo::exists(path + QLatin1String(suffix)));
     return state;
 }
 
@@ -151,7 +156,7 @@ private Q_SLOTS:
         QCOMPARE(fileDbPath(gSession().strConnessione), file);
         QVERIFY(QFileInfo(file).size() > 0);
         QCOMPARE(machineSettings().value(QString(QChar(0)) + QStringLiteral("/path")).toString(), programFolder());
-        QCOMPARE(gOptions().amministratore, schema::defaultPassword());   // option globals loaded
+        QCOMPARE(gOptions().amministratore, schema::defaultPassword()); // option globals loaded
         QVERIFY(main->isVisible());
     }
 
@@ -167,13 +172,18 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("typed");
         const QString pw = schema::defaultPassword();
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, QStringLiteral("wrong, then right with blanks")) << pw << QString() << QStringList{QStringLiteral("sbagliata"), QStringLiteral("  ") + pw + QStringLiteral(" ")};
+            testdb::row(b, QStringLiteral("wrong, then right with blanks"))
+                << pw << QString()
+                << QStringList{QStringLiteral("sbagliata"), QStringLiteral("  ") + pw + QStringLiteral(" ")};
             testdb::row(b, QStringLiteral("empty refused")) << pw << QString() << QStringList{QString(), pw};
-            testdb::row(b, QStringLiteral("empty option takes empty")) << QString() << QString() << QStringList{QStringLiteral("   ")};
+            testdb::row(b, QStringLiteral("empty option takes empty"))
+                << QString() << QString() << QStringList{QStringLiteral("   ")};
             testdb::row(b, QStringLiteral("case matters")) << pw << QString() << QStringList{pw.toUpper(), pw};
             const QStringList anything{QString(), QStringLiteral("   "), pw, QStringLiteral("Null")};
-            testdb::row(b, QStringLiteral("no option row")) << pw << QStringLiteral("DELETE FROM Opzioni WHERE NOME = ¤Amministratore¤") << anything;
-            testdb::row(b, QStringLiteral("Null option")) << pw << QStringLiteral("UPDATE Opzioni SET VALORE = Null WHERE NOME = ¤Amministratore¤") << anything;
+            testdb::row(b, QStringLiteral("no option row"))
+                << pw << QStringLiteral("DELETE FROM Opzioni WHERE NOME = ¤Amministratore¤") << anything;
+            testdb::row(b, QStringLiteral("Null option"))
+                << pw << QStringLiteral("UPDATE Opzioni SET VALORE = Null WHERE NOME = ¤Amministratore¤") << anything;
         }
     }
     void login()
@@ -186,7 +196,8 @@ private Q_SLOTS:
         QVERIFY(db.isValid());
         useDatabase(db);
         setOpzione(QStringLiteral("Amministratore"), stored);
-        const auto restore = qScopeGuard([] { setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword()); });
+        const auto restore =
+            qScopeGuard([] { setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword()); });
         const bool damaged = !damage.isEmpty();
         if (damaged)
             testdb::run(damage);
@@ -217,15 +228,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("says");   // empty: no message before the settings
+        QTest::addColumn<QString>("says"); // empty: no message before the settings
         for (const QString& b : testdb::backends()) {
             testdb::row(b, QStringLiteral("no server")) << QStringLiteral("no server") << QString();
-            testdb::row(b, QStringLiteral("mistyped path")) << QStringLiteral("missing") << QStringLiteral("non esiste");
-            testdb::row(b, QStringLiteral("default file gone after a start")) << QStringLiteral("default gone") << QStringLiteral("non esiste");
-            testdb::row(b, QStringLiteral("default file, back end chosen before")) << QStringLiteral("default chosen") << QStringLiteral("non esiste");
+            testdb::row(b, QStringLiteral("mistyped path"))
+                << QStringLiteral("missing") << QStringLiteral("non esiste");
+            testdb::row(b, QStringLiteral("default file gone after a start"))
+                << QStringLiteral("default gone") << QStringLiteral("non esiste");
+            testdb::row(b, QStringLiteral("default file, back end chosen before"))
+                << QStringLiteral("default chosen") << QStringLiteral("non esiste");
             testdb::row(b, QStringLiteral("0 bytes")) << QStringLiteral("empty") << QStringLiteral("vuoto (0 byte)");
-            testdb::row(b, QStringLiteral("a text file")) << QStringLiteral("text") << QStringLiteral("non è un database");
-            testdb::row(b, QStringLiteral("another program's database")) << QStringLiteral("foreign") << QStringLiteral("non di Orvantis");
+            testdb::row(b, QStringLiteral("a text file"))
+                << QStringLiteral("text") << QStringLiteral("non è un database");
+            testdb::row(b, QStringLiteral("another program's database"))
+                << QStringLiteral("foreign") << QStringLiteral("non di Orvantis");
         }
     }
     void refusedDatabase()
@@ -240,13 +256,14 @@ private Q_SLOTS:
         QString path = folder.filePath(QStringLiteral("Ditta.db"));
         const auto restoreFolder = qScopeGuard([home = programFolder()] { setProgramFolder(home); });
         if (kind == QLatin1String("no server")) {
-            machineSettings().setValue(QStringLiteral("Server/DBType"), QStringLiteral("2"));   // the expert prompt: no server
+            machineSettings().setValue(QStringLiteral("Server/DBType"),
+                                       QStringLiteral("2")); // the expert prompt: no server
         } else if (kind.startsWith(QLatin1String("default"))) {
             // A program folder of its own, without its file.
             setProgramFolder(folder.path());
             path = programFile(QStringLiteral("Orvantis.db"));
             if (kind == QLatin1String("default gone"))
-                saveRunningInfo(QStringLiteral("0.0.0"));   // an earlier start on this folder
+                saveRunningInfo(QStringLiteral("0.0.0")); // an earlier start on this folder
             else
                 machineSettings().setValue(QStringLiteral("Server/DBType"), QStringLiteral("1"));
         } else {
@@ -280,7 +297,11 @@ private Q_SLOTS:
 
     // A file chosen from the login's settings is checked before the password
     // is: an empty one is named, left alone, and the login comes back.
-    void fileChosenAtLoginIsChecked_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void fileChosenAtLoginIsChecked_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void fileChosenAtLoginIsChecked()
     {
         QFETCH(QString, backend);
@@ -297,7 +318,8 @@ private Q_SLOTS:
         };
         ScriptedDialogs script;
         script.expectDialog(QStringLiteral("frmPw"), advancedThenPassword);
-        script.expectDialog(QStringLiteral("frmOptionServer"), chooseDatabase(TipoServer::FileDb, fileDbConnectionString(empty)));
+        script.expectDialog(QStringLiteral("frmOptionServer"),
+                            chooseDatabase(TipoServer::FileDb, fileDbConnectionString(empty)));
         script.expectMessage(kSaved, vb::OK);
         script.expectMessage(empty, vb::OK);
         script.expectDialog(QStringLiteral("frmPw"), advancedThenPassword);
@@ -316,7 +338,8 @@ private Q_SLOTS:
         ScriptedDialogs script;
         script.expectDialog(QStringLiteral("frmOptionServer"), press(QStringLiteral("cmdCancel")));
         // The second attempt is not silent: its failure is reported first.
-        script.expectDialog(QStringLiteral("frmWarning"), warningOf(QStringLiteral("cAdoSqlServer.Connect -> N/D"), false));
+        script.expectDialog(QStringLiteral("frmWarning"),
+                            warningOf(QStringLiteral("cAdoSqlServer.Connect -> N/D"), false));
         script.expectMessage(QStringLiteral("Impossibile connettere il DataBase!"), vb::OK);
         StartSequence start(quickStart());
         QVERIFY(!start.run());
@@ -345,7 +368,7 @@ private Q_SLOTS:
 
         // The second start finds the first and ends before any splash or login.
         ShellOptions again = options;
-        again.hasPassword = false;   // a login would fail the script
+        again.hasPassword = false; // a login would fail the script
         StartSequence second(again);
         QVERIFY(!second.run());
         QCOMPARE(second.exitCode(), 0);

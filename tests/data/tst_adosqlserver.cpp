@@ -1,9 +1,9 @@
 // cAdoSqlServer on the real back ends: connections, transactions, statements,
 // failures and their reports.
-#include "data/cadosqlserver.h"
-#include "data/driver.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
+#include "data/cadosqlserver.h"
+#include "data/driver.h"
 #include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqlliteral.h"
@@ -15,10 +15,7 @@ using testdb::ErrorRecorder;
 
 namespace {
 
-cAdoSqlServer& db()
-{
-    return gAdoSqlServer();
-}
+cAdoSqlServer& db() { return gAdoSqlServer(); }
 
 int insertIva(const QString& code, double value)
 {
@@ -48,7 +45,9 @@ class TestAdoSqlServer : public testdb::BackendTest
     Q_OBJECT
 
 public:
-    TestAdoSqlServer() : BackendTest(false) {}
+    TestAdoSqlServer()
+        : BackendTest(false)
+    { }
 
 private Q_SLOTS:
     // Every test starts on emptied tables, with no connection open.
@@ -91,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(db().getConnectionCount(), 0);
 
         // Connections stack; the current one is not moved back to the earlier one.
-        db().disconnect();   // at count 0: nothing happens
+        db().disconnect(); // at count 0: nothing happens
         QCOMPARE(db().getConnectionCount(), 0);
         QVERIFY(db().Connect() && db().Connect());
         QCOMPARE(db().getConnectionCount(), 2);
@@ -105,7 +104,7 @@ private Q_SLOTS:
     void transactions()
     {
         const QString tag = "test.transactions";
-        QVERIFY(!db().commitTrasaction(tag));   // nothing open: false, nothing changes
+        QVERIFY(!db().commitTrasaction(tag)); // nothing open: false, nothing changes
         QVERIFY(!db().rollbackTrasaction(tag));
         QCOMPARE(db().getConnectionCount(), 0);
 
@@ -114,7 +113,7 @@ private Q_SLOTS:
         QVERIFY(insertIva("4", 4) > 0);
         // Readers inside the transaction share its connection and see its rows.
         QCOMPARE(testdb::count("Iva"), 1);
-        db().disconnect();   // no effect while the transaction is open
+        db().disconnect(); // no effect while the transaction is open
         QCOMPARE(db().getConnectionCount(), 1);
         QVERIFY(db().rollbackTrasaction(tag));
         QCOMPARE(db().getConnectionCount(), 0);
@@ -189,7 +188,7 @@ private Q_SLOTS:
         ErrorRecorder errors;
         QString sql = "SELECT NOCOLUMN FROM Iva WHERE CODICE = ¤x¤";
         QVERIFY(!db().getNewRecordset(sql, "frmTest.showData"));
-        QCOMPARE(sql, QStringLiteral("SELECT NOCOLUMN FROM Iva WHERE CODICE = 'x'"));   // rewritten in place
+        QCOMPARE(sql, QStringLiteral("SELECT NOCOLUMN FROM Iva WHERE CODICE = 'x'")); // rewritten in place
         QVERIFY(!db().executeSQL("UPDATE NoTable SET A = 1", "frmTest.saveRecord"));
         QCOMPARE(errors.reports.size(), 2);
         const ErrorReport& r = errors.reports.at(1);
@@ -211,8 +210,9 @@ private Q_SLOTS:
         {
             const QString refused = "L'operazione non può essere completata nel rispetto dell'integrità dei dati.\r";
             testdb::ScriptedMsgBox boxes;
-            boxes.expect(refused + "E' probabile che si sta tentando di eliminare un record che risulta vincolato ai "
-                                   "dati di una o più tabelle.\r\r[Messaggio Originale]:\r",
+            boxes.expect(refused
+                             + "E' probabile che si sta tentando di eliminare un record che risulta vincolato ai "
+                               "dati di una o più tabelle.\r\r[Messaggio Originale]:\r",
                          vb::OK);
             boxes.expect(refused + "\r[Messaggio Originale]:\r", vb::OK);
             QVERIFY(!db().executeSQL("DELETE FROM Iva WHERE RID = " + iva, "frmIva.deleteRecord"));
@@ -258,7 +258,8 @@ private Q_SLOTS:
         testdb::run("INSERT INTO Prodotti (CODICE, DATAULTIMOCARICO, DATAULTIMAMODIFICA) VALUES (¤D¤, "
                     + db().getSQLDate(day) + ", " + db().getSQLDateTime(moment) + ")");
         const QList<QVariantList> rows = testdb::rows("SELECT DATAULTIMOCARICO, DATAULTIMAMODIFICA FROM Prodotti "
-                                                      "WHERE DATAULTIMOCARICO = " + db().getSQLDate(day));
+                                                      "WHERE DATAULTIMOCARICO = "
+                                                      + db().getSQLDate(day));
         QCOMPARE(rows.size(), 1);
         QCOMPARE(toDate(rows.first().at(0)), day);
         QCOMPARE(toDateTime(rows.first().at(1)), moment);
@@ -328,8 +329,10 @@ private Q_SLOTS:
         QVERIFY(commit ? db().commitTrasaction("test") : db().rollbackTrasaction("test"));
         QCOMPARE(db().getValueBySQL("SELECT " + db().getSQLDate(QDate(2024, 3, 7)), "test").toString(), "2024-03-07");
         driver::setTraceHook(nullptr);
-        QCOMPARE(seen, QStringList({"begin", "INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES ('a b', 'Aliquota a b', 4)",
-                                    commit ? "commit" : "rollback", "SELECT '2024-03-07'"}));
+        QCOMPARE(seen,
+                 QStringList({"begin",
+                              "INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES ('a b', 'Aliquota a b', 4)",
+                              commit ? "commit" : "rollback", "SELECT '2024-03-07'"}));
     }
 
     // Fields are found by name in any case, the last of equal names winning,

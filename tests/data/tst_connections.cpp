@@ -2,10 +2,10 @@
 // a lock held by another workstation gives its message after the rollback
 // and the next attempt works, and the unique meanings are refused twice
 // whoever writes them.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/driver.h"
-#include "common/msgbox.h"
 #include "data/session.h"
 #include "data/sqlliteral.h"
 #include "support/testdb.h"
@@ -21,10 +21,7 @@ using testdb::ScriptedMsgBox;
 
 namespace {
 
-cAdoSqlServer& db()
-{
-    return gAdoSqlServer();
-}
+cAdoSqlServer& db() { return gAdoSqlServer(); }
 
 // Ends sessions of the server as a restart or an administrator would.
 void killSessions(const QList<qint64>& ids)
@@ -78,7 +75,9 @@ class TestConnections : public testdb::BackendTest
     Q_OBJECT
 
 public:
-    TestConnections() : BackendTest(false) {}
+    TestConnections()
+        : BackendTest(false)
+    { }
 
 private Q_SLOTS:
     void initTestCase()
@@ -126,7 +125,7 @@ private Q_SLOTS:
         QCOMPARE(int(db().lastFailure()), int(cAdoSqlServer::Failure::ConnectionLost));
         QVERIFY(!insertIva("C"));
         QVERIFY(!db().commitTrasaction("test"));
-        QCOMPARE(boxes.shown.size(), 0);   // nothing shown while the transaction is open
+        QCOMPARE(boxes.shown.size(), 0); // nothing shown while the transaction is open
         boxes.expect("La connessione al database si è interrotta", vb::OK);
         QVERIFY(db().rollbackTrasaction("test"));
         QVERIFY(boxes.allAnswered());
@@ -165,7 +164,7 @@ private Q_SLOTS:
             QVERIFY(!db().executeSQL(update.arg(23), "test"));
             QCOMPARE(int(db().lastFailure()), int(cAdoSqlServer::Failure::Busy));
             QCOMPARE(boxes.shown.size(), 0);
-            QVERIFY(!insertIva("5"));   // refused: the transaction is lost
+            QVERIFY(!insertIva("5")); // refused: the transaction is lost
             QVERIFY(db().rollbackTrasaction("test"));
         } else {
             QCOMPARE(backend(), QStringLiteral("sqlite"));
@@ -176,7 +175,7 @@ private Q_SLOTS:
         QVERIFY(other->commit(error));
         driver::release(other);
 
-        QCOMPARE(testdb::count("Iva"), 1);   // nothing half-written
+        QCOMPARE(testdb::count("Iva"), 1); // nothing half-written
         QVERIFY(db().beginTrasaction("test"));
         QVERIFY(db().executeSQL(update.arg(23), "test"));
         QVERIFY(db().commitTrasaction("test"));
@@ -206,7 +205,7 @@ private Q_SLOTS:
         ErrorRecorder errors;
         QVERIFY(!db().executeSQL(insert, "test"));
         QCOMPARE(errors.reports.size(), 1);
-        db().disconnect();   // a failed statement keeps its connection counted
+        db().disconnect(); // a failed statement keeps its connection counted
     }
 };
 

@@ -56,8 +56,8 @@ private Q_SLOTS:
     // (Files only: a server has no file to look at.)
     void inspectedFiles_data()
     {
-        QTest::addColumn<QString>("kind");        // what is at the path
-        QTest::addColumn<QByteArray>("content");  // a file's bytes, or the table of a foreign database
+        QTest::addColumn<QString>("kind");       // what is at the path
+        QTest::addColumn<QByteArray>("content"); // a file's bytes, or the table of a foreign database
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("says");
         using S = model::FileDbState;
@@ -91,7 +91,7 @@ private Q_SLOTS:
             file.close();
         } else if (kind == "folder") {
             QVERIFY(QDir(dir.path()).mkdir("Ditta.db"));
-        } else if (kind == "sqlite") {   // made with Qt's own driver, not the program's
+        } else if (kind == "sqlite") { // made with Qt's own driver, not the program's
             {
                 QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "maker");
                 db.setDatabaseName(path);
@@ -132,7 +132,7 @@ private Q_SLOTS:
             // The driver refuses to open what is not a database (yet).
             DbError error;
             QVERIFY(!driver::acquire(TipoServer::FileDb, fileDbConnectionString(path), 5, error));
-            if (!content.startsWith("SQLite"))   // that one SQLite itself refuses, in its own words
+            if (!content.startsWith("SQLite")) // that one SQLite itself refuses, in its own words
                 QVERIFY2(error.description.contains(path), qPrintable(error.description));
         }
         driver::closeIdle();

@@ -2,8 +2,8 @@
 // back byte for byte, as values and as look-up keys, on every back end; a
 // text cut to its column keeps whole characters and fits. (What a search
 // filter finds, whatever it holds, tst_ricerca shows through the dialog.)
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "data/schema.h"
 #include "data/sqlliteral.h"
 #include "support/testdb.h"
@@ -13,25 +13,62 @@
 
 namespace {
 
-QString half(char16_t unit)
-{
-    return QString(QChar(unit));
-}
+QString half(char16_t unit) { return QString(QChar(unit)); }
 
 // Pieces that the rewriting or the drivers could take for their own.
 const QStringList kTraps = {
-    "'", "''", "¤", "‡", "¿", "•", "•A•", "•/A•", "•M•", "•/M•", "•S•", "•/S•", "`", "\\", "\\'", "\n", "\r\n", "\t",
-    "\"", "#", "#01/02/2024#", "&", "SELECT TOP 5 ", "FORMAT(", "@01", ";", "--", "/*", "%", "_", "(", ")", ",", " ",
-    "àèéìòù", "€", "ß", "😀", "👍🏽", QString::fromUtf16(u"\uE000"), QString::fromUtf16(u"\uE101"),
-    QString::fromUtf16(u"\uF8FF"), "?", ":name",
+    "'",
+    "''",
+    "¤",
+    "‡",
+    "¿",
+    "•",
+    "•A•",
+    "•/A•",
+    "•M•",
+    "•/M•",
+    "•S•",
+    "•/S•",
+    "`",
+    "\\",
+    "\\'",
+    "\n",
+    "\r\n",
+    "\t",
+    "\"",
+    "#",
+    "#01/02/2024#",
+    "&",
+    "SELECT TOP 5 ",
+    "FORMAT(",
+    "@01",
+    ";",
+    "--",
+    "/*",
+    "%",
+    "_",
+    "(",
+    ")",
+    ",",
+    " ",
+    "àèéìòù",
+    "€",
+    "ß",
+    "😀",
+    "👍🏽",
+    QString::fromUtf16(u"\uE000"),
+    QString::fromUtf16(u"\uE101"),
+    QString::fromUtf16(u"\uF8FF"),
+    "?",
+    ":name",
     // Halves of characters: what a cut in the middle of an emoji leaves.
-    half(0xD83D), half(0xDE00), half(0xDE00) + half(0xD83D), half(0xDBFF) + "'",
+    half(0xD83D),
+    half(0xDE00),
+    half(0xDE00) + half(0xD83D),
+    half(0xDBFF) + "'",
 };
 
-qsizetype characters(const QString& text)
-{
-    return text.toUcs4().size();
-}
+qsizetype characters(const QString& text) { return text.toUcs4().size(); }
 
 QString randomText(QRandomGenerator& rng)
 {
@@ -39,11 +76,11 @@ QString randomText(QRandomGenerator& rng)
     for (int pieces = int(rng.bounded(1, 12)); pieces > 0; --pieces) {
         switch (rng.bounded(4)) {
         case 0: s += kTraps.at(int(rng.bounded(qsizetype(kTraps.size())))); break;
-        case 1:   // printable ASCII
+        case 1: // printable ASCII
             for (int n = int(rng.bounded(1, 6)); n > 0; --n)
                 s += QChar(char16_t(rng.bounded(0x20, 0x7F)));
             break;
-        case 2: {   // any character of the basic plane but NUL and surrogates
+        case 2: { // any character of the basic plane but NUL and surrogates
             char16_t c = 0;
             do
                 c = char16_t(rng.bounded(1, 0x10000));
@@ -51,7 +88,7 @@ QString randomText(QRandomGenerator& rng)
             s += QChar(c);
             break;
         }
-        default: {  // beyond the basic plane
+        default: { // beyond the basic plane
             const char32_t c = char32_t(rng.bounded(0x10000, 0x10FFFF));
             s += QString::fromUcs4(&c, 1);
         }
@@ -77,7 +114,9 @@ class TestRoundTrip : public testdb::BackendTest
     Q_OBJECT
 
 public:
-    TestRoundTrip() : BackendTest(false) {}
+    TestRoundTrip()
+        : BackendTest(false)
+    { }
 
 private Q_SLOTS:
     void fuzz()
@@ -103,12 +142,15 @@ private Q_SLOTS:
             const int i = row.at(0).toInt();
             if (row.at(1).toString() != testdb::asStored(values.at(i)))
                 QFAIL(qPrintable(QString("value %1 altered: [%2] came back as [%3]")
-                                     .arg(i).arg(values.at(i), row.at(1).toString())));
+                                     .arg(i)
+                                     .arg(values.at(i), row.at(1).toString())));
         }
         // The same values as look-up keys find their own row, and only it.
         for (int i = 0; i < 300; ++i)
-            QVERIFY2(testdb::value("SELECT NOME FROM Opzioni WHERE VALORE = " + sqlText(values.at(i)) + " AND NOME = "
-                                   + sqlText(QString::number(i))).toString() == QString::number(i),
+            QVERIFY2(testdb::value("SELECT NOME FROM Opzioni WHERE VALORE = " + sqlText(values.at(i))
+                                   + " AND NOME = " + sqlText(QString::number(i)))
+                             .toString()
+                         == QString::number(i),
                      qPrintable(values.at(i)));
         QVERIFY(errors.reports.isEmpty());
     }
@@ -122,7 +164,7 @@ private Q_SLOTS:
         testdb::empty({"Banche"});
         testdb::ErrorRecorder errors;
         QRandomGenerator rng(20261123);
-        QList<schema::Column> columns;   // the text columns but the code
+        QList<schema::Column> columns; // the text columns but the code
         QStringList names{"CODICE"};
         for (const schema::Column& c : schema::findTable("Banche")->columns)
             if (c.kind == schema::ColKind::Text && c.name != names.first()) {
@@ -137,8 +179,8 @@ private Q_SLOTS:
             QStringList values, literals{sqlText(QString("CUT%1").arg(i))};
             for (const schema::Column& c : columns) {
                 // Every fourth row puts an emoji exactly across the cut.
-                const QString text = i % 4 == 0 ? QString(c.length - 1, 'a') + QString::fromUtf8("😀b")
-                                                : longText(rng, c.length);
+                const QString text =
+                    i % 4 == 0 ? QString(c.length - 1, 'a') + QString::fromUtf8("😀b") : longText(rng, c.length);
                 const QString cut = leftChars(text, c.length);
                 QVERIFY(text.startsWith(cut));
                 QCOMPARE(characters(cut), qsizetype(c.length));
@@ -158,7 +200,8 @@ private Q_SLOTS:
             for (qsizetype c = 0; c < columns.size(); ++c)
                 if (row.at(c + 1).toString() != testdb::asStored(cuts.at(i).at(c)))
                     QFAIL(qPrintable(QString("row %1, %2: [%3] came back as [%4]")
-                                         .arg(i).arg(names.at(c + 1), cuts.at(i).at(c), row.at(c + 1).toString())));
+                                         .arg(i)
+                                         .arg(names.at(c + 1), cuts.at(i).at(c), row.at(c + 1).toString())));
         }
     }
 };

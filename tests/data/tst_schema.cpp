@@ -153,18 +153,22 @@ private Q_SLOTS:
     // row ("=Table") names a seeded one, or none (0).
     void options()
     {
-        const QStringList options = QString(
-            "Amministratore TipoStampaDistinta IvaPredRigaLibera=Iva CatPrezziNetti=CategorieSconti "
-            "ClientePredefinito=Anagrafiche TipoDocVb=TipoDocumenti CausalePagVb=Causali AnnoCorrente "
-            "ContoClienti=PianoConti ContoFornitori=PianoConti DecimaliDopo VenditoreChar DistintaBase RigaLibera "
-            "GruppoPredefinito=Gruppi GruppoProdInteg=Gruppi GruppoProdCL=Gruppi Marca=Marche Fornitore=Anagrafiche "
-            "TipoDocProd=TipoDocumenti DocConversione=TipoDocumenti DocConversioneDDT=TipoDocumenti "
-            "PagamentoVB=Pagamenti PrezzoMedio MesiPrezzoMedio BloccoPN DescPN FidoAllaData NoShowCptEstratto "
-            "MostraTotaleRigaMov UsaPrezziIva PiePagina RidIvaProdotti=Iva RidUMProdotti=UnitaMisura "
-            "RidMarcaProdotti=Marche RidCollezioneProdotti=Collezioni ReportElencoSpeciale "
-            "NumeratoreElencoSpeciale=Numeratori SottoScorta BloccaSottoScorta AvvisaSottoScorta VenditeGiorniDiversi "
-            "BloccaVenditeGiorniDiversi AvvisaVenditeGiorniDiversi LockVBEdit LockVBPrezzo VenditoriObbligatori "
-            "VenditoriBlocco PagatoAltriClienti PrezzoListino").split(' ');
+        const QStringList options =
+            QString(
+                "Amministratore TipoStampaDistinta IvaPredRigaLibera=Iva CatPrezziNetti=CategorieSconti "
+                "ClientePredefinito=Anagrafiche TipoDocVb=TipoDocumenti CausalePagVb=Causali AnnoCorrente "
+                "ContoClienti=PianoConti ContoFornitori=PianoConti DecimaliDopo VenditoreChar DistintaBase RigaLibera "
+                "GruppoPredefinito=Gruppi GruppoProdInteg=Gruppi GruppoProdCL=Gruppi Marca=Marche "
+                "Fornitore=Anagrafiche "
+                "TipoDocProd=TipoDocumenti DocConversione=TipoDocumenti DocConversioneDDT=TipoDocumenti "
+                "PagamentoVB=Pagamenti PrezzoMedio MesiPrezzoMedio BloccoPN DescPN FidoAllaData NoShowCptEstratto "
+                "MostraTotaleRigaMov UsaPrezziIva PiePagina RidIvaProdotti=Iva RidUMProdotti=UnitaMisura "
+                "RidMarcaProdotti=Marche RidCollezioneProdotti=Collezioni ReportElencoSpeciale "
+                "NumeratoreElencoSpeciale=Numeratori SottoScorta BloccaSottoScorta AvvisaSottoScorta "
+                "VenditeGiorniDiversi "
+                "BloccaVenditeGiorniDiversi AvvisaVenditeGiorniDiversi LockVBEdit LockVBPrezzo VenditoriObbligatori "
+                "VenditoriBlocco PagatoAltriClienti PrezzoListino")
+                .split(' ');
         const QStringList seeded = Seed("Opzioni").column("NOME");
         QCOMPARE(seeded.size(), options.size());
         for (const QString& o : options) {
@@ -173,8 +177,11 @@ private Q_SLOTS:
             bool numeric = false;
             const int key = option(nome).toInt(&numeric);
             if (!keyOf.isEmpty())
-                QVERIFY2(numeric && (key == 0 || Seed(keyOf).column(findTable(keyOf)->columns.first().name)
-                                                     .contains(QString::number(key))),
+                QVERIFY2(numeric
+                             && (key == 0
+                                 || Seed(keyOf)
+                                        .column(findTable(keyOf)->columns.first().name)
+                                        .contains(QString::number(key))),
                          qPrintable(nome + ' ' + option(nome)));
         }
         // The free-row character is the one that statements write literally,
@@ -182,7 +189,7 @@ private Q_SLOTS:
         QCOMPARE(option("RigaLibera"), QStringLiteral("/"));
         QCOMPARE(option("DistintaBase").size(), 1);
         QVERIFY(option("DistintaBase") != option("RigaLibera"));
-        QVERIFY(defaultPassword().size() >= 8);   // what the password change demands
+        QVERIFY(defaultPassword().size() >= 8); // what the password change demands
     }
 
     // Codes of the chart make a tree of 2, 5 and 8 characters; the control

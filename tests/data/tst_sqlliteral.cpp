@@ -2,12 +2,11 @@
 #include "data/driver.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "support/localerows.h"
 
 #include <QDateTime>
 #include <QLocale>
 #include <QtTest>
-
-#include "support/localerows.h"
 
 namespace {
 const int S = TipoServer::SqlServer, A = TipoServer::FileDb, M = TipoServer::MySql;
@@ -82,10 +81,18 @@ private Q_SLOTS:
         row("ISO date text", S, "2024-03-07", "{ d ¤2024-03-07¤ }", "¤2024-03-07 00:00:00¤", "{ t ¤00:00:00¤ }");
         row("date text as bytes", A, QByteArray("07/03/2024"), "#03/07/2024#", "#03/07/2024 00:00:00#", "#00:00:00#");
         for (int t : {S, A, M}) {
-            QTest::addRow("invalid date %d", t) << t << QVariant(QDate()) << "Null" << "Null" << "Null";
-            QTest::addRow("empty %d", t) << t << QVariant(QString()) << "Null" << "Null" << "Null";
-            QTest::addRow("not a date %d", t) << t << QVariant("31/02/2024") << "Null" << "Null" << "Null";
-            QTest::addRow("null %d", t) << t << QVariant() << "Null" << "Null" << "Null";
+            QTest::addRow("invalid date %d", t) << t << QVariant(QDate()) << "Null"
+                                                << "Null"
+                                                << "Null";
+            QTest::addRow("empty %d", t) << t << QVariant(QString()) << "Null"
+                                         << "Null"
+                                         << "Null";
+            QTest::addRow("not a date %d", t) << t << QVariant("31/02/2024") << "Null"
+                                              << "Null"
+                                              << "Null";
+            QTest::addRow("null %d", t) << t << QVariant() << "Null"
+                                        << "Null"
+                                        << "Null";
         }
         row("unknown back end", 5, when, "", "", "");
     }
@@ -107,7 +114,7 @@ private Q_SLOTS:
     void protectedValues_data()
     {
         QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("sentValue");   // as the engine receives it
+        QTest::addColumn<QString>("sentValue"); // as the engine receives it
         const auto same = [](const char* name, const QString& value) { QTest::newRow(name) << value << value; };
         same("apostrophe", QStringLiteral("l'albero"));
         same("delimiter", QStringLiteral("10 ¤ al kg"));
@@ -127,8 +134,8 @@ private Q_SLOTS:
         QTest::newRow("second half alone") << low + "x" << fffd + "x";
         QTest::newRow("halves reversed") << low + high << fffd + fffd;
         QTest::newRow("first half before a protected character") << high + "¤" + high + " " << fffd + "¤" + fffd + " ";
-        QTest::newRow("first half before a private-use character") << high + QChar(char16_t(0xE000))
-                                                                   << fffd + QChar(char16_t(0xE000));
+        QTest::newRow("first half before a private-use character")
+            << high + QChar(char16_t(0xE000)) << fffd + QChar(char16_t(0xE000));
     }
 
     void protectedValues()
@@ -163,25 +170,40 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("date") << "WHERE D = #03/07/2024#" << "WHERE D = '2024-03-07'";
-        QTest::newRow("date time") << "WHERE D >= #3/7/2024 9:05:04#" << "WHERE D >= '2024-03-07 09:05:04'";
-        QTest::newRow("time") << "SET T = #9:05:04#, U = #00:00:00#" << "SET T = '09:05:04', U = '00:00:00'";
-        QTest::newRow("inside quotes untouched") << "WHERE N = '#03/07/2024#'" << "WHERE N = '#03/07/2024#'";
-        QTest::newRow("concatenation") << "SELECT A & 'x&y' & B" << "SELECT A || 'x&y' || B";
-        QTest::newRow("not a date") << "WHERE N = #abc#" << "WHERE N = #abc#";
-        QTest::newRow("top") << "SELECT TOP 5 A FROM T ORDER BY A" << "SELECT A FROM T ORDER BY A LIMIT 5";
+        QTest::newRow("date") << "WHERE D = #03/07/2024#"
+                              << "WHERE D = '2024-03-07'";
+        QTest::newRow("date time") << "WHERE D >= #3/7/2024 9:05:04#"
+                                   << "WHERE D >= '2024-03-07 09:05:04'";
+        QTest::newRow("time") << "SET T = #9:05:04#, U = #00:00:00#"
+                              << "SET T = '09:05:04', U = '00:00:00'";
+        QTest::newRow("inside quotes untouched") << "WHERE N = '#03/07/2024#'"
+                                                 << "WHERE N = '#03/07/2024#'";
+        QTest::newRow("concatenation") << "SELECT A & 'x&y' & B"
+                                       << "SELECT A || 'x&y' || B";
+        QTest::newRow("not a date") << "WHERE N = #abc#"
+                                    << "WHERE N = #abc#";
+        QTest::newRow("top") << "SELECT TOP 5 A FROM T ORDER BY A"
+                             << "SELECT A FROM T ORDER BY A LIMIT 5";
         QTest::newRow("top in a sub-select") << "SELECT X FROM (SELECT TOP 2 B FROM T ORDER BY B) Q WHERE X > 'a)'"
                                              << "SELECT X FROM (SELECT B FROM T ORDER BY B LIMIT 2) Q WHERE X > 'a)'";
-        QTest::newRow("top distinct") << "select distinct top 1 A from T" << "SELECT distinct A from T LIMIT 1";
-        QTest::newRow("top quoted") << "SELECT 'SELECT TOP 1 ' FROM T" << "SELECT 'SELECT TOP 1 ' FROM T";
-        QTest::newRow("top after tabs") << "SELECT\tTOP\t3\tA FROM T" << "SELECT A FROM T LIMIT 3";
+        QTest::newRow("top distinct") << "select distinct top 1 A from T"
+                                      << "SELECT distinct A from T LIMIT 1";
+        QTest::newRow("top quoted") << "SELECT 'SELECT TOP 1 ' FROM T"
+                                    << "SELECT 'SELECT TOP 1 ' FROM T";
+        QTest::newRow("top after tabs") << "SELECT\tTOP\t3\tA FROM T"
+                                        << "SELECT A FROM T LIMIT 3";
         QTest::newRow("top of both selects") << "SELECT TOP 1 A FROM (SELECT TOP 2 B FROM T) Q"
                                              << "SELECT A FROM (SELECT B FROM T LIMIT 2) Q LIMIT 1";
-        QTest::newRow("select inside a word") << "SELECT XSELECT TOP 1 A" << "SELECT XSELECT TOP 1 A";
-        QTest::newRow("date time without seconds") << "WHERE D = #1/2/2024  10:30#" << "WHERE D = '2024-01-02 10:30:00'";
-        QTest::newRow("blanks inside the marks") << "WHERE D = # 03/07/2024 #" << "WHERE D = '2024-03-07'";
-        QTest::newRow("five-digit year") << "WHERE D = #1/2/20245#" << "WHERE D = #1/2/20245#";
-        QTest::newRow("three-digit day") << "WHERE D = #1/123/2024#" << "WHERE D = #1/123/2024#";
+        QTest::newRow("select inside a word") << "SELECT XSELECT TOP 1 A"
+                                              << "SELECT XSELECT TOP 1 A";
+        QTest::newRow("date time without seconds") << "WHERE D = #1/2/2024  10:30#"
+                                                   << "WHERE D = '2024-01-02 10:30:00'";
+        QTest::newRow("blanks inside the marks") << "WHERE D = # 03/07/2024 #"
+                                                 << "WHERE D = '2024-03-07'";
+        QTest::newRow("five-digit year") << "WHERE D = #1/2/20245#"
+                                         << "WHERE D = #1/2/20245#";
+        QTest::newRow("three-digit day") << "WHERE D = #1/123/2024#"
+                                         << "WHERE D = #1/123/2024#";
     }
 
     void fileDbLiterals()

@@ -24,8 +24,8 @@ private Q_SLOTS:
     {
         QVERIFY(QSqlDatabase::isDriverAvailable(QStringLiteral("QODBC")));
         DbError error;
-        const QString unreachable = QStringLiteral(
-            "DRIVER={FreeTDS};SERVER=127.0.0.1;PORT=1;DATABASE=orvantis;UID=sa;PWD=x;TDS_Version=7.4");
+        const QString unreachable =
+            QStringLiteral("DRIVER={FreeTDS};SERVER=127.0.0.1;PORT=1;DATABASE=orvantis;UID=sa;PWD=x;TDS_Version=7.4");
         PhysicalConnectionPtr c = driver::acquire(TipoServer::SqlServer, unreachable, 2, error);
         QVERIFY(!c);
         QVERIFY2(error.description.contains(QStringLiteral("[FreeTDS]")), qPrintable(error.description));
@@ -54,9 +54,9 @@ private Q_SLOTS:
         gAdoSqlServer().setTipoServer(TipoServer::SqlServer);
         gSession().strConnessione = connection;
         const QString value = QStringLiteral("l'\u00A4\u2021\u00BF`\\ \u00E0 \U0001F600");
-        const int id = gAdoSqlServer().getIDByInsert(
-            "INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, " + sqlText(value) + ", 1)", "test", "RID",
-            "Iva");
+        const int id = gAdoSqlServer().getIDByInsert("INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, "
+                                                         + sqlText(value) + ", 1)",
+                                                     "test", "RID", "Iva");
         QVERIFY(id > 0);
         const QString sql = "SELECT DESCRIZIONE FROM Iva WHERE RID = " + QString::number(id);
         QCOMPARE(gAdoSqlServer().getValueBySQL(sql, "test").toString(), value);

@@ -5,10 +5,10 @@
 // the end, emoji included, stops at the column on whole characters. (That
 // such a text is stored and read back whole, tst_roundtrip shows.)
 #include "data/cadosqlserver.h"
-#include "screens/framework/frmsimpleform.h"
+#include "data/schema.h"
 #include "masterdata/masterdatascreens.h"
 #include "masterdata/opzionicampi.h"
-#include "data/schema.h"
+#include "screens/framework/frmsimpleform.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -67,26 +67,27 @@ private Q_SLOTS:
             QTest::newRow(qPrintable(QString(screen + ' ' + argument).trimmed())) << screen << argument << bindings;
         };
         row("frmIva", {}, {"txtCodice=Iva.CODICE", "txtDescrizione=Iva.DESCRIZIONE", "txtValoreIva="});
-        row("frmCausali", {}, {"txtCodice=Causali.CODICE", "txtDescrizione=Causali.DESCRIZIONE",
-                               "txtMagazzinoOrig=Magazzini.CODICE", "txtMagazzinoDest=Magazzini.CODICE",
-                               "txtDare1=PianoConti.CODICE", "txtDare2=PianoConti.CODICE",
-                               "txtAvere1=PianoConti.CODICE", "txtAvere2=PianoConti.CODICE"});
-        row("frmBanche", {}, {"txtCodice=Banche.CODICE", "txtDescrizione=Banche.DESCRIZIONE", "txtABI=Banche.ABI",
-                              "txtCAB=Banche.CAB", "txtCIN=Banche.CIN", "txtAgenzia=Banche.AGENZIA",
-                              "txtIndirizzo=Banche.INDIRIZZO", "txtCivico=Banche.CIVICO", "txtCAP=Banche.CAP",
-                              "txtCitta=Banche.CITTA", "txtProvincia=Banche.PROVINCIA", "txtTelefono=Banche.TELEFONO",
-                              "txtFax=Banche.FAX"});
-        row("frmVenditore", {}, {"txtCodice=Venditori.CODICE", "txtDescrizione=Venditori.DESCRIZIONE",
-                                 "txtCodiceExtra=Venditori.CODICEEXTRA"});
-        row("frmTipoDocumento", {}, {"txtCodice=TipoDocumenti.CODICE", "txtDescrizione=TipoDocumenti.DESCRIZIONE",
-                                     "txtDescStampa=TipoDocumenti.DESCSTAMPA", "txtCausale=Causali.CODICE", "txtRDA1=",
-                                     "txtRDA2="});
+        row("frmCausali", {},
+            {"txtCodice=Causali.CODICE", "txtDescrizione=Causali.DESCRIZIONE", "txtMagazzinoOrig=Magazzini.CODICE",
+             "txtMagazzinoDest=Magazzini.CODICE", "txtDare1=PianoConti.CODICE", "txtDare2=PianoConti.CODICE",
+             "txtAvere1=PianoConti.CODICE", "txtAvere2=PianoConti.CODICE"});
+        row("frmBanche", {},
+            {"txtCodice=Banche.CODICE", "txtDescrizione=Banche.DESCRIZIONE", "txtABI=Banche.ABI", "txtCAB=Banche.CAB",
+             "txtCIN=Banche.CIN", "txtAgenzia=Banche.AGENZIA", "txtIndirizzo=Banche.INDIRIZZO",
+             "txtCivico=Banche.CIVICO", "txtCAP=Banche.CAP", "txtCitta=Banche.CITTA", "txtProvincia=Banche.PROVINCIA",
+             "txtTelefono=Banche.TELEFONO", "txtFax=Banche.FAX"});
+        row("frmVenditore", {},
+            {"txtCodice=Venditori.CODICE", "txtDescrizione=Venditori.DESCRIZIONE",
+             "txtCodiceExtra=Venditori.CODICEEXTRA"});
+        row("frmTipoDocumento", {},
+            {"txtCodice=TipoDocumenti.CODICE", "txtDescrizione=TipoDocumenti.DESCRIZIONE",
+             "txtDescStampa=TipoDocumenti.DESCSTAMPA", "txtCausale=Causali.CODICE", "txtRDA1=", "txtRDA2="});
         row("frmNumeratori", {}, {"txtDescrizione=Numeratori.DESCRIZIONE", "txtNumero="});
         // The account code is the tree's own rule (8), stricter than its column.
         row("frmPianoConti", {}, {"txtCodice=", "txtDescrizione=PianoConti.DESCRIZIONE"});
         for (int i = 0; i <= 14; ++i) {
-            const QString item = i < 13 ? "mnuTab_" + QString::number(i)
-                                        : QString(i == 13 ? "mnuCollezioni" : "mnuFasceClienti");
+            const QString item =
+                i < 13 ? "mnuTab_" + QString::number(i) : QString(i == 13 ? "mnuCollezioni" : "mnuFasceClienti");
             const QString table = simpleFormUse(item).tabella;
             row("frmSimpleForm", item, {"txtCodice=" + table + ".CODICE", "txtDescrizione=" + table + ".DESCRIZIONE"});
         }
@@ -95,9 +96,9 @@ private Q_SLOTS:
         Bindings opzioni;
         for (const opzioni::Campo& c : opzioni::campi())
             opzioni << c.control + '='
-                           + (c.tipo == opzioni::Controllo::Chiave
-                                  ? QLatin1String(c.lookup->table) + '.' + QLatin1String(c.lookup->codeColumn)
-                                  : QString());
+                    + (c.tipo == opzioni::Controllo::Chiave
+                           ? QLatin1String(c.lookup->table) + '.' + QLatin1String(c.lookup->codeColumn)
+                           : QString());
         row("frmOpzioni", {}, opzioni);
     }
     void everyTextField()
@@ -112,21 +113,21 @@ private Q_SLOTS:
         int limited = 0;
         for (QLineEdit* field : window.screen.findChildren<QLineEdit*>()) {
             if (field->objectName().isEmpty() || field->objectName().startsWith("qt_"))
-                continue;   // the editors inside combo boxes and spin boxes
+                continue; // the editors inside combo boxes and spin boxes
             QVERIFY2(columns.contains(field->objectName()), qPrintable(field->objectName() + " has no column"));
             const QString column = columns.value(field->objectName());
             if (column.isEmpty())
                 continue;
             const int length = schemaLength(column);
             QVERIFY2(length >= 0, qPrintable(column + " is not in the schema"));
-            if (length == 0) {   // a code that is a number (a customer's)
+            if (length == 0) { // a code that is a number (a customer's)
                 QCOMPARE(field->maxLength(), QLineEdit().maxLength());
                 continue;
             }
             QCOMPARE(field->maxLength(), length);
             ++limited;
             if (!field->isEnabled())
-                continue;   // a field that its screen's state keeps locked
+                continue; // a field that its screen's state keeps locked
             QString kept;
             testdb::typeKeys(field, acrossTheEnd(length, &kept));
             QVERIFY2(field->text().isValidUtf16(), qPrintable(field->objectName()));

@@ -1,10 +1,10 @@
 // The causal screen on both back ends: how its flags, kinds, warehouses and
 // accounts reach the table, and the fields that depend on its choices.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "masterdata/frmcausali.h"
-#include "screens/framework/frmsimpleform.h"
 #include "masterdata/masterdatascreens.h"
-#include "common/msgbox.h"
+#include "screens/framework/frmsimpleform.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -83,9 +83,11 @@ private Q_SLOTS:
         s.tick("chkScadenzeNegative", true);
         s.tick("chkGeneraScad", generaScad);
         QVERIFY(s.screen.saveRecord());
-        QVariantList stored = testdb::rows("SELECT Operazione, ORIGINE, DESTINAZIONE, FK_MagazzinoOrig, FK_MagazzinoDest, "
-                                           "GENERAPN, GENERASCAD, SCADENZENEGATIVE, TAGLIO, MOSTRAVB, FK_CONTODARE1, "
-                                           "FK_ContoAvere1 FROM Causali WHERE CODICE = ¤ZC¤").value(0);
+        QVariantList stored =
+            testdb::rows("SELECT Operazione, ORIGINE, DESTINAZIONE, FK_MagazzinoOrig, FK_MagazzinoDest, "
+                         "GENERAPN, GENERASCAD, SCADENZENEGATIVE, TAGLIO, MOSTRAVB, FK_CONTODARE1, "
+                         "FK_ContoAvere1 FROM Causali WHERE CODICE = ¤ZC¤")
+                .value(0);
         for (QVariant& v : stored)
             v = v.isNull() ? QVariant() : QVariant(v.toInt());
         QCOMPARE(stored, expected);
@@ -101,7 +103,11 @@ private Q_SLOTS:
 
     // The button beside a warehouse opens the warehouses on a new record;
     // the warehouse saved there comes back into the field on closing.
-    void createWhileTyping_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void createWhileTyping_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void createWhileTyping()
     {
         QFETCH(QString, backend);

@@ -1,8 +1,8 @@
 // The record screen pattern on the VAT rates screen, driven by its controls
 // on both back ends.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "masterdata/frmiva.h"
-#include "common/msgbox.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -15,13 +15,12 @@ namespace {
 
 struct Screen : testdb::Screen<frmIva>
 {
-    Screen() : testdb::Screen<frmIva>(false, true, 0) {}
+    Screen()
+        : testdb::Screen<frmIva>(false, true, 0)
+    { }
 };
 
-int rowsWithCode(const QString& code)
-{
-    return testdb::count("Iva", "CODICE = ¤" + code + "¤");
-}
+int rowsWithCode(const QString& code) { return testdb::count("Iva", "CODICE = ¤" + code + "¤"); }
 
 } // namespace
 
@@ -40,7 +39,7 @@ private Q_SLOTS:
         s.key("txtValoreIva", Qt::Key_F5);
         QCOMPARE(s.shown("txtValoreIva"), QStringLiteral("7,50"));
         QVERIFY(s.rid().toInt() > 1);
-        QCOMPARE(s.shown("txtCodice"), QStringLiteral("X7"));   // codes are upper case
+        QCOMPARE(s.shown("txtCodice"), QStringLiteral("X7")); // codes are upper case
         QCOMPARE(s.shown("txtDescrizione"), QStringLiteral("ALIQUOTA PROVA"));
         QCOMPARE(s.screen.windowTitle(), QStringLiteral("Aliquote Iva - X7"));
         const QString first = s.rid();
@@ -98,7 +97,7 @@ private Q_SLOTS:
     {
         Screen s;
         ScriptedDialogs script;
-        QVERIFY(!s.screen.deleteRecord());   // no question
+        QVERIFY(!s.screen.deleteRecord()); // no question
         s.screen.showData(1, QString());
         QCOMPARE(s.rid(), QStringLiteral("1"));
         script.expectMessage("Impossibile eliminare questo record", vb::OK);

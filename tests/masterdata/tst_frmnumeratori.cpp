@@ -1,9 +1,9 @@
 // The numerators screen on both back ends: adding, deleting one in use,
 // writing a counter by hand and the list of the current year.
-#include "data/cadosqlserver.h"
-#include "masterdata/frmnumeratori.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmnumeratori.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -14,10 +14,7 @@ using testdb::ScriptedDialogs;
 
 namespace {
 
-int ridOf(const QString& descrizione)
-{
-    return testdb::rid("Numeratori", "DESCRIZIONE = ¤" + descrizione + "¤");
-}
+int ridOf(const QString& descrizione) { return testdb::rid("Numeratori", "DESCRIZIONE = ¤" + descrizione + "¤"); }
 
 struct Screen : testdb::Screen<frmNumeratori>
 {
@@ -51,8 +48,8 @@ private Q_SLOTS:
     void addNewNumeratore_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("answer");   // to the question; 0 when none is asked
-        QTest::addColumn<QString>("box");  // the refusal; empty when none
+        QTest::addColumn<int>("answer");  // to the question; 0 when none is asked
+        QTest::addColumn<QString>("box"); // the refusal; empty when none
         QTest::newRow("blank") << "   " << 0
                                << "Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole "
                                   "inserire.";
@@ -71,7 +68,7 @@ private Q_SLOTS:
         Screen s;
         ScriptedDialogs script;
         s.type("txtDescrizione", typed);
-        QCOMPARE(s.offered(), QStringLiteral("100"));   // typing a name offers the add only
+        QCOMPARE(s.offered(), QStringLiteral("100")); // typing a name offers the add only
         if (!box.isEmpty())
             script.expectMessage(box, vb::OK);
         if (answer)

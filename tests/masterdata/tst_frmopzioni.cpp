@@ -1,14 +1,14 @@
 // The options screen driven by its controls on both back ends: what it
 // shows, what OK writes to the table, the globals and the settings, what
 // Annulla leaves alone, the look-ups of the key fields and the logo.
-#include "data/cadosqlserver.h"
-#include "masterdata/frmopzioni.h"
-#include "masterdata/logoazienda.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
-#include "support/screendriver.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
 #include "data/session.h"
+#include "masterdata/frmopzioni.h"
+#include "masterdata/logoazienda.h"
+#include "support/screendriver.h"
 #include "support/testdb.h"
 
 #include <QCheckBox>
@@ -35,7 +35,8 @@ QString resolve(const QString& expected)
     const QString table = expected.mid(1).section(QLatin1Char(':'), 0, 0);
     const QString code = expected.section(QLatin1Char(':'), 1);
     return testdb::value("SELECT RID FROM " + table + " WHERE "
-                         + (table == QLatin1String("Anagrafiche") ? QString("NUMERO = " + code) : QString("CODICE = ¤" + code + "¤")))
+                         + (table == QLatin1String("Anagrafiche") ? QString("NUMERO = " + code)
+                                                                  : QString("CODICE = ¤" + code + "¤")))
         .toString();
 }
 
@@ -45,15 +46,19 @@ QString resolve(const QString& expected)
 class Fixture
 {
 public:
-    Fixture(const QString& backend, const QString& reports) : m_reports(reports)
+    Fixture(const QString& backend, const QString& reports)
+        : m_reports(reports)
     {
         m_valid = testdb::shared(backend).isValid();
         if (!m_valid)
             return;
         gSession().strReportPath = reports;
-        for (const char* party : {"7, ¤Bottega Rossi s.n.c.¤, ¤C¤", "8, ¤Ingrosso Bianchi S.p.A.¤, ¤F¤", "9, ¤Cartoleria Verdi¤, ¤C¤"})
-            if (testdb::number("SELECT COUNT(*) FROM Anagrafiche WHERE NUMERO = " + QString::fromUtf8(party).left(1)) == 0)
-                testdb::run("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (" + QString::fromUtf8(party) + ")");
+        for (const char* party :
+             {"7, ¤Bottega Rossi s.n.c.¤, ¤C¤", "8, ¤Ingrosso Bianchi S.p.A.¤, ¤F¤", "9, ¤Cartoleria Verdi¤, ¤C¤"})
+            if (testdb::number("SELECT COUNT(*) FROM Anagrafiche WHERE NUMERO = " + QString::fromUtf8(party).left(1))
+                == 0)
+                testdb::run("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (" + QString::fromUtf8(party)
+                            + ")");
         setOpzione("ClientePredefinito", resolve("#Anagrafiche:7"));
         for (const QVariantList& row : testdb::rows("SELECT NOME, VALORE FROM Opzioni"))
             m_rows.append({row.value(0).toString(), row.value(1).toString()});
@@ -116,23 +121,37 @@ private Q_SLOTS:
 
     // The screen shows the globals: codes with their descriptions, the
     // numerator and report chosen, the report folder's templates.
-    void loadShowsStoredValues_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void loadShowsStoredValues_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void loadShowsStoredValues()
     {
         QFETCH(QString, backend);
         Fixture db(backend, m_reports.path());
         QVERIFY(db.isValid());
         Screen s;
-        const QList<std::pair<const char*, QString>> expected{
-            {"txtAnnoCorrente", QString::number(QDate::currentDate().year())}, {"txtDecimalAfter", "2"},
-            {"txtContoClienti", "01001001"}, {"lblContoClienti", "Clienti Italia"}, {"txtCliente", "7"},
-            {"lblCliente", "Bottega Rossi s.n.c."}, {"lblIva", "IVA 22%"}, {"lblPagamento", "Rimessa diretta"},
-            {"lblDocConversione", "Fattura differita"}, {"txtMarcaPredefinita", ""}, {"txtVenditoreChar", "%"},
-            {"txtMesiPrezzoMedio", "12"}, {"optAvvisaSottoScorta", "1"}, {"optDistintaBase_0", "1"},
-            {"cmbNumeratore", "Elenco speciale"}, {"cmbReport", "ElencoSpeciale.rpt"}};
+        const QList<std::pair<const char*, QString>> expected{{"txtAnnoCorrente",
+                                                               QString::number(QDate::currentDate().year())},
+                                                              {"txtDecimalAfter", "2"},
+                                                              {"txtContoClienti", "01001001"},
+                                                              {"lblContoClienti", "Clienti Italia"},
+                                                              {"txtCliente", "7"},
+                                                              {"lblCliente", "Bottega Rossi s.n.c."},
+                                                              {"lblIva", "IVA 22%"},
+                                                              {"lblPagamento", "Rimessa diretta"},
+                                                              {"lblDocConversione", "Fattura differita"},
+                                                              {"txtMarcaPredefinita", ""},
+                                                              {"txtVenditoreChar", "%"},
+                                                              {"txtMesiPrezzoMedio", "12"},
+                                                              {"optAvvisaSottoScorta", "1"},
+                                                              {"optDistintaBase_0", "1"},
+                                                              {"cmbNumeratore", "Elenco speciale"},
+                                                              {"cmbReport", "ElencoSpeciale.rpt"}};
         for (const auto& [control, text] : expected)
             QVERIFY2(s.shown(control) == text, qPrintable(QString::fromLatin1(control) + ": " + s.shown(control)));
-        QCOMPARE(s.get<QComboBox>("cmbReport")->count(), 3);   // the templates, whatever the case of ".rpt"
+        QCOMPARE(s.get<QComboBox>("cmbReport")->count(), 3); // the templates, whatever the case of ".rpt"
     }
 
     // The dialog opens ready for typing in the first field of its first tab.
@@ -150,27 +169,71 @@ private Q_SLOTS:
         testdb::addBackendColumn();
         QTest::addColumn<QString>("control");
         QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("option");     // a table row, or "Section/Key" of the settings
+        QTest::addColumn<QString>("option"); // a table row, or "Section/Key" of the settings
         QTest::addColumn<QString>("expected");
         const QString footer = QStringLiteral("L'IVA è esposta ai sensi dell'art. 21 ¤ \"5%\"");
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, "year") << "txtAnnoCorrente" << "2031" << "AnnoCorrente" << "2031";
-            testdb::row(b, "decimals") << "txtDecimalAfter" << "3" << "DecimaliDopo" << "3";
-            testdb::row(b, "account") << "txtContoFornitori" << "01003001" << "ContoFornitori" << "#PianoConti:01003001";
-            testdb::row(b, "customer") << "txtCliente" << "9" << "ClientePredefinito" << "#Anagrafiche:9";
-            testdb::row(b, "supplier") << "txtFornitore" << "8" << "Fornitore" << "#Anagrafiche:8";
-            testdb::row(b, "code emptied") << "txtIva" << "" << "RidIvaProdotti" << "0";
+            testdb::row(b, "year") << "txtAnnoCorrente"
+                                   << "2031"
+                                   << "AnnoCorrente"
+                                   << "2031";
+            testdb::row(b, "decimals") << "txtDecimalAfter"
+                                       << "3"
+                                       << "DecimaliDopo"
+                                       << "3";
+            testdb::row(b, "account") << "txtContoFornitori"
+                                      << "01003001"
+                                      << "ContoFornitori"
+                                      << "#PianoConti:01003001";
+            testdb::row(b, "customer") << "txtCliente"
+                                       << "9"
+                                       << "ClientePredefinito"
+                                       << "#Anagrafiche:9";
+            testdb::row(b, "supplier") << "txtFornitore"
+                                       << "8"
+                                       << "Fornitore"
+                                       << "#Anagrafiche:8";
+            testdb::row(b, "code emptied") << "txtIva"
+                                           << ""
+                                           << "RidIvaProdotti"
+                                           << "0";
             testdb::row(b, "footer") << "txtPiePagina" << footer << "PiePagina" << footer;
-            testdb::row(b, "empty agent prefix") << "txtVenditoreChar" << "" << "VenditoreChar" << "%";
-            testdb::row(b, "flag") << "chkPrezzoMedio" << "" << "PrezzoMedio" << "1";
-            testdb::row(b, "option pair on") << "optBloccaSottoScorta" << "" << "BloccaSottoScorta" << "1";
-            testdb::row(b, "option pair off") << "optBloccaSottoScorta" << "" << "AvvisaSottoScorta" << "0";
-            testdb::row(b, "kit print") << "optDistintaBase_2" << "" << "TipoStampaDistinta" << "2";
-            testdb::row(b, "numerator") << "cmbNumeratore" << "Fatture e note di credito" << "NumeratoreElencoSpeciale"
+            testdb::row(b, "empty agent prefix") << "txtVenditoreChar"
+                                                 << ""
+                                                 << "VenditoreChar"
+                                                 << "%";
+            testdb::row(b, "flag") << "chkPrezzoMedio"
+                                   << ""
+                                   << "PrezzoMedio"
+                                   << "1";
+            testdb::row(b, "option pair on") << "optBloccaSottoScorta"
+                                             << ""
+                                             << "BloccaSottoScorta"
+                                             << "1";
+            testdb::row(b, "option pair off") << "optBloccaSottoScorta"
+                                              << ""
+                                              << "AvvisaSottoScorta"
+                                              << "0";
+            testdb::row(b, "kit print") << "optDistintaBase_2"
+                                        << ""
+                                        << "TipoStampaDistinta"
+                                        << "2";
+            testdb::row(b, "numerator") << "cmbNumeratore"
+                                        << "Fatture e note di credito"
+                                        << "NumeratoreElencoSpeciale"
                                         << "#Numeratori:FAT";
-            testdb::row(b, "report") << "cmbReport" << "Listino.RPT" << "ReportElencoSpeciale" << "Listino.RPT";
-            testdb::row(b, "reader") << "txtLaserChar" << "#" << "Opzioni/LaserChar" << "#";
-            testdb::row(b, "bold") << "chkUsaGrassetto" << "" << "Options/UsaGrassetto" << "1";
+            testdb::row(b, "report") << "cmbReport"
+                                     << "Listino.RPT"
+                                     << "ReportElencoSpeciale"
+                                     << "Listino.RPT";
+            testdb::row(b, "reader") << "txtLaserChar"
+                                     << "#"
+                                     << "Opzioni/LaserChar"
+                                     << "#";
+            testdb::row(b, "bold") << "chkUsaGrassetto"
+                                   << ""
+                                   << "Options/UsaGrassetto"
+                                   << "1";
         }
     }
     void okSavesEverywhere()
@@ -197,7 +260,7 @@ private Q_SLOTS:
             QCOMPARE(machineSettings().value(option).toString(), expected);
         else
             QCOMPARE(storedOption(option), expected);
-        QVERIFY2(db.changed() <= 2, qPrintable(QString::number(db.changed())));   // only what was changed
+        QVERIFY2(db.changed() <= 2, qPrintable(QString::number(db.changed()))); // only what was changed
     }
 
     // The browse button searches the option's table; the row chosen fills
@@ -209,13 +272,48 @@ private Q_SLOTS:
         for (const char* c : {"control", "button", "code", "description", "unknown", "option"})
             QTest::addColumn<QString>(c);
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, "customer") << "txtCliente" << "cmdSfoglia_2" << "9" << "Cartoleria Verdi" << "999" << "ClientePredefinito";
-            testdb::row(b, "a supplier is no customer") << "txtCliente" << "" << "" << "" << "8" << "ClientePredefinito";
-            testdb::row(b, "vat") << "txtIva" << "" << "" << "" << "ZZ" << "RidIvaProdotti";
-            testdb::row(b, "account") << "txtContoClienti" << "" << "" << "" << "99999999" << "ContoClienti";
-            testdb::row(b, "payment") << "txtPagamento" << "" << "" << "" << "NOPAG" << "PagamentoVB";
-            testdb::row(b, "browse account") << "txtContoFornitori" << "cmdSfoglia_6" << "01003001" << "Cassa" << "" << "";
-            testdb::row(b, "browse unit") << "txtUnitaMisura" << "cmdSfoglia_17" << "KG" << "Chilogrammi" << "" << "";
+            testdb::row(b, "customer") << "txtCliente"
+                                       << "cmdSfoglia_2"
+                                       << "9"
+                                       << "Cartoleria Verdi"
+                                       << "999"
+                                       << "ClientePredefinito";
+            testdb::row(b, "a supplier is no customer") << "txtCliente"
+                                                        << ""
+                                                        << ""
+                                                        << ""
+                                                        << "8"
+                                                        << "ClientePredefinito";
+            testdb::row(b, "vat") << "txtIva"
+                                  << ""
+                                  << ""
+                                  << ""
+                                  << "ZZ"
+                                  << "RidIvaProdotti";
+            testdb::row(b, "account") << "txtContoClienti"
+                                      << ""
+                                      << ""
+                                      << ""
+                                      << "99999999"
+                                      << "ContoClienti";
+            testdb::row(b, "payment") << "txtPagamento"
+                                      << ""
+                                      << ""
+                                      << ""
+                                      << "NOPAG"
+                                      << "PagamentoVB";
+            testdb::row(b, "browse account") << "txtContoFornitori"
+                                             << "cmdSfoglia_6"
+                                             << "01003001"
+                                             << "Cassa"
+                                             << ""
+                                             << "";
+            testdb::row(b, "browse unit") << "txtUnitaMisura"
+                                          << "cmdSfoglia_17"
+                                          << "KG"
+                                          << "Chilogrammi"
+                                          << ""
+                                          << "";
         }
     }
     void keyFields()
@@ -233,7 +331,7 @@ private Q_SLOTS:
         const QString label = "lbl" + control.mid(3);
         ScriptedDialogs script;
         if (!button.isEmpty()) {
-            script.expectDialog("frmRicerca", testdb::searchFor(code));   // the filter is the whole code
+            script.expectDialog("frmRicerca", testdb::searchFor(code)); // the filter is the whole code
             s.get<QAbstractButton>(button)->click();
             QVERIFY(script.allAnswered());
             QCOMPARE(s.shown(control), code);
@@ -245,7 +343,7 @@ private Q_SLOTS:
         s.get<QTabWidget>("tbsMain")->setCurrentWidget(s.get(control)->parentWidget()->parentWidget());
         s.set(control, unknown);
         script.expectMessage("Codice: " + unknown + " inesistente!", vb::OK);
-        QTest::keyClick(s.get(control), Qt::Key_Return);   // Enter moves on, which looks the code up
+        QTest::keyClick(s.get(control), Qt::Key_Return); // Enter moves on, which looks the code up
         QCoreApplication::processEvents();
         QVERIFY(script.allAnswered());
         QCOMPARE(s.shown(control), QString());
@@ -265,10 +363,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("dependent");
         QTest::addColumn<bool>("shows");
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, "chkPrezzoMedio") << "chkPrezzoMedio" << "txtMesiPrezzoMedio" << true;
-            testdb::row(b, "chkSottoScorta") << "chkSottoScorta" << "optBloccaSottoScorta" << true;
-            testdb::row(b, "chkVenditeGiorniDiversi") << "chkVenditeGiorniDiversi" << "optAvvisaVenditeGiorniDiversi" << true;
-            testdb::row(b, "chkVenditoriObbligatori") << "chkVenditoriObbligatori" << "chkVenditoriBlocco" << false;
+            testdb::row(b, "chkPrezzoMedio") << "chkPrezzoMedio"
+                                             << "txtMesiPrezzoMedio" << true;
+            testdb::row(b, "chkSottoScorta") << "chkSottoScorta"
+                                             << "optBloccaSottoScorta" << true;
+            testdb::row(b, "chkVenditeGiorniDiversi") << "chkVenditeGiorniDiversi"
+                                                      << "optAvvisaVenditeGiorniDiversi" << true;
+            testdb::row(b, "chkVenditoriObbligatori") << "chkVenditoriObbligatori"
+                                                      << "chkVenditoriBlocco" << false;
         }
     }
     void checkBoxGovernsItsControls()
@@ -286,7 +388,7 @@ private Q_SLOTS:
             if (tabs->widget(i)->isAncestorOf(target))
                 tabs->setCurrentIndex(i);
         const auto active = [&] { return shows ? target->isVisible() : target->isEnabled(); };
-        QVERIFY(!active());   // the model starts with every one of them off
+        QVERIFY(!active()); // the model starts with every one of them off
         for (bool on : {true, false}) {
             s.key(check, Qt::Key_Space);
             QCOMPARE(active(), on);
@@ -294,7 +396,11 @@ private Q_SLOTS:
     }
 
     // Annulla closes and nothing changes: table, globals, settings, logo.
-    void annullaSavesNothing_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void annullaSavesNothing_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void annullaSavesNothing()
     {
         QFETCH(QString, backend);
@@ -330,8 +436,8 @@ private Q_SLOTS:
     void logoIsScaledAndWritten_data()
     {
         testdb::addBackendColumn();
-        QTest::addColumn<QSize>("picture");     // empty: a text file
-        QTest::addColumn<QPoint>("white");      // a point of the margin left around the picture
+        QTest::addColumn<QSize>("picture"); // empty: a text file
+        QTest::addColumn<QPoint>("white");  // a point of the margin left around the picture
         for (const QString& b : testdb::backends()) {
             testdb::row(b, "wide") << QSize(400, 100) << QPoint(530, 10);
             testdb::row(b, "tall") << QSize(100, 400) << QPoint(10, 236);
@@ -368,12 +474,12 @@ private Q_SLOTS:
             return;
         const QImage written(logo);
         QCOMPARE(written.size(), QSize(1063, 472));
-        QCOMPARE(written.dotsPerMeterX(), 11811);   // 300 dpi: the box prints at 9 x 4 cm
+        QCOMPARE(written.dotsPerMeterX(), 11811); // 300 dpi: the box prints at 9 x 4 cm
         QCOMPARE(written.pixelColor(531, 236), QColor(Qt::red));
         if (white.x() >= 0)
             QCOMPARE(written.pixelColor(white), QColor(Qt::white));
         else
-            QCOMPARE(written.pixelColor(2, 2), QColor(Qt::red));   // same shape: filled to the edges
+            QCOMPARE(written.pixelColor(2, 2), QColor(Qt::red)); // same shape: filled to the edges
 
         Screen again;
         QVERIFY(!again.get<QLabel>("pctImmagine")->pixmap().isNull());

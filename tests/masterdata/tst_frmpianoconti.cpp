@@ -1,10 +1,10 @@
 // The chart of accounts on both back ends: the shapes of a code and the
 // parents each level needs, an existing code opening its account, and the
 // tree that accounts are picked from.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "masterdata/frmpianoconti.h"
 #include "masterdata/frmricercaconto.h"
-#include "common/msgbox.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -13,7 +13,8 @@
 
 namespace {
 
-const QString kNotFound = QStringLiteral("Attenzione! Il codice inserito non è valido: \nMastro e/o Conto non trovati.");
+const QString kNotFound =
+    QStringLiteral("Attenzione! Il codice inserito non è valido: \nMastro e/o Conto non trovati.");
 const QString kFormat =
     QStringLiteral("Formato Codice Errato!\nMASTRO  = 2 Caratteri\nCONTO = 3 Caratteri\nSOTTOCONTO = 3 Caratteri");
 
@@ -32,15 +33,37 @@ private Q_SLOTS:
     {
         testdb::addBackendColumn();
         for (const char* c : {"code", "message", "mastro", "conto", "description"})
-            QTest::addColumn<QString>(c);   // no message: accepted; a description: an existing account opened
+            QTest::addColumn<QString>(c); // no message: accepted; a description: an existing account opened
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, "three characters") << "010" << kFormat << "" << "" << "";
-            testdb::row(b, "conto without mastro") << "99001" << kNotFound << "" << "" << "";
-            testdb::row(b, "new conto of a mastro") << "01009" << "" << "ATTIVITÀ" << "" << "";
-            testdb::row(b, "sottoconto without conto") << "01009001" << kNotFound << "ATTIVITÀ" << "" << "";
-            testdb::row(b, "new sottoconto") << "01003009" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "";
-            testdb::row(b, "new mastro") << "09" << "" << "" << "" << "";
-            testdb::row(b, "existing code opens it") << "01003001" << "" << "ATTIVITÀ" << "DISPONIBILITÀ LIQUIDE" << "Cassa";
+            testdb::row(b, "three characters") << "010" << kFormat << ""
+                                               << ""
+                                               << "";
+            testdb::row(b, "conto without mastro") << "99001" << kNotFound << ""
+                                                   << ""
+                                                   << "";
+            testdb::row(b, "new conto of a mastro") << "01009"
+                                                    << ""
+                                                    << "ATTIVITÀ"
+                                                    << ""
+                                                    << "";
+            testdb::row(b, "sottoconto without conto") << "01009001" << kNotFound << "ATTIVITÀ"
+                                                       << ""
+                                                       << "";
+            testdb::row(b, "new sottoconto") << "01003009"
+                                             << ""
+                                             << "ATTIVITÀ"
+                                             << "DISPONIBILITÀ LIQUIDE"
+                                             << "";
+            testdb::row(b, "new mastro") << "09"
+                                         << ""
+                                         << ""
+                                         << ""
+                                         << "";
+            testdb::row(b, "existing code opens it") << "01003001"
+                                                     << ""
+                                                     << "ATTIVITÀ"
+                                                     << "DISPONIBILITÀ LIQUIDE"
+                                                     << "Cassa";
         }
     }
     void codeShapes()
@@ -63,12 +86,16 @@ private Q_SLOTS:
         QCOMPARE(s.shown("txtDescrizione"), description);
         QCOMPARE(s.rid().isEmpty(), description.isEmpty());
         if (!message.isEmpty())
-            QTRY_VERIFY(s.get("txtCodice")->hasFocus());   // the wrong code keeps the cursor
+            QTRY_VERIFY(s.get("txtCodice")->hasFocus()); // the wrong code keeps the cursor
     }
 
     // Mastri under the root, conti under their mastro, sottoconti under
     // their conto; OK on an account gives its key, the root gives nothing.
-    void tree_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void tree_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void tree()
     {
         QFETCH(QString, backend);

@@ -2,13 +2,13 @@
 // flag written and read back, the checks with the withholding rules, the
 // printer of this workstation, the causal look-up and the notice that has
 // the document menu rebuilt.
-#include "data/cadosqlserver.h"
-#include "core/documentmenu.h"
-#include "masterdata/frmtipodocumento.h"
 #include "common/msgbox.h"
-#include "support/screendriver.h"
+#include "core/documentmenu.h"
 #include "core/screenregistry.h"
 #include "core/serversettings.h"
+#include "data/cadosqlserver.h"
+#include "masterdata/frmtipodocumento.h"
+#include "support/screendriver.h"
 #include "support/testdb.h"
 
 #include <QSettings>
@@ -23,14 +23,16 @@ QString column(const QString& name, const QString& code)
     return testdb::value("SELECT " + name + " FROM TipoDocumenti WHERE CODICE = ¤" + code + "¤").toString();
 }
 
-const QStringList kFlags{"Accompagnatorio", "MostraVB", "NonStampareVB", "StampaElencoSpeciale",
-                         "ModificaPrezzoAcquisto", "UsaPrezziIva", "FlexCounter", "HideMenu", "HideRicerca"};
+const QStringList kFlags{
+    "Accompagnatorio", "MostraVB",    "NonStampareVB", "StampaElencoSpeciale", "ModificaPrezzoAcquisto",
+    "UsaPrezziIva",    "FlexCounter", "HideMenu",      "HideRicerca"};
 
 struct Screen : testdb::Screen<frmTipoDocumento>
 {
     int notices = 0;
     QObject receiver;
-    Screen() : testdb::Screen<frmTipoDocumento>(true, true, 0)
+    Screen()
+        : testdb::Screen<frmTipoDocumento>(true, true, 0)
     {
         screens::onDocumentTypesChanged(&receiver, [this] { ++notices; });
     }
@@ -148,16 +150,23 @@ private Q_SLOTS:
         QTest::addColumn<bool>("rda");
         QTest::addColumn<QString>("rda1");
         QTest::addColumn<QString>("rda2");
-        QTest::addColumn<QString>("faults");   // empty: saved
+        QTest::addColumn<QString>("faults"); // empty: saved
         const QString rate1 = " - Campo [R.D.A. % (1)] Obbligatorio.", rate2 = " - Campo [R.D.A. % (2)] Obbligatorio.";
-        QTest::newRow("empty") << false << false << "" << ""
+        QTest::newRow("empty") << false << false << ""
+                               << ""
                                << " - Campo [Codice] Obbligatorio.\n - Campo [Descrizione] Obbligatorio.\n"
                                   " - Campo [Descrizione Stampa] Obbligatorio.\n - Campo [Causale] Obbligatorio.\n"
                                   " - Campo [Contatore] Obbligatorio.";
-        QTest::newRow("rda with no rates") << true << true << "0" << "0,00" << rate1 + '\n' + rate2;
-        QTest::newRow("rda with no share") << true << true << "20" << "" << rate2;
-        QTest::newRow("rda with both") << true << true << "20" << "50" << "";
-        QTest::newRow("rda unticked") << true << false << "20" << "50" << "";
+        QTest::newRow("rda with no rates") << true << true << "0"
+                                           << "0,00" << rate1 + '\n' + rate2;
+        QTest::newRow("rda with no share") << true << true << "20"
+                                           << "" << rate2;
+        QTest::newRow("rda with both") << true << true << "20"
+                                       << "50"
+                                       << "";
+        QTest::newRow("rda unticked") << true << false << "20"
+                                      << "50"
+                                      << "";
     }
     void faults()
     {

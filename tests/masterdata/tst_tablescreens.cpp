@@ -1,10 +1,10 @@
 // The screens that are their fields alone, banks and sales agents, as the
 // menu opens them, on both back ends: a record typed, saved, changed, found
 // again and deleted, and the fields they require.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "masterdata/masterdatascreens.h"
 #include "screens/framework/crecordscreen.h"
-#include "common/msgbox.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -44,19 +44,24 @@ private Q_SLOTS:
         QTest::addColumn<QString>("screen");
         QTest::addColumn<QString>("table");
         QTest::addColumn<QString>("title");
-        QTest::addColumn<QStringList>("typed");   // "control=text", in the order of the columns
+        QTest::addColumn<QStringList>("typed"); // "control=text", in the order of the columns
         QTest::addColumn<QString>("columns");
         QTest::addColumn<QStringList>("stored");
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, "banks") << "frmBanche" << "Banche" << "Banche"
-                << QStringList{"txtABI= 03069 ", "txtCAB=01600", "txtCIN=X", "txtAgenzia=Filiale 12",
-                               "txtIndirizzo=Via Roma", "txtCivico=4/b", "txtCAP=20121", "txtCitta=Milano",
-                               "txtProvincia=MI", "txtTelefono=02 123456", "txtFax= 02 654321 "}
-                << "ABI, CAB, CIN, AGENZIA, INDIRIZZO, CIVICO, CAP, CITTA, PROVINCIA, TELEFONO, FAX"
-                << QStringList{"03069", "01600", "X", "Filiale 12", "Via Roma", "4/b", "20121", "Milano", "MI",
-                               "02 123456", "02 654321"};
-            testdb::row(b, "sales agents") << "frmVenditore" << "Venditori" << "Venditori"
-                << QStringList{"txtCodiceExtra= T-0042 "} << "CODICEEXTRA" << QStringList{"T-0042"};
+            testdb::row(b, "banks") << "frmBanche"
+                                    << "Banche"
+                                    << "Banche"
+                                    << QStringList{"txtABI= 03069 ",        "txtCAB=01600",          "txtCIN=X",
+                                                   "txtAgenzia=Filiale 12", "txtIndirizzo=Via Roma", "txtCivico=4/b",
+                                                   "txtCAP=20121",          "txtCitta=Milano",       "txtProvincia=MI",
+                                                   "txtTelefono=02 123456", "txtFax= 02 654321 "}
+                                    << "ABI, CAB, CIN, AGENZIA, INDIRIZZO, CIVICO, CAP, CITTA, PROVINCIA, TELEFONO, FAX"
+                                    << QStringList{"03069", "01600",  "X",  "Filiale 12", "Via Roma", "4/b",
+                                                   "20121", "Milano", "MI", "02 123456",  "02 654321"};
+            testdb::row(b, "sales agents")
+                << "frmVenditore"
+                << "Venditori"
+                << "Venditori" << QStringList{"txtCodiceExtra= T-0042 "} << "CODICEEXTRA" << QStringList{"T-0042"};
         }
     }
     void recordLife()
@@ -126,9 +131,12 @@ private Q_SLOTS:
         const QList<std::pair<QString, QString>> screens{{"frmBanche", "Banche"}, {"frmVenditore", "Venditori"}};
         for (const QString& b : testdb::backends()) {
             for (const auto& [screen, table] : screens) {
-                testdb::row(b, screen + ", nothing") << screen << table << "" << "" << both;
-                testdb::row(b, screen + ", blank code") << screen << table << "   " << "Qualcosa" << codice;
-                testdb::row(b, screen + ", no description") << screen << table << "zt2" << "  " << descrizione;
+                testdb::row(b, screen + ", nothing") << screen << table << ""
+                                                     << "" << both;
+                testdb::row(b, screen + ", blank code") << screen << table << "   "
+                                                        << "Qualcosa" << codice;
+                testdb::row(b, screen + ", no description") << screen << table << "zt2"
+                                                            << "  " << descrizione;
             }
         }
     }

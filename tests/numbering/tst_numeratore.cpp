@@ -1,7 +1,7 @@
 // Yearly counters and the checks of a document's number, on both back
 // ends. (Workstations taking numbers at once: tst_workstations.)
-#include "data/cadosqlserver.h"
 #include "common/errorlog.h"
+#include "data/cadosqlserver.h"
 #include "numbering/numeratore.h"
 #include "support/testdb.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 int counter(int numeratore, const char* anno)
 {
-    const QVariant n = testdb::value(QString("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = %1 AND ANNO = ¤%2¤")
-                                         .arg(numeratore).arg(anno));
+    const QVariant n = testdb::value(
+        QString("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = %1 AND ANNO = ¤%2¤").arg(numeratore).arg(anno));
     return n.isValid() ? n.toInt() : -1;
 }
 
@@ -40,7 +40,7 @@ private Q_SLOTS:
         testdb::run("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ¤2040¤, 0, ¤n/d¤)");
         QCOMPARE(take(1, "2040"), 1);
         QCOMPARE(take(1, "2040"), 2);
-        QCOMPARE(take(1, "2041"), 1);   // no row yet: made with 1
+        QCOMPARE(take(1, "2041"), 1); // no row yet: made with 1
         QCOMPARE(counter(1, "2041"), 1);
         QCOMPARE(take(2, "2040"), 1);
         QCOMPARE(counter(1, "2040"), 2);
@@ -107,12 +107,15 @@ private Q_SLOTS:
         const QList<std::tuple<int, int, int>> inMarch{{4, 10, 10}, {4, 20, 20}, {4, 21, 20}, {4, 30, 30}, {7, 20, 5}};
         for (const auto& [t, numero, marzo] : inMarch)
             testdb::run(QString("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA) "
-                                "VALUES (%1, 2031, %2, %3)").arg(t).arg(numero)
+                                "VALUES (%1, 2031, %2, %3)")
+                            .arg(t)
+                            .arg(numero)
                             .arg(gAdoSqlServer().getSQLDate(QDate(2031, 3, marzo))));
         const QString own = QString("ANNO = 2031 AND FK_TIPODOCUMENTO = %1 AND PROGRESSIVO = %2").arg(tipo).arg(self);
         const int rid = self ? testdb::rid("Movimenti", own) : -1;
         QCOMPARE(order ? checkNumeroData(tipo, date, progressivo, rid)
-                       : checkNumeroDocumento(tipo, date, progressivo, rid), ok);
+                       : checkNumeroDocumento(tipo, date, progressivo, rid),
+                 ok);
     }
 };
 

@@ -1,8 +1,8 @@
 // Price and discount resolution on both back ends: list prices and their
 // fall-backs, personal prices, the discount cascade over the range tables
 // of both sides and the net prices.
-#include "data/cadosqlserver.h"
 #include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "pricing/prezzi.h"
 #include "support/testdb.h"
 
@@ -30,7 +30,9 @@ const QMap<QString, int>& dati()
     const int oro = d["oro"] = rid("FasceClienti", "CODICE = ¤ORO¤");
     const auto anagrafe = [&d](const char* name, int numero, const QString& values) {
         run(QString("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO, FK_FASCIACLIENTE) "
-                    "VALUES (%1, ¤prova¤, %2)").arg(numero).arg(values));
+                    "VALUES (%1, ¤prova¤, %2)")
+                .arg(numero)
+                .arg(values));
         d[name] = rid("Anagrafiche", "NUMERO = " + QString::number(numero));
     };
     anagrafe("rossi", 501, "¤C¤, 3, 0, " + QString::number(oro));
@@ -42,7 +44,10 @@ const QMap<QString, int>& dati()
         run(QString("INSERT INTO Prodotti (CODICE, DESCRIZIONE, LISTINO1, LISTINO2, LISTINO3, LISTINO4, "
                     "PREZZOACQUISTO, SCONTO, FK_MARCA, FK_CATSCOVEN, FK_CATSCOACQ) "
                     "VALUES (¤%1¤, ¤prova¤, %2, 6.5, %3, %4, %5, %6)")
-                .arg(code, listini, off).arg(marca).arg(cat).arg(categoria));
+                .arg(code, listini, off)
+                .arg(marca)
+                .arg(cat)
+                .arg(categoria));
         d[name] = rid("Prodotti", QString("CODICE = ¤%1¤").arg(code));
     };
     prodotto("vite", "VITE", "10, 9, 0, 8", "0", categoria);
@@ -51,7 +56,9 @@ const QMap<QString, int>& dati()
     prodotto("scontato", "SCONTATO", "40, 0, 0, 0", "10", categoria);
     // Personal prices of Rossi: 0 on the screw, 7 on the nut.
     run(QString("INSERT INTO Listini (FK_ANAGRAFE, FK_PRODOTTO, PREZZO) VALUES (%1, %2, 0), (%1, %3, 7)")
-            .arg(d["rossi"]).arg(d["vite"]).arg(d["dado"]));
+            .arg(d["rossi"])
+            .arg(d["vite"])
+            .arg(d["dado"]));
 
     // Sales ranges of the category and brand: the standard band first (the
     // oldest head), then Oro; purchase ranges of one supplier only.
@@ -60,23 +67,31 @@ const QMap<QString, int>& dati()
         const QString key = QString(head).endsWith("Vendita") ? "FK_CatScVendite" : "FK_CatScAcquisto";
         for (const QString& values : rows)
             run(QString("INSERT INTO %1 (%2, RangeMin, RangeMax, Sconto1, SCONTO2, SCONTO3) VALUES (%3, %4)")
-                    .arg(table, key).arg(rid(head, where)).arg(values));
+                    .arg(table, key)
+                    .arg(rid(head, where))
+                    .arg(values));
     };
     for (int fascia : {1, oro})
         run(QString("INSERT INTO CatScVendita (FK_CATEGORIA, FK_MARCA, FK_FASCIA) VALUES (%1, %2, %3)")
-                .arg(categoria).arg(marca).arg(fascia));
+                .arg(categoria)
+                .arg(marca)
+                .arg(fascia));
     ranges("CatScVendita", "FK_FASCIA = 1", {"1, 9, 5, 0, 0", "10, 99, 10, 5, 0"});
     ranges("CatScVendita", "FK_FASCIA = " + QString::number(oro), {"1, 99, 20, 10, 5"});
     run(QString("INSERT INTO CatScAcquisto (FK_CATEGORIA, FK_MARCA, FK_FORNITORE) VALUES (%1, %2, %3)")
-            .arg(categoria).arg(marca).arg(d["fornitore"]));
+            .arg(categoria)
+            .arg(marca)
+            .arg(d["fornitore"]));
     ranges("CatScAcquisto", "FK_FORNITORE = " + QString::number(d["fornitore"]), {"1, 999, 30, 2, 0"});
 
     // Net prices of the net-price product for the standard band.
     run(QString("INSERT INTO CatScProdVendita (FK_CATEGORIA, FK_PRODOTTO, FK_FASCIA) VALUES (%1, %2, 1)")
-            .arg(netti).arg(d["netto"]));
+            .arg(netti)
+            .arg(d["netto"]));
     const int net = rid("CatScProdVendita", "FK_PRODOTTO = " + QString::number(d["netto"]));
     run(QString("INSERT INTO CatScVenditaProd (FK_CatScVenditeProd, RangeMin, RangeMax, PREZZO)"
-                " VALUES (%1, 1, 50, 24.5)").arg(net));
+                " VALUES (%1, 1, 50, 24.5)")
+            .arg(net));
     return d;
 }
 
@@ -108,11 +123,16 @@ private Q_SLOTS:
         QTest::addColumn<bool>("applicaSconto");
         QTest::addColumn<QString>("expected");
         QTest::addColumn<int>("mark");
-        QTest::newRow("list 3 at 0 takes list 1, personal 0 keeps the mark") << "rossi" << "vite" << false << "10" << 1;
-        QTest::newRow("personal price, no discount") << "rossi" << "dado" << true << "7" << 1;
-        QTest::newRow("no list: list 1") << "verdi" << "dado" << false << "20" << 0;
-        QTest::newRow("list 2") << "bianchi" << "dado" << false << "19" << 0;
-        QTest::newRow("discount asked for") << "bianchi" << "dado" << true << "17.48" << 0;
+        QTest::newRow("list 3 at 0 takes list 1, personal 0 keeps the mark") << "rossi"
+                                                                             << "vite" << false << "10" << 1;
+        QTest::newRow("personal price, no discount") << "rossi"
+                                                     << "dado" << true << "7" << 1;
+        QTest::newRow("no list: list 1") << "verdi"
+                                         << "dado" << false << "20" << 0;
+        QTest::newRow("list 2") << "bianchi"
+                                << "dado" << false << "19" << 0;
+        QTest::newRow("discount asked for") << "bianchi"
+                                            << "dado" << true << "17.48" << 0;
     }
     void listPrice()
     {
@@ -122,8 +142,8 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         QFETCH(int, mark);
         quint8 personale = 0;
-        const Currency prezzo
-            = getPrezzoVendita(dati().value(cliente), dati().value(prodotto), personale, false, applicaSconto);
+        const Currency prezzo =
+            getPrezzoVendita(dati().value(cliente), dati().value(prodotto), personale, false, applicaSconto);
         QCOMPARE(prezzo.toPlainString(), expected);
         QCOMPARE(int(personale), mark);
     }

@@ -1,14 +1,15 @@
 // Stock postings on both back ends: cost lots, the oldest lot first, lot
 // changes, transfers, the messages; the moving average; the statistics.
-#include "data/cadosqlserver.h"
-#include "stock/giacenze.h"
 #include "common/italiantext.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "stock/giacenze.h"
 #include "support/testdb.h"
 
 #include <QDate>
-#include <limits>
 #include <QtTest>
+
+#include <limits>
 
 using testdb::run;
 using testdb::value;
@@ -21,8 +22,8 @@ int g_negozio = 0;
 // A fresh product that keeps stock.
 int newProduct(const QString& code, double prezzoAcquisto = 0)
 {
-    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA, PREZZOACQUISTO) VALUES (¤") + code
-        + QStringLiteral("¤, ¤prova¤, 0, -1, ") + QString::number(prezzoAcquisto) + QLatin1Char(')'));
+    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA, PREZZOACQUISTO) VALUES (¤")
+        + code + QStringLiteral("¤, ¤prova¤, 0, -1, ") + QString::number(prezzoAcquisto) + QLatin1Char(')'));
     return value(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ¤") + code + QStringLiteral("¤")).toInt();
 }
 
@@ -44,33 +45,28 @@ QStringList rows(int prodotto, int magazzino)
         QStringLiteral("test"));
     QStringList out;
     for (; rs && !rs->eof(); rs->moveNext())
-        out << rs->amount(QStringLiteral("TAGLIO")).toPlainString() + QLatin1Char(':') + plainTextIt(rs->number(QStringLiteral("QUANTITA")));
+        out << rs->amount(QStringLiteral("TAGLIO")).toPlainString() + QLatin1Char(':')
+                + plainTextIt(rs->number(QStringLiteral("QUANTITA")));
     gAdoSqlServer().disconnect();
     return out;
 }
 
-double giacenza(int prodotto)
-{
-    return getGiacenzaProdottoTotale(prodotto);
-}
+double giacenza(int prodotto) { return getGiacenzaProdottoTotale(prodotto); }
 
 struct Posting
 {
     int prodotto;
     OpzioniGiacenza opzioni;
     // Posts and gives back the result; the lot comes back in `taglio`.
-    QString post(double quantita, double vecchia, Currency& taglio, int azione, int orig, int dest, Currency precedente = Currency::fromUnits(-1),
-                 int ridRiga = -1)
+    QString post(double quantita, double vecchia, Currency& taglio, int azione, int orig, int dest,
+                 Currency precedente = Currency::fromUnits(-1), int ridRiga = -1)
     {
         return aggiornaGiacenze(toSingle(quantita), toSingle(vecchia), taglio, prodotto, azione, orig, dest,
                                 QStringLiteral("Prodotto [P - prova]"), precedente, ridRiga, opzioni);
     }
 };
 
-Currency eur(double v)
-{
-    return Currency::fromDouble(v);
-}
+Currency eur(double v) { return Currency::fromDouble(v); }
 
 } // namespace
 
@@ -88,7 +84,11 @@ private Q_SLOTS:
     }
 
     // A load, a change of quantity, a change of lot, a deletion.
-    void lotsOfALoad_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void lotsOfALoad_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void lotsOfALoad()
     {
         QFETCH(QString, backend);
@@ -117,7 +117,11 @@ private Q_SLOTS:
 
     // A sale without a lot leaves from the oldest lot that has stock; a
     // transfer moves between warehouses and leaves the total alone.
-    void salesAndTransfers_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void salesAndTransfers_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void salesAndTransfers()
     {
         QFETCH(QString, backend);
@@ -129,7 +133,7 @@ private Q_SLOTS:
         }
         Currency none = Currency::fromUnits(-1);
         QCOMPARE(p.post(2, 0, none, giacenze::Inserimento, kSede, -1), QStringLiteral("OK"));
-        QCOMPARE(none, eur(5));   // the lot taken comes back to the row
+        QCOMPARE(none, eur(5)); // the lot taken comes back to the row
         QCOMPARE(rows(p.prodotto, kSede), (QStringList{"4:0", "5:1", "6:8"}));
         QCOMPARE(giacenza(p.prodotto), 9.0);
 
@@ -154,12 +158,15 @@ private Q_SLOTS:
         const QString info = QStringLiteral("Informazioni:\r - Prodotto [P - prova]");
         const QString azione = QStringLiteral("Azione (Inserimento/Modifica/Cancellazione) non impostata!\r\r") + info;
         const QString nan = QStringLiteral("Quantità non valida: Quantità (il valore non è un numero).\r\r") + info;
-        const QString oldNan = QStringLiteral("Quantità non valida: Quantità precedente (il valore non è un numero).\r\r") + info;
+        const QString oldNan =
+            QStringLiteral("Quantità non valida: Quantità precedente (il valore non è un numero).\r\r") + info;
         const double NaN = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
         for (const QString& b : testdb::backends()) {
-            testdb::row(b, QStringLiteral("no stock rows")) << false << 1.0 << 0.0 << 1 << false
-                << QStringLiteral("Impossibile determinare il taglio.\rManca il riferimento al prezzo di costo del prodotto.\r\r"
-                                  "Informazioni: \r - Prodotto [P - prova]");
+            testdb::row(b, QStringLiteral("no stock rows"))
+                << false << 1.0 << 0.0 << 1 << false
+                << QStringLiteral(
+                       "Impossibile determinare il taglio.\rManca il riferimento al prezzo di costo del prodotto.\r\r"
+                       "Informazioni: \r - Prodotto [P - prova]");
             testdb::row(b, QStringLiteral("action 0")) << false << 1.0 << 0.0 << 0 << true << azione;
             testdb::row(b, QStringLiteral("action 4")) << false << 1.0 << 0.0 << 4 << true << azione;
             for (const bool medio : {false, true}) {
@@ -181,7 +188,8 @@ private Q_SLOTS:
         QFETCH(bool, withLot);
         QFETCH(QString, expected);
         QVERIFY(testdb::shared(backend).isValid());
-        Posting p{newProduct(QStringLiteral("MSG%1").arg(qHash(QString::fromLatin1(QTest::currentDataTag())))), {prezzoMedio, 12}};
+        Posting p{newProduct(QStringLiteral("MSG%1").arg(qHash(QString::fromLatin1(QTest::currentDataTag())))),
+                  {prezzoMedio, 12}};
         Currency lot = withLot ? eur(2) : Currency::fromUnits(-1);
         QCOMPARE(p.post(quantita, vecchia, lot, azione, kSede, -1), expected);
         // A bad action may leave the lot's row it made, at 0; a refused
@@ -195,27 +203,37 @@ private Q_SLOTS:
 
     // The moving average: one row a warehouse at the average cost of the
     // loads, the row being written counted in place of its stored self.
-    void movingAverage_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void movingAverage_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void movingAverage()
     {
         QFETCH(QString, backend);
         QVERIFY(testdb::shared(backend).isValid());
         Posting p{newProduct(QStringLiteral("AVG") + backend, 3), {true, 12}};
         Currency price = eur(4);
-        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0), QStringLiteral("OK"));
-        QCOMPARE(price, eur(4));   // no loads yet: the row's own price
+        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0),
+                 QStringLiteral("OK"));
+        QCOMPARE(price, eur(4)); // no loads yet: the row's own price
         QCOMPARE(rows(p.prodotto, kSede), QStringList{"4:10"});
 
         // Stored loads this month: 10 at 4, then 30 at 8; the row written
         // adds 10 at 6.
-        run(QStringLiteral("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA, FK_DESTINAZIONE) VALUES (6, 2026, 901, ")
-            + gAdoSqlServer().getSQLDate(QDate::currentDate()) + QStringLiteral(", ") + QString::number(kSede) + QLatin1Char(')'));
+        run(QStringLiteral("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA, FK_DESTINAZIONE) VALUES "
+                           "(6, 2026, 901, ")
+            + gAdoSqlServer().getSQLDate(QDate::currentDate()) + QStringLiteral(", ") + QString::number(kSede)
+            + QLatin1Char(')'));
         const int movimento = value(QStringLiteral("SELECT RID FROM Movimenti WHERE PROGRESSIVO = 901")).toInt();
         for (const char* load : {", 10, 4)", ", 30, 8)"})
-            run(QStringLiteral("INSERT INTO DettagliMovimento (FK_MOVIMENTO, FK_PRODOTTO, QUANTITA, PREZZONETTO) VALUES (")
-                + QString::number(movimento) + QStringLiteral(", ") + QString::number(p.prodotto) + QLatin1String(load));
+            run(QStringLiteral(
+                    "INSERT INTO DettagliMovimento (FK_MOVIMENTO, FK_PRODOTTO, QUANTITA, PREZZONETTO) VALUES (")
+                + QString::number(movimento) + QStringLiteral(", ") + QString::number(p.prodotto)
+                + QLatin1String(load));
         price = eur(6);
-        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0), QStringLiteral("OK"));
+        QCOMPARE(p.post(10, 0, price, giacenze::Inserimento, -1, kSede, Currency::fromUnits(-1), 0),
+                 QStringLiteral("OK"));
         QCOMPARE(price, eur(6.8));
         QCOMPARE(rows(p.prodotto, kSede), QStringList{"6.8:20"});
 
@@ -229,8 +247,9 @@ private Q_SLOTS:
 
         // Outside the window: the latest load ever, not the average; with
         // none, the purchase price.
-        run(QStringLiteral("UPDATE Movimenti SET DATA = ") + gAdoSqlServer().getSQLDate(QDate::currentDate().addYears(-2))
-            + QStringLiteral(" WHERE RID = ") + QString::number(movimento));
+        run(QStringLiteral("UPDATE Movimenti SET DATA = ")
+            + gAdoSqlServer().getSQLDate(QDate::currentDate().addYears(-2)) + QStringLiteral(" WHERE RID = ")
+            + QString::number(movimento));
         int noRow = -1;
         QCOMPARE(getPrezzoMedioProdotto(p.prodotto, kSede, -1, Currency::fromUnits(-1), noRow, 12), eur(8));
         QCOMPARE(getPrezzoMedioProdotto(p.prodotto, negozio(), -1, Currency::fromUnits(-1), noRow, 12), eur(3));
@@ -240,7 +259,11 @@ private Q_SLOTS:
 
     // The last load from a supplier and the last sale; older documents do
     // not count, a customer is no supplier.
-    void statistics_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void statistics_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void statistics()
     {
         QFETCH(QString, backend);
@@ -254,9 +277,11 @@ private Q_SLOTS:
         const int fornitore = value(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 7001")).toInt();
         const int cliente = value(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 7002")).toInt();
         const auto stats = [prodotto]() -> QString {
-            return formatDate(value(QStringLiteral("SELECT DATAULTIMOCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto)))
+            return formatDate(value(QStringLiteral("SELECT DATAULTIMOCARICO FROM Prodotti WHERE RID = ")
+                                    + QString::number(prodotto)))
                 + QLatin1Char(' ')
-                + getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto)))
+                + getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOCARICO FROM Prodotti WHERE RID = ")
+                                          + QString::number(prodotto)))
                       .toPlainString();
         };
         QVERIFY(aggiornaStatisticaCarico(prodotto, eur(2.5), cliente, QDate(2026, 3, 1)));
@@ -268,12 +293,16 @@ private Q_SLOTS:
         QVERIFY(aggiornaStatisticaCarico(prodotto, eur(3), fornitore, QDate(2026, 3, 1)));
         QCOMPARE(stats(), QStringLiteral("01/03/2026 3"));
         QVERIFY(aggiornaStatisticaScarico(prodotto, eur(7.25), QDate(2026, 4, 2)));
-        QCOMPARE(getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOSCARICO FROM Prodotti WHERE RID = ") + QString::number(prodotto))),
+        QCOMPARE(getValoreCurrency(value(QStringLiteral("SELECT PREZZOULTIMOSCARICO FROM Prodotti WHERE RID = ")
+                                         + QString::number(prodotto))),
                  eur(7.25));
-        QCOMPARE(value(QStringLiteral("SELECT FK_ULTIMOFORNITORE FROM Prodotti WHERE RID = ") + QString::number(prodotto)).toInt(), fornitore);
+        QCOMPARE(value(QStringLiteral("SELECT FK_ULTIMOFORNITORE FROM Prodotti WHERE RID = ")
+                       + QString::number(prodotto))
+                     .toInt(),
+                 fornitore);
         run(QStringLiteral("UPDATE Prodotti SET FK_ULTIMOFORNITORE = NULL WHERE RID = ") + QString::number(prodotto));
         run(QStringLiteral("DELETE FROM Anagrafiche WHERE NUMERO IN (7001, 7002)"));
-        QVERIFY(!getAggiornamentoGiacenzeByProdotto(1));   // the descriptive row keeps no stock
+        QVERIFY(!getAggiornamentoGiacenzeByProdotto(1)); // the descriptive row keeps no stock
     }
 };
 

@@ -26,8 +26,7 @@ public:
         // The C locales may not be installed; the Qt default alone then.
         static const char* const italianNames[] = {"it_IT.UTF-8", "it_IT.utf8", "it_IT", nullptr};
         static const char* const englishNames[] = {"en_US.UTF-8", "en_US.utf8", "C", nullptr};
-        for (const char* const* c = italian ? italianNames : englishNames; *c && !std::setlocale(LC_ALL, *c); ++c) {
-        }
+        for (const char* const* c = italian ? italianNames : englishNames; *c && !std::setlocale(LC_ALL, *c); ++c) { }
     }
     ~ProcessLocale()
     {
@@ -36,8 +35,7 @@ public:
     }
 };
 
-template <typename... Values>
-void addRows(const char* name, const Values&... values)
+template <typename... Values> void addRows(const char* name, const Values&... values)
 {
     for (const char* locale : Locales) {
         QTestData& row = QTest::addRow("%s [%s]", name, locale);
@@ -46,8 +44,8 @@ void addRows(const char* name, const Values&... values)
     }
 }
 
-#define LOCALE_SCOPE \
-    QFETCH(QString, locale); \
+#define LOCALE_SCOPE                                                                                                   \
+    QFETCH(QString, locale);                                                                                           \
     const ProcessLocale scope(locale)
 
 } // namespace localerows

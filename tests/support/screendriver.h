@@ -3,9 +3,9 @@
 // active window, fields typed or entered, combos chosen, and what a control
 // shows read back.
 
-#include "support/scripteddialogs.h"
 #include "core/screenregistry.h"
 #include "screens/framework/appearance.h"
+#include "support/scripteddialogs.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -17,21 +17,18 @@
 
 namespace testdb {
 
-template <class Form>
-struct Screen
+template <class Form> struct Screen
 {
     Form screen;
     // The arguments, when given, go to the screen's startMe.
-    template <class... Start>
-    explicit Screen(Start... start)
+    template <class... Start> explicit Screen(Start... start)
     {
-        applyAppearance();   // as the program sets it at start
+        applyAppearance(); // as the program sets it at start
         if constexpr (sizeof...(Start) > 0)
             screen.startMe(start...);
         showActive(screen);
     }
-    template <class T = QWidget>
-    T* get(const QString& name)
+    template <class T = QWidget> T* get(const QString& name)
     {
         T* widget = screen.template findChild<T*>(name);
         if (!widget)
@@ -68,7 +65,7 @@ struct Screen
         } else if (auto* plain = qobject_cast<QPlainTextEdit*>(w)) {
             plain->setFocus();
             plain->selectAll();
-            plain->insertPlainText(value);   // as pasted: the test keyboard is ASCII only
+            plain->insertPlainText(value); // as pasted: the test keyboard is ASCII only
         } else {
             w->setFocus();
             typeInto(screen, name, value);

@@ -1,10 +1,9 @@
 #include "support/scripteddialogs.h"
 
-#include <QApplication>
-
 #include "common/msgbox.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -38,10 +37,7 @@ void ScriptedDialogs::expectDialog(const QString& objectName, Driver drive)
     m_steps.append({Step::Dialog, objectName, 0, std::move(drive)});
 }
 
-void ScriptedDialogs::expectFile(const QString& answer)
-{
-    m_steps.append({Step::File, answer, 0, {}});
-}
+void ScriptedDialogs::expectFile(const QString& answer) { m_steps.append({Step::File, answer, 0, {}}); }
 
 bool ScriptedDialogs::next(Step::Kind kind, const QString& what, Step& step)
 {

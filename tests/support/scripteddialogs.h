@@ -4,16 +4,16 @@
 // the dialog's controls), file choices with a path. Anything unexpected
 // fails the test.
 
-#include "core/dialogservice.h"
 #include "common/msgbox.h"
-
-#include <QList>
-#include <QStringList>
-#include <QUrl>
-#include <functional>
+#include "core/dialogservice.h"
 
 #include <QDialog>
+#include <QList>
+#include <QStringList>
 #include <QTreeWidget>
+#include <QUrl>
+
+#include <functional>
 
 namespace testdb {
 
@@ -42,8 +42,12 @@ public:
 private:
     struct Step
     {
-        enum Kind { Message, Dialog, File } kind;
-        QString text;   // fragment, object name or file
+        enum Kind {
+            Message,
+            Dialog,
+            File
+        } kind;
+        QString text; // fragment, object name or file
         int answer = 0;
         Driver drive;
     };

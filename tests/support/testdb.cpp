@@ -1,10 +1,10 @@
 #include "support/testdb.h"
 
 #include "common/apphome.h"
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/modeldatabase.h"
-#include "common/msgbox.h"
 #include "data/recordset.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
@@ -26,10 +26,7 @@ QStringList backends()
     return list;
 }
 
-void addBackendColumn()
-{
-    QTest::addColumn<QString>("backend");
-}
+void addBackendColumn() { QTest::addColumn<QString>("backend"); }
 
 void addBackendRows(const QString& prefix)
 {
@@ -46,10 +43,7 @@ void isolateProgramFolder()
     setProgramFolder(home.path());
 }
 
-QString mysqlBaseConnectionString()
-{
-    return qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
-}
+QString mysqlBaseConnectionString() { return qEnvironmentVariable("ORVANTIS_TEST_MYSQL"); }
 
 bool serverAdmin(const QString& sql)
 {
@@ -66,7 +60,8 @@ bool serverAdmin(const QString& sql)
     return ok;
 }
 
-TestDatabase::TestDatabase(const QString& backend, bool seed) : m_backend(backend)
+TestDatabase::TestDatabase(const QString& backend, bool seed)
+    : m_backend(backend)
 {
     QString message;
     if (backend == QLatin1String("sqlite")) {
@@ -135,10 +130,7 @@ TestDatabase& shared(const QString& backend, bool seed)
     return db;
 }
 
-void dropShared()
-{
-    sharedDatabases().clear();
-}
+void dropShared() { sharedDatabases().clear(); }
 
 ErrorRecorder::ErrorRecorder()
 {
@@ -148,10 +140,7 @@ ErrorRecorder::ErrorRecorder()
     });
 }
 
-ErrorRecorder::~ErrorRecorder()
-{
-    gError().setHandler(m_previous);
-}
+ErrorRecorder::~ErrorRecorder() { gError().setHandler(m_previous); }
 
 ScriptedMsgBox::ScriptedMsgBox()
 {
@@ -177,25 +166,13 @@ ScriptedMsgBox::~ScriptedMsgBox()
         QTest::qFail(qPrintable(QStringLiteral("box not shown: ") + m_script.first().first), __FILE__, __LINE__);
 }
 
-void ScriptedMsgBox::expect(const QString& fragment, int answer)
-{
-    m_script.append({fragment, answer});
-}
+void ScriptedMsgBox::expect(const QString& fragment, int answer) { m_script.append({fragment, answer}); }
 
-void run(const QString& sql)
-{
-    QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql));
-}
+void run(const QString& sql) { QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql)); }
 
-QVariant value(const QString& sql)
-{
-    return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test"));
-}
+QVariant value(const QString& sql) { return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test")); }
 
-int number(const QString& sql)
-{
-    return value(sql).toInt();
-}
+int number(const QString& sql) { return value(sql).toInt(); }
 
 QList<QVariantList> rows(const QString& sql)
 {
@@ -252,20 +229,11 @@ void BackendTest::initTestCase_data()
     addBackendRows();
 }
 
-void BackendTest::initTestCase()
-{
-    isolateProgramFolder();
-}
+void BackendTest::initTestCase() { isolateProgramFolder(); }
 
-void BackendTest::cleanupTestCase()
-{
-    dropShared();
-}
+void BackendTest::cleanupTestCase() { dropShared(); }
 
-void BackendTest::init()
-{
-    QVERIFY(shared(backend(), m_seed).isValid());
-}
+void BackendTest::init() { QVERIFY(shared(backend(), m_seed).isValid()); }
 
 void BackendTest::cleanup()
 {

@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QVariant>
+
 #include <functional>
 #include <memory>
 
@@ -47,7 +48,7 @@ private:
     QString m_backend;
     int m_tipoServer = 1;
     QString m_connectionString;
-    QString m_serverDatabase;   // MariaDB database name, dropped at the end
+    QString m_serverDatabase; // MariaDB database name, dropped at the end
     std::unique_ptr<QTemporaryDir> m_dir;
     bool m_valid = false;
 };
@@ -118,7 +119,9 @@ class BackendTest : public QObject
     Q_OBJECT
 
 public:
-    explicit BackendTest(bool seed = true) : m_seed(seed) {}
+    explicit BackendTest(bool seed = true)
+        : m_seed(seed)
+    { }
     // The back end of the running test.
     static QString backend();
 

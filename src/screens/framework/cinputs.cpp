@@ -1,7 +1,7 @@
 #include "screens/framework/cinputs.h"
 
-#include "screens/framework/ckeyfunction.h"
 #include "core/optionstore.h"
+#include "screens/framework/ckeyfunction.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -13,10 +13,7 @@
 
 // --- cInputBase --------------------------------------------------------------
 
-QColor cInputBase::restColour()
-{
-    return Qt::white;
-}
+QColor cInputBase::restColour() { return Qt::white; }
 
 QColor cInputBase::focusColour(bool locked)
 {
@@ -47,8 +44,9 @@ void cInputBase::paint(QWidget* control, const QColor& colour)
 void cInputBase::sendTab(QWidget* control, bool backwards)
 {
     // A synthetic key: focus moves once the current handler has returned.
-    QCoreApplication::postEvent(control, new QKeyEvent(QEvent::KeyPress, backwards ? Qt::Key_Backtab : Qt::Key_Tab,
-                                                       backwards ? Qt::ShiftModifier : Qt::NoModifier));
+    QCoreApplication::postEvent(control,
+                                new QKeyEvent(QEvent::KeyPress, backwards ? Qt::Key_Backtab : Qt::Key_Tab,
+                                              backwards ? Qt::ShiftModifier : Qt::NoModifier));
 }
 
 void cInputBase::passFunctionKey(QWidget* control, QKeyEvent* event)
@@ -113,7 +111,8 @@ void cTextBox::contentValidate()
     if (!m_control)
         return;
     const typedinput::Validation result =
-        typedinput::contentValidate(m_typeFormat, m_control->text(), m_decimalPrecision, m_separatoreMigliaia, m_dateFormat);
+        typedinput::contentValidate(m_typeFormat, m_control->text(), m_decimalPrecision, m_separatoreMigliaia,
+                                    m_dateFormat);
     if (result.text != m_control->text())
         m_control->setText(result.text);
     if (result.raiseEvent)
@@ -138,9 +137,10 @@ bool cTextBox::keyPress(QKeyEvent* event)
         return false;
     const QChar typed = text.at(0);
     if (typed.category() == QChar::Other_Control)
-        return false;   // backspace, tab and the like keep their meaning
+        return false; // backspace, tab and the like keep their meaning
     const bool selectionCoversAll = m_control->hasSelectedText() && m_control->selectedText() == m_control->text();
-    const QChar accepted = typedinput::filterKeyPress(m_typeFormat, m_caseState, m_control->text(), selectionCoversAll, typed);
+    const QChar accepted =
+        typedinput::filterKeyPress(m_typeFormat, m_caseState, m_control->text(), selectionCoversAll, typed);
     if (accepted.isNull())
         return true;
     if (accepted != typed) {
@@ -155,19 +155,20 @@ bool cTextBox::eventFilter(QObject* watched, QEvent* event)
     if (watched != m_control)
         return false;
     switch (event->type()) {
-    case QEvent::KeyPress:
-        return keyPress(static_cast<QKeyEvent*>(event));
+    case QEvent::KeyPress: return keyPress(static_cast<QKeyEvent*>(event));
     case QEvent::FocusIn:
         paint(m_control, focusColour(m_control->isReadOnly()));
         if (!m_noStartSelection)
-            QTimer::singleShot(0, m_control, [control = m_control] { if (control) control->selectAll(); });
+            QTimer::singleShot(0, m_control, [control = m_control] {
+                if (control)
+                    control->selectAll();
+            });
         break;
     case QEvent::FocusOut:
         contentValidate();
         paint(m_control, restColour());
         break;
-    default:
-        break;
+    default: break;
     }
     return false;
 }
@@ -203,14 +204,9 @@ bool cComboBox::eventFilter(QObject* watched, QEvent* event)
         }
         break;
     }
-    case QEvent::FocusIn:
-        paint(m_control, focusColour(false));
-        break;
-    case QEvent::FocusOut:
-        paint(m_control, restColour());
-        break;
-    default:
-        break;
+    case QEvent::FocusIn: paint(m_control, focusColour(false)); break;
+    case QEvent::FocusOut: paint(m_control, restColour()); break;
+    default: break;
     }
     return false;
 }
@@ -246,30 +242,16 @@ bool cButtonInput::eventFilter(QObject* watched, QEvent* event)
 
 cCheckBox::cCheckBox(QCheckBox* control, QObject* parent)
     : cButtonInput(control, parent)
-{
-}
+{ }
 
-void cCheckBox::setCheckBoxRef(QCheckBox* control)
-{
-    setButtonRef(control);
-}
+void cCheckBox::setCheckBoxRef(QCheckBox* control) { setButtonRef(control); }
 
-QCheckBox* cCheckBox::CheckBoxRef() const
-{
-    return qobject_cast<QCheckBox*>(buttonRef());
-}
+QCheckBox* cCheckBox::CheckBoxRef() const { return qobject_cast<QCheckBox*>(buttonRef()); }
 
 cOptionButton::cOptionButton(QRadioButton* control, QObject* parent)
     : cButtonInput(control, parent)
-{
-}
+{ }
 
-void cOptionButton::setOptionButtonRef(QRadioButton* control)
-{
-    setButtonRef(control);
-}
+void cOptionButton::setOptionButtonRef(QRadioButton* control) { setButtonRef(control); }
 
-QRadioButton* cOptionButton::OptionButtonRef() const
-{
-    return qobject_cast<QRadioButton*>(buttonRef());
-}
+QRadioButton* cOptionButton::OptionButtonRef() const { return qobject_cast<QRadioButton*>(buttonRef()); }

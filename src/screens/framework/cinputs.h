@@ -24,7 +24,9 @@ class cInputBase : public QObject
     Q_OBJECT
 
 public:
-    explicit cInputBase(QObject* parent = nullptr) : QObject(parent) {}
+    explicit cInputBase(QObject* parent = nullptr)
+        : QObject(parent)
+    { }
 
     void setCKeyRef(cKeyFunction* keyFunction) { m_keys = keyFunction; }
 
@@ -49,7 +51,9 @@ class cTextBox : public cInputBase
     Q_OBJECT
 
 public:
-    explicit cTextBox(QObject* parent = nullptr) : cInputBase(parent) {}
+    explicit cTextBox(QObject* parent = nullptr)
+        : cInputBase(parent)
+    { }
     cTextBox(QLineEdit* control, int typeFormat, QObject* parent = nullptr);
 
     void setTextBoxRef(QLineEdit* control);

@@ -1,19 +1,20 @@
 #include "screens/framework/clookupfield.h"
 
+#include "common/msgbox.h"
+#include "core/screenregistry.h"
 #include "screens/framework/crecordscreen.h"
 #include "screens/framework/frmricerca.h"
-#include "core/screenregistry.h"
-#include "common/msgbox.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QBoxLayout>
 #include <QIcon>
-#include <QToolButton>
 #include <QLabel>
 #include <QLineEdit>
+#include <QToolButton>
 
-cLookupField::cLookupField(QLineEdit* field, QLabel* label, Validator validate, const QString& searchSql, QObject* parent)
+cLookupField::cLookupField(QLineEdit* field, QLabel* label, Validator validate, const QString& searchSql,
+                           QObject* parent)
     : QObject(parent)
     , m_field(field)
     , m_label(label)
@@ -131,7 +132,7 @@ void cLookupField::openEditor()
         && msgBox(QStringLiteral("La finestra ") + screen->title()
                       + QStringLiteral(" è già aperta: abbandonare le modifiche e creare un nuovo record?"),
                   vb::YesNo | vb::Question | vb::DefaultButton2)
-               != vb::Yes)
+            != vb::Yes)
         return;
     screen->newRecord();
     connect(screen, &cRecordScreen::evtUnloadWithRecord, this, &cLookupField::takeBack, Qt::UniqueConnection);
@@ -150,7 +151,4 @@ void cLookupField::takeBack(int rid)
         Q_EMIT changed(m_rid);
 }
 
-void cLookupField::setButton(QAbstractButton* button)
-{
-    m_button = button;
-}
+void cLookupField::setButton(QAbstractButton* button) { m_button = button; }

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QVariant>
+
 #include <functional>
 
 class QAbstractButton;

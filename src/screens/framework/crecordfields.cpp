@@ -1,11 +1,10 @@
 // The declared fields of a record screen: their controls, what they show
 // and what they hold.
 
-#include "screens/framework/crecordscreen.h"
-
 #include "data/recordset.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/clookupfield.h"
+#include "screens/framework/crecordscreen.h"
 #include "screens/framework/fieldlimits.h"
 
 #include <QButtonGroup>
@@ -63,10 +62,7 @@ int inputKind(const Field& f)
 }
 
 // The description label beside a key field: txtCausale gives lblCausale.
-QString labelName(const QString& control)
-{
-    return QStringLiteral("lbl") + control.mid(3);
-}
+QString labelName(const QString& control) { return QStringLiteral("lbl") + control.mid(3); }
 
 } // namespace
 
@@ -115,7 +111,7 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
         label->setFrameShadow(QFrame::Sunken);
         const int index = keyIndex++;
         b.lookup = addLookup(index, edit, label, f.lookup->validate, lookupSearch(*f.lookup));
-        keepReadable(edit, kKeyWidth);   // with the font of its input
+        keepReadable(edit, kKeyWidth); // with the font of its input
         limitToColumn(edit, QString::fromLatin1(f.lookup->table), QString::fromLatin1(f.lookup->codeColumn));
         b.row = new QWidget(parent);
         auto* row = new QHBoxLayout(b.row);
@@ -245,7 +241,7 @@ void cRecordScreen::showValues(const QStringList& values)
         case Kind::Combo: {
             auto* combo = static_cast<QComboBox*>(b.control);
             combo->setCurrentIndex(f.has(fields::ComboText) ? combo->findText(v)
-                                   : v.isEmpty()            ? -1
+                                       : v.isEmpty()        ? -1
                                                             : combo->findData(v.toInt()));
             break;
         }
@@ -254,22 +250,14 @@ void cRecordScreen::showValues(const QStringList& values)
     }
 }
 
-void cRecordScreen::clearFields()
-{
-    showValues(m_fields.emptyValues());
-}
+void cRecordScreen::clearFields() { showValues(m_fields.emptyValues()); }
 
-void cRecordScreen::fillFields(const Recordset& rs)
-{
-    showValues(m_fields.shownValues(rs));
-}
+void cRecordScreen::fillFields(const Recordset& rs) { showValues(m_fields.shownValues(rs)); }
 
-QStringList cRecordScreen::faults() const
-{
-    return m_fields.missing(shownValues());
-}
+QStringList cRecordScreen::faults() const { return m_fields.missing(shownValues()); }
 
 QString cRecordScreen::searchStatement() const
 {
-    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM ") + tableName() + QStringLiteral(" ORDER BY DESCRIZIONE ");
+    return QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM ") + tableName()
+        + QStringLiteral(" ORDER BY DESCRIZIONE ");
 }

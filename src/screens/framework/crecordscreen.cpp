@@ -1,14 +1,14 @@
 #include "screens/framework/crecordscreen.h"
 
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
+#include "data/recordset.h"
 #include "data/scoped.h"
+#include "data/sqlliteral.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/clookupfield.h"
 #include "screens/framework/frmricerca.h"
-#include "common/msgbox.h"
-#include "data/recordset.h"
-#include "data/sqlliteral.h"
 #include "screens/framework/waitcursor.h"
 
 #include <QApplication>
@@ -66,7 +66,8 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
         connect(button, &QPushButton::clicked, this, [this, i] { cmdCommand_Click(i); });
         commands->addWidget(button);
         m_cmdCommand.append(button);
-        auto* shortcut = new QShortcut(QKeySequence(kCommands[i].key), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        auto* shortcut =
+            new QShortcut(QKeySequence(kCommands[i].key), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, [this, i] { pressCommand(i); });
     }
     commands->addStretch(1);
@@ -84,10 +85,7 @@ cRecordScreen::~cRecordScreen()
     QObject::disconnect(m_focusWatch);
 }
 
-QString cRecordScreen::tag(const QString& procedure) const
-{
-    return m_typeName + QLatin1Char('.') + procedure;
-}
+QString cRecordScreen::tag(const QString& procedure) const { return m_typeName + QLatin1Char('.') + procedure; }
 
 void cRecordScreen::setCodeField(cTextBox* code)
 {
@@ -121,25 +119,13 @@ void cRecordScreen::setDescriptionField(cTextBox* description)
     description->setCKeyRef(m_keys);
 }
 
-void cRecordScreen::codeLeft(const QString& code)
-{
-    showData(0, code);
-}
+void cRecordScreen::codeLeft(const QString& code) { showData(0, code); }
 
-void cRecordScreen::setCommandCaption(int index, const QString& caption)
-{
-    m_cmdCommand.at(index)->setText(caption);
-}
+void cRecordScreen::setCommandCaption(int index, const QString& caption) { m_cmdCommand.at(index)->setText(caption); }
 
-QString cRecordScreen::codeText() const
-{
-    return m_code ? m_code->TextBoxRef()->text() : QString();
-}
+QString cRecordScreen::codeText() const { return m_code ? m_code->TextBoxRef()->text() : QString(); }
 
-int cRecordScreen::currentRid() const
-{
-    return m_lblRID->text().toInt();
-}
+int cRecordScreen::currentRid() const { return m_lblRID->text().toInt(); }
 
 void cRecordScreen::setTitle(const QString& title)
 {
@@ -147,10 +133,7 @@ void cRecordScreen::setTitle(const QString& title)
     setWindowTitle(title);
 }
 
-void cRecordScreen::setRid(int rid)
-{
-    m_lblRID->setText(rid > 0 ? QString::number(rid) : QString());
-}
+void cRecordScreen::setRid(int rid) { m_lblRID->setText(rid > 0 ? QString::number(rid) : QString()); }
 
 void cRecordScreen::startMe(bool keepCase, bool startNew, int rid)
 {
@@ -274,10 +257,7 @@ QWidget* cRecordScreen::withBrowseButton(QWidget* field, int index)
     return row;
 }
 
-void cRecordScreen::refreshRecord()
-{
-    showData(currentRid(), QString());
-}
+void cRecordScreen::refreshRecord() { showData(currentRid(), QString()); }
 
 void cRecordScreen::cmdCommand_Click(int index)
 {

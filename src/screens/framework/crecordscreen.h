@@ -12,6 +12,7 @@
 #include <QHash>
 #include <QStringList>
 #include <QWidget>
+
 #include <functional>
 
 class QButtonGroup;

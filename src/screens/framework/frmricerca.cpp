@@ -1,16 +1,16 @@
 #include "screens/framework/frmricerca.h"
 
-#include "data/scoped.h"
+#include "core/dialogservice.h"
+#include "core/optionstore.h"
+#include "core/serversettings.h"
 #include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/scoped.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
-#include "core/dialogservice.h"
 #include "screens/framework/listcolumns.h"
-#include "core/optionstore.h"
-#include "data/recordset.h"
-#include "screens/services/ricercasql.h"
-#include "core/serversettings.h"
 #include "screens/framework/waitcursor.h"
+#include "screens/services/ricercasql.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -29,7 +29,7 @@ namespace {
 
 constexpr int kTwipsPerPixel = 15;
 const QString kHeightKey = QStringLiteral("Options/FrmRicerca_Height");
-const QString kWidthKey = QStringLiteral("Options/FrmRicerca_Widht");   // the key's own spelling
+const QString kWidthKey = QStringLiteral("Options/FrmRicerca_Widht"); // the key's own spelling
 
 } // namespace
 
@@ -131,10 +131,12 @@ void frmRicerca::startMe(const QString& sql, int, bool startEmpty, bool allowNew
     m_optionKey = optionKey;
     if (!optionKey.isEmpty()) {
         const QSignalBlocker quiet(m_chkLike);
-        m_chkLike->setChecked(machineSettings().value(QStringLiteral("Options/") + optionKey, QStringLiteral("0")).toInt() != 0);
+        m_chkLike->setChecked(
+            machineSettings().value(QStringLiteral("Options/") + optionKey, QStringLiteral("0")).toInt() != 0);
     }
     m_cmdNuovo->setVisible(allowNew);
-    m_lswMain->setSelectionMode(multiSelect ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
+    m_lswMain->setSelectionMode(multiSelect ? QAbstractItemView::ExtendedSelection
+                                            : QAbstractItemView::SingleSelection);
     m_sortColumn = qMax(1, sortColumn);
     m_sqlGiven = sql;
     m_sql = ricerca::prepareStatement(sql, startEmpty);
@@ -157,10 +159,7 @@ void frmRicerca::startMe(const QString& sFiltro)
     bindData(statement);
 }
 
-QString frmRicerca::getNomeCampo(int column) const
-{
-    return ricerca::nomeCampo(m_sql, column);
-}
+QString frmRicerca::getNomeCampo(int column) const { return ricerca::nomeCampo(m_sql, column); }
 
 void frmRicerca::bindData(const QString& statement)
 {

@@ -66,9 +66,9 @@ private:
     cTextBox* m_max;
 
     QString m_sqlGiven;
-    QString m_sql;          // the statement in use, before the filter and the limit
+    QString m_sql; // the statement in use, before the filter and the limit
     QString m_optionKey;
-    int m_sortColumn = 1;   // counted from 1, the key excluded
+    int m_sortColumn = 1; // counted from 1, the key excluded
     Qt::SortOrder m_order = Qt::AscendingOrder;
     int m_rid = -1;
     QString m_strRid;

@@ -1,9 +1,9 @@
 #include "screens/framework/frmselectelement.h"
 
 #include "core/dialogservice.h"
-#include "screens/framework/listcolumns.h"
-#include "lookups/lookups.h"
 #include "data/recordset.h"
+#include "lookups/lookups.h"
+#include "screens/framework/listcolumns.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -59,7 +59,8 @@ frmSelectElement::frmSelectElement(QWidget* parent)
 
 void frmSelectElement::startMe(const QString& columns, const Recordset& rs, bool multiSelect, bool allowNew)
 {
-    m_lswElenco->setSelectionMode(multiSelect ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
+    m_lswElenco->setSelectionMode(multiSelect ? QAbstractItemView::ExtendedSelection
+                                              : QAbstractItemView::SingleSelection);
     m_cmdNew->setVisible(allowNew);
     fillRows(columns, rs);
 }
@@ -73,7 +74,7 @@ void frmSelectElement::fillRows(const QString& description, const Recordset& rs)
     for (rows.moveFirst(); !rows.eof(); rows.moveNext())
         columns.addRow(*m_lswElenco, rows, kKeyPrefix);
     columns.fitWidths(*m_lswElenco);
-    m_lswElenco->sortByColumn(-1, Qt::AscendingOrder);   // the order of the recordset
+    m_lswElenco->sortByColumn(-1, Qt::AscendingOrder); // the order of the recordset
     if (QTreeWidgetItem* first = m_lswElenco->topLevelItem(0))
         m_lswElenco->setCurrentItem(first);
 }
@@ -103,7 +104,4 @@ QStringList frmSelectElement::choose(const QString& columns, const Recordset& rs
     return dialog.newRequested() ? QStringList{QStringLiteral("-1")} : dialog.selectedKeys();
 }
 
-void installElementChooser()
-{
-    setElementChooser(&frmSelectElement::choose);
-}
+void installElementChooser() { setElementChooser(&frmSelectElement::choose); }

@@ -43,7 +43,8 @@ frmSimpleForm::frmSimpleForm(QWidget* parent)
     : cTableScreen(QStringLiteral("frmSimpleForm"), QString(),
                    {QString(),
                     {fields::field("CODICE", "txtCodice", "Codice", fields::Required | fields::Trimmed),
-                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione", fields::Required | fields::Trimmed)}},
+                     fields::field("DESCRIZIONE", "txtDescrizione", "Descrizione",
+                                   fields::Required | fields::Trimmed)}},
                    parent)
 {
     resize(480, 150);

@@ -35,5 +35,5 @@ public:
 private:
     QStringList m_headers;
     QStringList m_fields;
-    QList<int> m_widths;   // pixels; 0 fits the values
+    QList<int> m_widths; // pixels; 0 fits the values
 };

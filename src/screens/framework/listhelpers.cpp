@@ -1,12 +1,13 @@
 #include "screens/framework/listhelpers.h"
 
-#include "data/scoped.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "data/scoped.h"
 
 #include <QComboBox>
 #include <QHeaderView>
 #include <QTreeWidget>
+
 #include <algorithm>
 
 bool fillComboBox(QString& sql, QComboBox* combo)

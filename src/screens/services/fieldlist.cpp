@@ -31,22 +31,26 @@ void fromSchema(Field& f, const schema::Table& table)
     if (!column || f.kind == Kind::Choice || f.kind == Kind::Combo)
         return;
     switch (column->kind) {
-    case schema::ColKind::Text: f.kind = Kind::Text; f.length = column->length; break;
+    case schema::ColKind::Text:
+        f.kind = Kind::Text;
+        f.length = column->length;
+        break;
     case schema::ColKind::Memo: f.kind = Kind::Text; break;
     case schema::ColKind::Flag: f.kind = Kind::Flag; break;
     case schema::ColKind::Date:
     case schema::ColKind::DateTime: f.kind = Kind::Date; break;
     case schema::ColKind::Key:
     case schema::ColKind::Ref: f.kind = f.lookup ? Kind::Key : Kind::Number; break;
-    case schema::ColKind::Int: f.kind = Kind::Number; f.options |= WholeNumber; f.decimals = 0; break;
+    case schema::ColKind::Int:
+        f.kind = Kind::Number;
+        f.options |= WholeNumber;
+        f.decimals = 0;
+        break;
     default: f.kind = Kind::Number; break;
     }
 }
 
-QString flagText(const QVariant& value)
-{
-    return getChekByBool(value) > 0 ? QStringLiteral("1") : QStringLiteral("0");
-}
+QString flagText(const QVariant& value) { return getChekByBool(value) > 0 ? QStringLiteral("1") : QStringLiteral("0"); }
 
 bool blank(const Field& f, const QString& shown)
 {
@@ -134,16 +138,20 @@ QStringList FieldList::shownValues(const Recordset& rs) const
         switch (f.kind) {
         case Kind::Text: shown << value.toString(); break;
         case Kind::Number:
-            shown << (value.isNull() ? QString()
-                      : f.has(WholeNumber) ? QString::number(value.toLongLong())
-                                           : formattaImporto(value, f.decimals));
+            shown << (value.isNull()           ? QString()
+                          : f.has(WholeNumber) ? QString::number(value.toLongLong())
+                                               : formattaImporto(value, f.decimals));
             break;
-        case Kind::Date: shown << (value.isNull() ? QString() : toDate(value).toString(QStringLiteral("dd/MM/yyyy"))); break;
+        case Kind::Date:
+            shown << (value.isNull() ? QString() : toDate(value).toString(QStringLiteral("dd/MM/yyyy")));
+            break;
         case Kind::Flag: shown << flagText(value); break;
         case Kind::Choice: shown << QString::number(value.toInt()); break;
         case Kind::Key: shown << (value.toInt() > 0 ? QString::number(value.toInt()) : QString()); break;
         case Kind::Combo:
-            shown << (f.has(ComboText) ? value.toString() : value.toInt() > 0 ? QString::number(value.toInt()) : QString());
+            shown << (f.has(ComboText)        ? value.toString()
+                          : value.toInt() > 0 ? QString::number(value.toInt())
+                                              : QString());
             break;
         }
     }
@@ -171,7 +179,7 @@ QStringList FieldList::sqlValues(const QStringList& shown) const
         case Kind::Date: values << gAdoSqlServer().getSQLDate(toDate(v)); break;
         case Kind::Flag:
             values << (v == QLatin1String("1") ? (f.has(FlagMinusOne) ? QStringLiteral("-1") : QStringLiteral("1"))
-                                                : QStringLiteral("0"));
+                                               : QStringLiteral("0"));
             break;
         case Kind::Choice: values << QString::number(v.toInt()); break;
         case Kind::Key: values << getIDOrNullStr(v.toInt()); break;
@@ -211,9 +219,6 @@ QString obbligatorio(const QString& caption)
     return QStringLiteral(" - Campo [") + caption + QStringLiteral("] Obbligatorio.");
 }
 
-QString errato(const QString& caption)
-{
-    return QStringLiteral(" - Campo [") + caption + QStringLiteral("] Errato.");
-}
+QString errato(const QString& caption) { return QStringLiteral(" - Campo [") + caption + QStringLiteral("] Errato."); }
 
 } // namespace fields

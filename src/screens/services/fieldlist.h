@@ -22,13 +22,13 @@ class Recordset;
 namespace fields {
 
 enum class Kind {
-    Text,     // a line edit; a memo column too
-    Number,   // a line edit of a numeric kind
-    Date,     // a line edit of the date kind
-    Flag,     // a check box
-    Choice,   // option buttons control_0, control_1, ...: the column holds the index
-    Key,      // the code of another table's row; the column holds its key
-    Combo,    // a list the screen fills: the column holds the item's key, or its text
+    Text,   // a line edit; a memo column too
+    Number, // a line edit of a numeric kind
+    Date,   // a line edit of the date kind
+    Flag,   // a check box
+    Choice, // option buttons control_0, control_1, ...: the column holds the index
+    Key,    // the code of another table's row; the column holds its key
+    Combo,  // a list the screen fills: the column holds the item's key, or its text
 };
 
 // Options of a declaration, combined with |.
@@ -46,13 +46,13 @@ struct Field
 {
     QString column;
     QString control;
-    QString caption;          // without the colon: "Descrizione Stampa"
+    QString caption; // without the colon: "Descrizione Stampa"
     unsigned options = None;
-    Kind kind = Kind::Text;   // from the schema, unless a choice
-    int length = 0;           // text: the column's length, 0 none
-    int decimals = 2;         // number: shown decimals
-    const LookupTable* lookup = nullptr;   // key fields
-    QStringList choices;      // choice: the captions of the option buttons
+    Kind kind = Kind::Text;              // from the schema, unless a choice
+    int length = 0;                      // text: the column's length, 0 none
+    int decimals = 2;                    // number: shown decimals
+    const LookupTable* lookup = nullptr; // key fields
+    QStringList choices;                 // choice: the captions of the option buttons
 
     bool has(Option option) const { return (options & option) != 0; }
     // The caption of the field's row: "Codice:".

@@ -154,7 +154,8 @@ QString withMaxRows(const QString& statement, const QString& maxRows, int tipoSe
     bool ok = false;
     const int max = maxRows.trimmed().toInt(&ok);
     const QString top = QStringLiteral("TOP ") + QString::number(ok && max > 0 ? max : 500) + QLatin1Char(' ');
-    static const QRegularExpression distinct(QStringLiteral("^DISTINCT\\s+"), QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression distinct(QStringLiteral("^DISTINCT\\s+"),
+                                             QRegularExpression::CaseInsensitiveOption);
     Parts parts(statement);
     for (qsizetype i = 0; i < parts.parts.size(); ++i) {
         if (i > 0 && tipoServer != TipoServer::SqlServer)

@@ -12,10 +12,7 @@ namespace {
 const QChar kCarriageReturn(u'\r');
 const QChar kBackspace(u'\b');
 
-bool isDecimalKind(int kind)
-{
-    return kind == Decimale || kind == DecimaleZero;
-}
+bool isDecimalKind(int kind) { return kind == Decimale || kind == DecimaleZero; }
 
 bool isNumberKind(int kind)
 {
@@ -27,8 +24,9 @@ bool isNumberKind(int kind)
 QString formatNumber(const QString& text, int decimals, bool thousands)
 {
     if (!isNumericIt(text.trimmed()))
-        return text;   // a text that is no number is left as it stands
-    QString formatted = decimals < 0 ? formattaIntero(text.trimmed()) : formattaImporto(QVariant(text.trimmed()), decimals);
+        return text; // a text that is no number is left as it stands
+    QString formatted =
+        decimals < 0 ? formattaIntero(text.trimmed()) : formattaImporto(QVariant(text.trimmed()), decimals);
     if (!thousands)
         formatted.remove(QLatin1Char('.'));
     return formatted;
@@ -93,7 +91,8 @@ QString allowedCharacters(int kind)
 
 bool alignsRight(int kind)
 {
-    return kind == Intero || kind == Decimale || kind == InteroNonFormattato || kind == InteroZero || kind == DecimaleZero;
+    return kind == Intero || kind == Decimale || kind == InteroNonFormattato || kind == InteroZero
+        || kind == DecimaleZero;
 }
 
 int maxLength(int kind, const QString& dateFormat)
@@ -142,12 +141,9 @@ Validation contentValidate(int kind, const QString& text, int decimalPrecision, 
         const QString value = kind == InteroZero && text.trimmed().isEmpty() ? QStringLiteral("0") : text;
         return {formatNumber(value, -1, separatoreMigliaia), false};
     }
-    case Data:
-        return validateDate(text, dateFormat);
-    case Ora:
-        return {validateTime(text), false};
-    default:
-        return {text, false};
+    case Data: return validateDate(text, dateFormat);
+    case Ora: return {validateTime(text), false};
+    default: return {text, false};
     }
 }
 

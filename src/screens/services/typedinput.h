@@ -10,16 +10,16 @@ namespace typedinput {
 
 // The data kind of a field (cTextBox::TypeFormat).
 enum Kind : qint16 {
-    Testo = 0,              // free text
-    Data = 1,               // date
-    Intero = 2,             // whole number, "###,##0"
-    Decimale = 3,           // decimal number
-    Ora = 4,                // time
-    EspressioneData = 5,    // date expression ("+30")
-    InteroLibero = 6,       // whole number, left as typed
-    InteroNonFormattato = 7,// whole number, right aligned, left as typed
-    InteroZero = 8,         // whole number, empty becomes 0
-    DecimaleZero = 9        // decimal number, empty becomes 0
+    Testo = 0,               // free text
+    Data = 1,                // date
+    Intero = 2,              // whole number, "###,##0"
+    Decimale = 3,            // decimal number
+    Ora = 4,                 // time
+    EspressioneData = 5,     // date expression ("+30")
+    InteroLibero = 6,        // whole number, left as typed
+    InteroNonFormattato = 7, // whole number, right aligned, left as typed
+    InteroZero = 8,          // whole number, empty becomes 0
+    DecimaleZero = 9         // decimal number, empty becomes 0
 };
 
 // The characters a kind accepts; empty means any. Carriage return and
@@ -41,8 +41,8 @@ QChar filterKeyPress(int kind, int caseState, const QString& text, bool selectio
 
 struct Validation
 {
-    QString text;       // the field's text afterwards
-    bool raiseEvent;    // evtContentValidate follows
+    QString text;    // the field's text afterwards
+    bool raiseEvent; // evtContentValidate follows
 };
 
 // The formatting on leaving a field (contentValidate).

@@ -1,8 +1,8 @@
 // The generic table editor on every code table of the menu, on both back
 // ends, and the rule that holds back the first goods category.
+#include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "screens/framework/frmsimpleform.h"
-#include "common/msgbox.h"
 #include "support/scripteddialogs.h"
 #include "support/testdb.h"
 
@@ -19,10 +19,7 @@ int count(const QString& table, const QString& code)
     return testdb::number(QStringLiteral("SELECT COUNT(*) FROM %1 WHERE CODICE = ¤%2¤").arg(table, code));
 }
 
-QString rid(QWidget& screen)
-{
-    return screen.findChild<QLabel*>(QStringLiteral("lblRID"))->text();
-}
+QString rid(QWidget& screen) { return screen.findChild<QLabel*>(QStringLiteral("lblRID"))->text(); }
 
 } // namespace
 
@@ -43,22 +40,21 @@ private Q_SLOTS:
         QTest::addColumn<QString>("item");
         QTest::addColumn<QString>("table");
         QTest::addColumn<QString>("title");
-        const QList<QStringList> uses{
-            {"mnuCollezioni", "Collezioni", "Collezioni"},
-            {"mnuFasceClienti", "FasceClienti", "Fasce Clienti"},
-            {"mnuTab_0", "Colori", "Colori"},
-            {"mnuTab_1", "Confezioni", "Confezioni"},
-            {"mnuTab_2", "FormatoCarta", "Formato Carta"},
-            {"mnuTab_3", "FormatoFinestra", "Formato Finestra"},
-            {"mnuTab_4", "Gruppi", "Gruppi Merceologici"},
-            {"mnuTab_5", "CategorieMerceologiche", "Categorie Merceologiche"},
-            {"mnuTab_6", "Magazzini", "Magazzino"},
-            {"mnuTab_7", "Spedizioni", "Spedizioni"},
-            {"mnuTab_8", "Marche", "Marca"},
-            {"mnuTab_9", "CentriCosto", "Centri di Costo"},
-            {"mnuTab_10", "UnitaMisura", "Unità di Misure"},
-            {"mnuTab_11", "AspettoEsteriore", "Aspetto esteriore dei beni"},
-            {"mnuTab_12", "CausaliTrasporto", "Causali di trasporto"}};
+        const QList<QStringList> uses{{"mnuCollezioni", "Collezioni", "Collezioni"},
+                                      {"mnuFasceClienti", "FasceClienti", "Fasce Clienti"},
+                                      {"mnuTab_0", "Colori", "Colori"},
+                                      {"mnuTab_1", "Confezioni", "Confezioni"},
+                                      {"mnuTab_2", "FormatoCarta", "Formato Carta"},
+                                      {"mnuTab_3", "FormatoFinestra", "Formato Finestra"},
+                                      {"mnuTab_4", "Gruppi", "Gruppi Merceologici"},
+                                      {"mnuTab_5", "CategorieMerceologiche", "Categorie Merceologiche"},
+                                      {"mnuTab_6", "Magazzini", "Magazzino"},
+                                      {"mnuTab_7", "Spedizioni", "Spedizioni"},
+                                      {"mnuTab_8", "Marche", "Marca"},
+                                      {"mnuTab_9", "CentriCosto", "Centri di Costo"},
+                                      {"mnuTab_10", "UnitaMisura", "Unità di Misure"},
+                                      {"mnuTab_11", "AspettoEsteriore", "Aspetto esteriore dei beni"},
+                                      {"mnuTab_12", "CausaliTrasporto", "Causali di trasporto"}};
         for (const QString& b : testdb::backends())
             for (const QStringList& use : uses)
                 testdb::row(b, use.at(0)) << use.at(0) << use.at(1) << use.at(2);
@@ -105,7 +101,11 @@ private Q_SLOTS:
     // The first category is refused without a question only under the name
     // "Categoria"; from the menu's "Categorie" the question comes, and the
     // database refuses the delete because products use the category.
-    void firstCategory_data() { testdb::addBackendColumn(); testdb::addBackendRows(); }
+    void firstCategory_data()
+    {
+        testdb::addBackendColumn();
+        testdb::addBackendRows();
+    }
     void firstCategory()
     {
         QFETCH(QString, backend);
@@ -134,7 +134,8 @@ private Q_SLOTS:
         frmSimpleForm screen;
         screen.startMe(QStringLiteral("Colore"), QStringLiteral("Colori"), QStringLiteral("Colori"), false, true, 0);
         ScriptedDialogs script;
-        script.expectMessage(QStringLiteral("Attenzione:\n - Campo [Codice] Obbligatorio.\n - Campo [Descrizione] Obbligatorio."),
+        script.expectMessage(QStringLiteral(
+                                 "Attenzione:\n - Campo [Codice] Obbligatorio.\n - Campo [Descrizione] Obbligatorio."),
                              vb::OK);
         QVERIFY(!screen.saveRecord());
     }

@@ -2,10 +2,10 @@
 // key, the box for an unknown code, the conditions of the customer,
 // supplier and journal-causal look-ups, and the product look-up with its
 // chooser.
-#include "data/cadosqlserver.h"
-#include "lookups/lookups.h"
 #include "common/msgbox.h"
+#include "data/cadosqlserver.h"
 #include "data/recordset.h"
+#include "lookups/lookups.h"
 #include "support/testdb.h"
 
 #include <QtTest>
@@ -22,10 +22,7 @@ void noChooser()
     });
 }
 
-QString unknown(const QString& code)
-{
-    return "Codice: " + code + " inesistente!";
-}
+QString unknown(const QString& code) { return "Codice: " + code + " inesistente!"; }
 
 using Lookup = bool (*)(QString&, QString&, int&);
 
@@ -70,21 +67,32 @@ private Q_SLOTS:
         QTest::addColumn<Lookup>("lookup");
         QTest::addColumn<QString>("codice");
         QTest::addColumn<int>("rid");
-        QTest::addColumn<QString>("expectedCode");   // empty: not found
+        QTest::addColumn<QString>("expectedCode"); // empty: not found
         QTest::addColumn<QString>("expectedDescription");
-        QTest::newRow("unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG" << "Chilogrammi";
-        QTest::newRow("unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ" << "Pezzi";
-        QTest::newRow("unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << "" << "";
-        QTest::newRow("customer") << Lookup(&validaCliente) << "901" << 0 << "901" << "Rossi Srl";
-        QTest::newRow("customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << "" << "";
-        QTest::newRow("supplier") << Lookup(&validaFornitore) << "902" << 0 << "902" << "Bianchi Spa";
-        QTest::newRow("any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902" << "Bianchi Spa";
-        QTest::newRow("counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << "" << "";
+        QTest::newRow("unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG"
+                                      << "Chilogrammi";
+        QTest::newRow("unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ"
+                                     << "Pezzi";
+        QTest::newRow("unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << ""
+                                      << "";
+        QTest::newRow("customer") << Lookup(&validaCliente) << "901" << 0 << "901"
+                                  << "Rossi Srl";
+        QTest::newRow("customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << ""
+                                                     << "";
+        QTest::newRow("supplier") << Lookup(&validaFornitore) << "902" << 0 << "902"
+                                  << "Bianchi Spa";
+        QTest::newRow("any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902"
+                                          << "Bianchi Spa";
+        QTest::newRow("counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << ""
+                                                          << "";
         QTest::newRow("product by bar code") << Lookup(&validaProdotto) << "8001234567890" << 0 << "VITE8"
                                              << "Vite 8 mm";
-        QTest::newRow("product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8" << "Vite 8 mm";
-        QTest::newRow("account") << Lookup(&validaConto) << "01003001" << 0 << "01003001" << "Cassa";
-        QTest::newRow("document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT" << "Documento di trasporto";
+        QTest::newRow("product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8"
+                                               << "Vite 8 mm";
+        QTest::newRow("account") << Lookup(&validaConto) << "01003001" << 0 << "01003001"
+                                 << "Cassa";
+        QTest::newRow("document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT"
+                                       << "Documento di trasporto";
     }
     void family()
     {
@@ -172,7 +180,7 @@ private Q_SLOTS:
     void prodottoChooser_data()
     {
         QTest::addColumn<bool>("multi");
-        QTest::addColumn<int>("chosen");   // how many rows the chooser picks, DADO8 first
+        QTest::addColumn<int>("chosen"); // how many rows the chooser picks, DADO8 first
         QTest::newRow("one") << false << 1;
         QTest::newRow("both") << true << 2;
         QTest::newRow("none") << false << 0;
@@ -213,8 +221,8 @@ private Q_SLOTS:
     void prodottoCerca_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("answer");             // to "Creare un nuovo Prodotto?"; 0: a search by beginning
-        QTest::addColumn<QString>("expectedCode");   // empty: not found
+        QTest::addColumn<int>("answer");           // to "Creare un nuovo Prodotto?"; 0: a search by beginning
+        QTest::addColumn<QString>("expectedCode"); // empty: not found
         QTest::newRow("beginning") << "DAD" << 0 << "DADO8";
         QTest::newRow("whole code") << "DADO8" << 0 << "DADO8";
         QTest::newRow("underscore") << "DAD_8" << 0 << "";
@@ -236,7 +244,7 @@ private Q_SLOTS:
             boxes.expect(unknown(typed) + (answer ? "\nCreare un nuovo Prodotto?" : ""), answer ? answer : int(vb::OK));
         ProdottoEsteso p;
         p.codice = typed;
-        p.creaNuovo = answer == vb::No;   // a No clears what an earlier Yes left
+        p.creaNuovo = answer == vb::No; // a No clears what an earlier Yes left
         RicercaProdotto ricerca;
         ricerca.like = answer == 0;
         ricerca.chiediNuovo = answer != 0;

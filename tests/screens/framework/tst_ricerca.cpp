@@ -1,15 +1,15 @@
 // The search dialogs: the statement work as text, then frmRicerca and
 // frmSelectElement on real rows of both back ends, and what a filter finds
 // whatever the user types in it.
+#include "core/serversettings.h"
 #include "data/cadosqlserver.h"
+#include "data/recordset.h"
+#include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 #include "screens/framework/frmricerca.h"
 #include "screens/framework/frmselectelement.h"
 #include "screens/framework/listhelpers.h"
-#include "data/recordset.h"
 #include "screens/services/ricercasql.h"
-#include "core/serversettings.h"
-#include "data/sqldialect.h"
-#include "data/sqlliteral.h"
 #include "support/screendriver.h"
 #include "support/testdb.h"
 
@@ -32,7 +32,9 @@ const QString kFiltered = "SELECT RID, CODICE, DESCRIZIONE FROM Colori WHERE COD
 struct Dialog : testdb::Screen<frmRicerca>
 {
     template <class... Start>
-    explicit Dialog(Start... start) : testdb::Screen<frmRicerca>(start...) {}
+    explicit Dialog(Start... start)
+        : testdb::Screen<frmRicerca>(start...)
+    { }
     QTreeWidget* list() { return get<QTreeWidget>("lswMain"); }
     QStringList codes() { return testdb::listColumn(list(), 1); }
     QSet<QString> found()
@@ -49,8 +51,9 @@ struct Dialog : testdb::Screen<frmRicerca>
 // for "e") and no characters beyond the basic plane (it takes them all for
 // one another).
 const QStringList kPieces = {
-    "a", "B", "ab", "%", "_", "[", "]", "!", "\\", "'", "\"", "¤", "‡", "¿", "•", "•A•", "•/A•", "`", " ", "€", "x%",
-    " OR 1=1", "--", "#01/02/2024#", "&", "(", ")", ",", "^", " UNION ", "ESCAPE", "*",
+    "a", "B", "ab", "%",   "_",    "[",       "]",      "!", "\\", "'",       "\"", "¤",
+    "‡", "¿", "•",  "•A•", "•/A•", "`",       " ",      "€", "x%", " OR 1=1", "--", "#01/02/2024#",
+    "&", "(", ")",  ",",   "^",    " UNION ", "ESCAPE", "*",
 };
 
 QString pieces(QRandomGenerator& rng, int most)
@@ -188,7 +191,7 @@ private Q_SLOTS:
         testdb::run("DELETE FROM Marche WHERE CODICE LIKE ¤FZ%¤");
         testdb::ErrorRecorder errors;
         QRandomGenerator rng(20261124);
-        QHash<QString, QString> rows;   // code, description
+        QHash<QString, QString> rows; // code, description
         QVERIFY(gAdoSqlServer().beginTrasaction("test"));
         for (int i = 0; i < 160; ++i) {
             const QString code = QString("FZ%1").arg(i, 3, 10, QLatin1Char('0'));
@@ -200,9 +203,24 @@ private Q_SLOTS:
 
         // Typed key by key; then pasted: halves of characters, a tab,
         // random pieces, and pieces of the rows, which find at least their row.
-        const QStringList typed{"¤", "x¤ OR 1=1 OR DESCRIZIONE LIKE ¤", "' OR '1'='1", "%", "_", "[a-z]", "[!a]%",
-                                "\\", "\\%", "!", "!%", "•A•", "•/A•x•M•", "‡¿", "SELECT TOP 1 ",
-                                "a UNION SELECT 1, ¤FZ000¤, ¤x¤", ")) OR ((1=1", "ESCAPE ¤!¤"};
+        const QStringList typed{"¤",
+                                "x¤ OR 1=1 OR DESCRIZIONE LIKE ¤",
+                                "' OR '1'='1",
+                                "%",
+                                "_",
+                                "[a-z]",
+                                "[!a]%",
+                                "\\",
+                                "\\%",
+                                "!",
+                                "!%",
+                                "•A•",
+                                "•/A•x•M•",
+                                "‡¿",
+                                "SELECT TOP 1 ",
+                                "a UNION SELECT 1, ¤FZ000¤, ¤x¤",
+                                ")) OR ((1=1",
+                                "ESCAPE ¤!¤"};
         QStringList pasted{"a" + QString(QChar(0xD83D)), QString(QChar(0xDE00)),
                            "a\tUNION\tSELECT RID, CODICE, DESCRIZIONE FROM Colori"};
         for (int i = 0; i < 60; ++i) {
@@ -260,13 +278,19 @@ private Q_SLOTS:
     void choice_data()
     {
         QTest::addColumn<QString>("how");
-        QTest::addColumn<QString>("expected");   // "rid" for the row ZZBLU
-        QTest::newRow("cancel") << "cmdCancel" << "0";
-        QTest::newRow("close box") << "close" << "0";
-        QTest::newRow("escape") << "escape" << "0";
-        QTest::newRow("ok") << "cmdOK" << "rid";
-        QTest::newRow("enter") << "enter" << "rid";
-        QTest::newRow("new") << "cmdNuovo" << "-1";
+        QTest::addColumn<QString>("expected"); // "rid" for the row ZZBLU
+        QTest::newRow("cancel") << "cmdCancel"
+                                << "0";
+        QTest::newRow("close box") << "close"
+                                   << "0";
+        QTest::newRow("escape") << "escape"
+                                << "0";
+        QTest::newRow("ok") << "cmdOK"
+                            << "rid";
+        QTest::newRow("enter") << "enter"
+                               << "rid";
+        QTest::newRow("new") << "cmdNuovo"
+                             << "-1";
     }
     void choice()
     {
@@ -337,7 +361,8 @@ private Q_SLOTS:
     // Numbers sort as numbers, dates as dates, text without regard to case.
     void listSort()
     {
-        QList<QVariantList> rows{{10, "b", QDate(2026, 3, 1)}, {9, "A", QDate(2025, 12, 31)},
+        QList<QVariantList> rows{{10, "b", QDate(2026, 3, 1)},
+                                 {9, "A", QDate(2025, 12, 31)},
                                  {100, "c", QDate(2026, 1, 15)}};
         const auto column = [&rows](int c) {
             QVariantList values;

@@ -2,8 +2,8 @@
 // and the wrappers on real widgets (focus, Enter, arrows, function keys).
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
-#include "support/localerows.h"
 #include "screens/services/typedinput.h"
+#include "support/localerows.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -27,7 +27,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("allSelected");
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("result");   // empty: refused
+        QTest::addColumn<QString>("result"); // empty: refused
         const auto row = [](const char* name, Kind kind, const char* text, const char* typed, const char* result,
                             int caseState = 0, bool allSelected = false) {
             addRows(name, int(kind), caseState, QString(text), allSelected, QString(typed), QString(result));
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(functionKeys.size(), 1);
         QCOMPARE(functionKeys.first().at(0).toString(), QStringLiteral("txtImporto"));
         QCOMPARE(functionKeys.first().at(1).toInt(), 116);
-        QTest::keyClick(txtImporto, Qt::Key_F9);   // not one of F3 to F7
+        QTest::keyClick(txtImporto, Qt::Key_F9); // not one of F3 to F7
         QCOMPARE(functionKeys.size(), 1);
 
         // Enter moves on; leaving formats and repaints.
