@@ -1,27 +1,35 @@
-// Benchmark: the operations users wait for, on each back end, against the
-// floor of the same final statements replayed through the bare driver.
+// Benchmark: the operations users wait for, on each back end, against their
+// floor: the same final statements replayed through the bare driver.
 //
 //   orvantis_bench [--rows N] [--runs K] [--mysql "Server=..;Port=..;Uid=..;Pwd="]
 //
 // Without --mysql the server named by ORVANTIS_TEST_MYSQL is used, if any.
-// Prints medians and ratios; never fails on a time.
+//
+// Each scenario runs once with the driver's trace on, which keeps every
+// statement as the engine received it and the transaction boundaries. Then
+// the timed runs of the program's code and the timed replays of the trace on
+// one bare connection (QSqlQuery::exec, every row and column of a read
+// fetched) alternate, the database put back as it was before each of them.
+// Prints one line a scenario: the medians and their ratio; never fails on a
+// time.
+#include "accounting/primanota.h"
+#include "accounting/scadenze.h"
+#include "common/italiantext.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
-#include "common/italiantext.h"
 #include "data/modeldatabase.h"
-#include "numbering/numeratore.h"
-#include "pricing/prezzi.h"
-#include "accounting/primanota.h"
-#include "stock/giacenze.h"
-#include "accounting/scadenze.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "numbering/numeratore.h"
+#include "pricing/prezzi.h"
+#include "stock/giacenze.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <algorithm>
@@ -30,6 +38,14 @@
 namespace {
 
 QTextStream out(stdout);
+const QString kTag = QStringLiteral("bench");
+
+struct Backend
+{
+    QString name;
+    int tipo;
+    QString connection;
+};
 
 double median(QList<double> v)
 {
@@ -46,259 +62,231 @@ double timeMs(const std::function<void()>& job)
     return double(t.nsecsElapsed()) / 1e6;
 }
 
-// One product row as the product screen writes it.
+// --- the trace and its replay ------------------------------------------------
+
+struct TraceEntry
+{
+    driver::TraceEvent event;
+    QString sql;
+};
+
+QList<TraceEntry>* recording = nullptr;
+
+void record(driver::TraceEvent event, const QString& sql)
+{
+    recording->append({event, sql});
+}
+
+// Runs the trace on one connection as bare driver code would; the number of
+// steps that failed (a faithful replay has none).
+int replay(QSqlDatabase db, int tipo, const QList<TraceEntry>& trace)
+{
+    int failed = 0;
+    const auto exec = [&db](const QString& sql) {
+        QSqlQuery q(db);
+        q.setForwardOnly(true);
+        if (!q.exec(sql))
+            return false;
+        if (q.isSelect()) {
+            const int columns = q.record().count();
+            while (q.next())
+                for (int i = 0; i < columns; ++i)
+                    q.value(i);
+        }
+        return true;
+    };
+    for (const TraceEntry& step : trace) {
+        bool ok = true;
+        switch (step.event) {
+        case driver::TraceEvent::Statement: ok = exec(step.sql); break;
+        case driver::TraceEvent::Begin:
+            ok = tipo == TipoServer::FileDb ? exec(QStringLiteral("BEGIN IMMEDIATE")) : db.transaction();
+            break;
+        case driver::TraceEvent::Commit:
+            ok = tipo == TipoServer::FileDb ? exec(QStringLiteral("COMMIT")) : db.commit();
+            break;
+        case driver::TraceEvent::Rollback:
+            ok = tipo == TipoServer::FileDb ? exec(QStringLiteral("ROLLBACK")) : db.rollback();
+            break;
+        }
+        failed += ok ? 0 : 1;
+    }
+    return failed;
+}
+
+struct Measure
+{
+    double system = 0;
+    double floor = 0;
+    qsizetype statements = 0;
+    int replayFailures = 0;
+};
+
+// The work the engine leaves for later done now, so that no timed run pays
+// for what another one began: the file database's log written back into the
+// file, the server's purge of deleted rows finished.
+void settle(const Backend& b)
+{
+    DbError error;
+    const PhysicalConnectionPtr c = driver::acquire(b.tipo, b.connection, 60, error);
+    if (!c)
+        return;
+    if (b.tipo == TipoServer::FileDb)
+        c->execute(QStringLiteral("PRAGMA wal_checkpoint(RESTART)"), nullptr, error);
+    else if (b.tipo == TipoServer::MySql)
+        c->execute(QStringLiteral("SET GLOBAL innodb_max_purge_lag_wait = 0"), nullptr, error);
+    driver::release(c);
+}
+
+// The scenario's job through the program's code against the replay of its
+// trace, each time from the state `reset` gives.
+Measure measure(const Backend& b, int runs, const std::function<void()>& job, const std::function<void()>& reset)
+{
+    QList<TraceEntry> trace;
+    reset();
+    settle(b);
+    recording = &trace;
+    driver::setTraceHook(record);
+    job();
+    driver::setTraceHook(nullptr);
+    recording = nullptr;
+
+    Measure m;
+    m.statements = std::count_if(trace.cbegin(), trace.cend(),
+                                 [](const TraceEntry& e) { return e.event == driver::TraceEvent::Statement; });
+    QList<double> system, floor;
+    for (int run = 0; run < runs; ++run) {
+        // The side that runs first changes at each run.
+        for (int side = 0; side < 2; ++side) {
+            reset();
+            settle(b);
+            if ((side == 0) == (run % 2 == 0)) {
+                system.append(timeMs(job));
+                continue;
+            }
+            DbError error;
+            const PhysicalConnectionPtr raw = driver::acquire(b.tipo, b.connection, 60, error);
+            if (!raw) {
+                ++m.replayFailures;
+                continue;
+            }
+            int failed = 0;
+            const QSqlDatabase db = raw->database();
+            floor.append(timeMs([&] { failed = replay(db, b.tipo, trace); }));
+            m.replayFailures = qMax(m.replayFailures, failed);
+            driver::release(raw);
+        }
+    }
+    m.system = median(system);
+    m.floor = median(floor);
+    return m;
+}
+
+void print(const Backend& b, const QString& scenario, const Measure& m, const QString& note = QString())
+{
+    out << b.name.leftJustified(8) << ' ' << scenario.leftJustified(52) << " system " << QString::number(m.system, 'f', 1).rightJustified(8)
+        << " ms  floor " << QString::number(m.floor, 'f', 1).rightJustified(8) << " ms  ratio "
+        << QString::number(m.floor > 0 ? m.system / m.floor : 0, 'f', 2) << "  (" << m.statements << " statements";
+    if (m.replayFailures > 0)
+        out << ", " << m.replayFailures << " failed on replay";
+    out << ')';
+    if (!note.isEmpty())
+        out << "  " << note;
+    out << '\n';
+    out.flush();
+}
+
+void run(const QString& sql)
+{
+    gAdoSqlServer().executeSQL(sql, kTag);
+}
+
+// The next key of the table's counter back to one more than its highest key,
+// so that a replayed insert gives its row the key the trace's later
+// statements name.
+void restoreKeyCounter(const Backend& b, const QString& table)
+{
+    if (b.tipo == TipoServer::FileDb)
+        run(QStringLiteral("UPDATE sqlite_sequence SET seq = (SELECT COALESCE(MAX(RID), 0) FROM ") + table
+            + QStringLiteral(") WHERE name = ") + sqlText(table));
+    else if (b.tipo == TipoServer::MySql)
+        run(QStringLiteral("ALTER TABLE ") + table + QStringLiteral(" AUTO_INCREMENT = 1"));
+}
+
+// --- the scenarios -------------------------------------------------------------
+
+// One product row as the product screen writes it (the screen holds its
+// date-time already: making a local one costs a look at the time zone).
 QString productInsert(int i)
 {
     cAdoSqlServer& db = gAdoSqlServer();
+    static const QDateTime modified(QDate(2026, 11, 22), QTime(10, 30, 0));
     return QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, LISTINO1, PREZZOACQUISTO, SCORTAMINIMA, "
                           "DATAULTIMAMODIFICA, FK_Iva, DISABILITATO) VALUES (")
         + sqlText(QStringLiteral("ART%1").arg(i, 6, 10, QLatin1Char('0'))) + QStringLiteral(", ")
         + sqlText(QStringLiteral("Vite a testa esagonale 8x%1 l'una, zincata").arg(i % 90 + 10)) + QStringLiteral(", ")
         + getSqlNumber(QStringLiteral("%1,%2").arg(i % 500).arg(i % 100, 2, 10, QLatin1Char('0'))) + QStringLiteral(", ")
         + getSqlNumber(double(i % 300) / 7.0) + QStringLiteral(", ") + getSqlNumberOrZero(QString()) + QStringLiteral(", ")
-        + db.getSQLDateTime(QDateTime(QDate(2026, 11, 22), QTime(10, 30, 0))) + QStringLiteral(", ")
+        + db.getSQLDateTime(modified) + QStringLiteral(", ")
         + getIDOrNullStr(0) + QStringLiteral(", 0)");
 }
 
-struct Backend
-{
-    QString name;
-    int tipo;
-    QString connection;
-};
-
-void clearProducts()
-{
-    gAdoSqlServer().executeSQL(QStringLiteral("DELETE FROM Prodotti"), QStringLiteral("bench"));
-}
-
+// Rows saved in one transaction, as an import writes them.
 void benchInsert(const Backend& b, int rows, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    QList<double> system, floor;
-    QStringList finals;
-    for (int i = 0; i < rows; ++i) {
-        const DialectResult r = rewriteStatement(productInsert(i), b.tipo);
-        finals.append(driver::finalSql(r.text, b.tipo));
-    }
-    for (int run = 0; run < runs; ++run) {
-        clearProducts();
-        system.append(timeMs([&] {
-            db.beginTrasaction(QStringLiteral("bench"));
+    const Measure m = measure(
+        b, runs,
+        [&] {
+            db.beginTrasaction(kTag);
             for (int i = 0; i < rows; ++i)
                 db.executeSQL(productInsert(i), QStringLiteral("bench.insert"));
-            db.commitTrasaction(QStringLiteral("bench"));
-        }));
-        clearProducts();
-        DbError error;
-        PhysicalConnectionPtr raw = driver::acquire(b.tipo, b.connection, 60, error);
-        floor.append(timeMs([&] {
-            raw->begin(error);
-            for (const QString& sql : std::as_const(finals)) {
-                QSqlQuery q(QSqlDatabase::database(raw->name(), false));
-                q.exec(sql);
-            }
-            raw->commit(error);
-        }));
-        driver::release(raw);
-    }
-    const int stored = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti"), QStringLiteral("bench")).toInt();
-    const double s = median(system), f = median(floor);
-    out << QStringLiteral("%1  insert %2 rows, one transaction: cAdoSqlServer %3 ms (%4 rows/s), driver %5 ms (%6 rows/s), ratio %7  [rows stored %8]\n")
-               .arg(b.name, -8)
-               .arg(rows)
-               .arg(s, 0, 'f', 1)
-               .arg(rows / (s / 1000.0), 0, 'f', 0)
-               .arg(f, 0, 'f', 1)
-               .arg(rows / (f / 1000.0), 0, 'f', 0)
-               .arg(s / f, 0, 'f', 2)
-               .arg(stored);
+            db.commitTrasaction(kTag);
+        },
+        [] { run(QStringLiteral("DELETE FROM Prodotti")); });
+    const int stored = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti"), kTag).toInt();
+    print(b, QStringLiteral("insert %1 products, one transaction").arg(rows), m,
+          QStringLiteral("[rows stored %1]").arg(stored));
 }
 
 // A reader as the screens use it: open, read one value, disconnect.
 void benchLookups(const Backend& b, int count, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    QList<double> system;
-    for (int run = 0; run < runs; ++run)
-        system.append(timeMs([&] {
+    const Measure m = measure(
+        b, runs,
+        [&] {
             for (int i = 0; i < count; ++i)
                 db.getValueBySQL(QStringLiteral("SELECT DESCRIZIONE FROM Prodotti WHERE CODICE = ")
                                      + sqlText(QStringLiteral("ART%1").arg(i, 6, 10, QLatin1Char('0'))),
                                  QStringLiteral("bench.lookup"));
-        }));
-    const double s = median(system);
-    out << QStringLiteral("%1  look-up by code, connection per statement: %2 ms for %3 (%4 per second)\n")
-               .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0);
+        },
+        [] {});
+    print(b, QStringLiteral("look-up by code, %1 reads").arg(count), m);
 }
 
-// Taking document numbers, one a transaction as a document save does: the
-// counter moved on under its lock and read back (MySQL), or the locking read
-// and the update.
+// Taking document numbers, one a transaction as a document save does.
 void benchNumbering(const Backend& b, int count, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString anno = QStringLiteral("2099");
-    QList<double> system, floor;
-    const auto reset = [&] {
-        db.executeSQL(QStringLiteral("DELETE FROM Contatori WHERE ANNO = ") + sqlText(anno), QStringLiteral("bench"));
-        db.executeSQL(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ") + sqlText(anno)
-                          + QStringLiteral(", 0, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')'),
-                      QStringLiteral("bench"));
-    };
-    const auto final = [&b](const QString& sql) { return driver::finalSql(rewriteStatement(sql, b.tipo).text, b.tipo); };
-    const QString read = final(QStringLiteral("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = 1 AND ANNO = ") + sqlText(anno));
-    const QString upsert = final(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ")
-                                 + sqlText(anno) + QStringLiteral(", 1, ") + sqlText(QStringLiteral("n/d"))
-                                 + QStringLiteral(") ON DUPLICATE KEY UPDATE NUMERO = NUMERO + 1"));
     int last = 0;
-    for (int run = 0; run < runs; ++run) {
-        reset();
-        system.append(timeMs([&] {
+    const Measure m = measure(
+        b, runs,
+        [&] {
             for (int i = 0; i < count; ++i) {
-                db.beginTrasaction(QStringLiteral("bench"));
+                db.beginTrasaction(kTag);
                 last = getNewNumeratoreAnnuale(1, anno);
-                db.commitTrasaction(QStringLiteral("bench"));
+                db.commitTrasaction(kTag);
             }
-        }));
-        reset();
-        DbError error;
-        PhysicalConnectionPtr raw = driver::acquire(b.tipo, b.connection, 60, error);
-        floor.append(timeMs([&] {
-            for (int i = 1; i <= count; ++i) {
-                raw->begin(error);
-                QSqlQuery q(QSqlDatabase::database(raw->name(), false));
-                if (b.tipo == TipoServer::MySql) {
-                    q.exec(upsert);
-                    q.exec(read);
-                    q.next();
-                } else {
-                    q.exec(read);
-                    q.next();
-                    const int next = q.value(0).toInt() + 1;
-                    q.exec(final(QStringLiteral("UPDATE Contatori SET NUMERO = ") + QString::number(next)
-                                 + QStringLiteral(" WHERE FK_NUMERATORE = 1 AND ANNO = ") + sqlText(anno)));
-                }
-                raw->commit(error);
-            }
-        }));
-        driver::release(raw);
-    }
-    const double s = median(system), f = median(floor);
-    out << QStringLiteral("%1  document numbers, one a transaction: %2 ms for %3 (%4 numbers/s, %5 statements/s), "
-                          "driver %6 ms, ratio %7  [last number %8]\n")
-               .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0)
-               .arg(2 * count / (s / 1000.0), 0, 'f', 0)
-               .arg(f, 0, 'f', 1)
-               .arg(s / f, 0, 'f', 2)
-               .arg(last);
-}
-
-// Due dates of a journal entry (30/60 end of month), one entry a
-// transaction as a document save writes them.
-void benchDueDates(const Backend& b, int count, int runs)
-{
-    cAdoSqlServer& db = gAdoSqlServer();
-    const int entry = db.getIDByInsert(QStringLiteral("INSERT INTO PrimaNota (DESCRIZIONE) VALUES (") + sqlText(QStringLiteral("bench"))
-                                           + QLatin1Char(')'),
-                                       QStringLiteral("bench"), QStringLiteral("RID"), QStringLiteral("PrimaNota"));
-    const int term = db.getValueBySQL(QStringLiteral("SELECT RID FROM Pagamenti WHERE CODICE = ") + sqlText(QStringLiteral("3060FM")),
-                                      QStringLiteral("bench"))
-                         .toInt();
-    QList<double> system;
-    for (int run = 0; run < runs; ++run)
-        system.append(timeMs([&] {
-            for (int i = 0; i < count; ++i) {
-                db.beginTrasaction(QStringLiteral("bench"));
-                generaScadenzePagamento(entry, term, Currency::fromUnits(1000 + i), QDate(2026, 1, 15).addDays(i % 300), false);
-                db.commitTrasaction(QStringLiteral("bench"));
-            }
-        }));
-    const double s = median(system);
-    // Per entry: the term's read, the delete and two inserts.
-    out << QStringLiteral("%1  due dates 30/60 f.m., one entry a transaction: %2 ms for %3 (%4 entries/s, %5 statements/s)\n")
-               .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0)
-               .arg(4 * count / (s / 1000.0), 0, 'f', 0);
-}
-
-// Stock postings: a load of one product at one lot, one row a posting, in
-// one transaction as a document save runs them.
-void benchStock(const Backend& b, int count, int runs)
-{
-    cAdoSqlServer& db = gAdoSqlServer();
-    db.executeSQL(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (")
-                      + sqlText(QStringLiteral("BENCHSTK")) + QStringLiteral(", ") + sqlText(QStringLiteral("bench"))
-                      + QStringLiteral(", 0, -1)"),
-                  QStringLiteral("bench"));
-    const int prodotto = db.getValueBySQL(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ") + sqlText(QStringLiteral("BENCHSTK")),
-                                          QStringLiteral("bench"))
-                             .toInt();
-    const OpzioniGiacenza lotti;
-    QList<double> system;
-    for (int run = 0; run < runs; ++run)
-        system.append(timeMs([&] {
-            db.beginTrasaction(QStringLiteral("bench"));
-            for (int i = 0; i < count; ++i) {
-                Currency taglio = Currency::fromUnits(5 + i % 3);
-                Currency precedente = Currency::fromUnits(-1);
-                int riga = -1;
-                aggiornaGiacenze(1, 0, taglio, prodotto, 1, -1, 1, QStringLiteral("bench"), precedente, riga, lotti);
-            }
-            db.commitTrasaction(QStringLiteral("bench"));
-        }));
-    const double s = median(system);
-    // Per row: the total read, the lot row read, its update and the total's update.
-    out << QStringLiteral("%1  stock postings (lots), one transaction: %2 ms for %3 rows (%4 rows/s, %5 statements/s)\n")
-               .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0)
-               .arg(4 * count / (s / 1000.0), 0, 'f', 0);
-}
-
-// Price and discounts of a sales row, as the row entry asks them: the
-// list price, then the discount cascade.
-void benchPricing(const Backend& b, int count, int runs)
-{
-    cAdoSqlServer& db = gAdoSqlServer();
-    db.executeSQL(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO) VALUES (99001, ")
-                      + sqlText(QStringLiteral("bench")) + QStringLiteral(", ") + sqlText(QStringLiteral("C")) + QStringLiteral(", 2, 5)"),
-                  QStringLiteral("bench"));
-    const int cliente = db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99001"), QStringLiteral("bench")).toInt();
-    const int prodotto = db.getValueBySQL(QStringLiteral("SELECT MIN(RID) FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("ART%")),
-                                          QStringLiteral("bench"))
-                             .toInt();
-    DocumentoPrezzi doc;
-    doc.tipoOrigine = 3;
-    doc.tipoDestinazione = 1;
-    doc.destinazione = cliente;
-    doc.quantita = 3;
-    doc.scontoControparte = Currency::fromUnits(5);
-    QList<double> system;
-    for (int run = 0; run < runs; ++run)
-        system.append(timeMs([&] {
-            for (int i = 0; i < count; ++i) {
-                CampiRiga riga;
-                riga.txtPrezzoListino = getPrezzo(prodotto + i % 100, doc);
-                bool done = false;
-                setSconti(prodotto + i % 100, false, done, riga, doc);
-            }
-        }));
-    const double s = median(system);
-    out << QStringLiteral("%1  price and discounts of a sales row: %2 ms for %3 rows (%4 rows/s)\n")
-               .arg(b.name, -8)
-               .arg(s, 0, 'f', 1)
-               .arg(count)
-               .arg(count / (s / 1000.0), 0, 'f', 0);
+        },
+        [&] {
+            run(QStringLiteral("DELETE FROM Contatori WHERE ANNO = ") + sqlText(anno));
+            run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ") + sqlText(anno)
+                + QStringLiteral(", 0, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')'));
+        });
+    print(b, QStringLiteral("document numbers, %1 transactions").arg(count), m,
+          QStringLiteral("[last number %1]").arg(last));
 }
 
 // Journal entries of sales invoices: number, header and three lines, one
@@ -309,25 +297,26 @@ void benchJournal(const Backend& b, int count, int runs, int filled)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const ContiControparti conti{
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("01001001")),
-                         QStringLiteral("bench")).toInt(),
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("02001001")),
-                         QStringLiteral("bench")).toInt()};
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("01001001")), kTag)
+            .toInt(),
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("02001001")), kTag)
+            .toInt()};
     constexpr int emptyYear = 2041, fullYear = 2042;
-    db.beginTrasaction(QStringLiteral("bench"));
+    db.beginTrasaction(kTag);
     for (int i = 1; i <= filled; ++i)
-        db.executeSQL(QStringLiteral("INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DATA, DataValuta, FK_CAUSALE, DESCRIZIONE, Importo) VALUES (")
+        db.executeSQL(QStringLiteral("INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DATA, DataValuta, FK_CAUSALE, DESCRIZIONE, Importo) "
+                                     "VALUES (")
                           + QString::number(fullYear) + QStringLiteral(", ") + QString::number(i) + QStringLiteral(", ")
                           + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", ")
                           + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", 1, ")
                           + sqlText(QStringLiteral("Fattura N.%1").arg(i)) + QStringLiteral(", 122)"),
-                      QStringLiteral("bench"));
-    db.commitTrasaction(QStringLiteral("bench"));
+                      kTag);
+    db.commitTrasaction(kTag);
 
-    const auto perEntry = [&](int year) {
-        QList<double> times;
-        for (int run = 0; run < runs; ++run) {
-            times.append(timeMs([&] {
+    for (const int year : {emptyYear, fullYear}) {
+        const Measure m = measure(
+            b, runs,
+            [&] {
                 for (int i = 0; i < count; ++i) {
                     DatiPrimaNota d;
                     d.fkCausale = 1;
@@ -336,32 +325,119 @@ void benchJournal(const Backend& b, int count, int runs, int filled)
                     d.importoIva = Currency::fromUnits(22);
                     d.data = QDate(year, 1, 15);
                     d.dataValuta = d.data;
-                    db.beginTrasaction(QStringLiteral("bench"));
+                    db.beginTrasaction(kTag);
                     salvaPrimaNota(d, conti);
-                    db.commitTrasaction(QStringLiteral("bench"));
+                    db.commitTrasaction(kTag);
                 }
-            }) / count);
-            // The year back as it was for the next run.
-            const QString added = QStringLiteral(" WHERE ANNO = ") + QString::number(year) + QStringLiteral(" AND PROGRESSIVO > ")
-                + QString::number(year == fullYear ? filled : 0);
-            db.executeSQL(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota IN (SELECT RID FROM PrimaNota") + added
-                              + QLatin1Char(')'),
-                          QStringLiteral("bench"));
-            db.executeSQL(QStringLiteral("DELETE FROM PrimaNota") + added, QStringLiteral("bench"));
-        }
-        return median(times);
-    };
-    const double empty = perEntry(emptyYear), full = perEntry(fullYear);
-    // Per entry: the year's lock (on a server), the number, the header, the
-    // causal and three lines.
-    out << QStringLiteral("%1  journal entries of sales invoices, one a transaction: %2 ms an entry in an empty year, "
-                          "%3 ms with %4 entries in the year, ratio %5 (%6 entries/s)\n")
-               .arg(b.name, -8)
-               .arg(empty, 0, 'f', 3)
-               .arg(full, 0, 'f', 3)
-               .arg(filled)
-               .arg(full / empty, 0, 'f', 2)
-               .arg(1000.0 / empty, 0, 'f', 0);
+            },
+            [&] {
+                const QString added = QStringLiteral(" WHERE ANNO = ") + QString::number(year) + QStringLiteral(" AND PROGRESSIVO > ")
+                    + QString::number(year == fullYear ? filled : 0);
+                run(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota IN (SELECT RID FROM PrimaNota") + added
+                    + QLatin1Char(')'));
+                run(QStringLiteral("DELETE FROM PrimaNota") + added);
+                run(QStringLiteral("DELETE FROM AnniPrimaNota WHERE ANNO = ") + QString::number(year));
+                restoreKeyCounter(b, QStringLiteral("PrimaNota"));
+            });
+        print(b,
+              year == emptyYear ? QStringLiteral("journal entries, empty year, %1 transactions").arg(count)
+                                : QStringLiteral("journal entries, %1 in the year, %2 transactions").arg(filled).arg(count),
+              m);
+    }
+}
+
+// Due dates of a journal entry (30/60 end of month), one entry a
+// transaction as a document save writes them.
+void benchDueDates(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const int entry = db.getIDByInsert(QStringLiteral("INSERT INTO PrimaNota (DESCRIZIONE) VALUES (") + sqlText(kTag) + QLatin1Char(')'),
+                                       kTag, QStringLiteral("RID"), QStringLiteral("PrimaNota"));
+    const int term =
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM Pagamenti WHERE CODICE = ") + sqlText(QStringLiteral("3060FM")), kTag).toInt();
+    const Measure m = measure(
+        b, runs,
+        [&] {
+            for (int i = 0; i < count; ++i) {
+                db.beginTrasaction(kTag);
+                generaScadenzePagamento(entry, term, Currency::fromUnits(1000 + i), QDate(2026, 1, 15).addDays(i % 300), false);
+                db.commitTrasaction(kTag);
+            }
+        },
+        [&] { run(QStringLiteral("DELETE FROM Scadenze WHERE FK_PRIMANOTA = ") + QString::number(entry)); });
+    print(b, QStringLiteral("due dates 30/60 f.m., %1 transactions").arg(count), m);
+}
+
+// Stock postings: a load of one product at one lot, one row a posting, in
+// one transaction as a document save runs them.
+void benchStock(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (") + sqlText(QStringLiteral("BENCHSTK"))
+        + QStringLiteral(", ") + sqlText(kTag) + QStringLiteral(", 0, -1)"));
+    const int prodotto =
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ") + sqlText(QStringLiteral("BENCHSTK")), kTag).toInt();
+    const OpzioniGiacenza lotti;
+    const Measure m = measure(
+        b, runs,
+        [&] {
+            db.beginTrasaction(kTag);
+            for (int i = 0; i < count; ++i) {
+                Currency taglio = Currency::fromUnits(5 + i % 3);
+                Currency precedente = Currency::fromUnits(-1);
+                int riga = -1;
+                aggiornaGiacenze(1, 0, taglio, prodotto, 1, -1, 1, kTag, precedente, riga, lotti);
+            }
+            db.commitTrasaction(kTag);
+        },
+        [&] {
+            run(QStringLiteral("DELETE FROM DettagliProdotto WHERE FK_PRODOTTO = ") + QString::number(prodotto));
+            run(QStringLiteral("UPDATE Prodotti SET GIACENZA = 0 WHERE RID = ") + QString::number(prodotto));
+        });
+    print(b, QStringLiteral("stock postings (lots), %1 in one transaction").arg(count), m);
+}
+
+// Price and discounts of a sales row, as the row entry asks them: the
+// list price, then the discount cascade.
+void benchPricing(const Backend& b, int count, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO) VALUES (99001, ") + sqlText(kTag)
+        + QStringLiteral(", ") + sqlText(QStringLiteral("C")) + QStringLiteral(", 2, 5)"));
+    const int cliente = db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99001"), kTag).toInt();
+    const int prodotto =
+        db.getValueBySQL(QStringLiteral("SELECT MIN(RID) FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("ART%")), kTag)
+            .toInt();
+    DocumentoPrezzi doc;
+    doc.tipoOrigine = 3;
+    doc.tipoDestinazione = 1;
+    doc.destinazione = cliente;
+    doc.quantita = 3;
+    doc.scontoControparte = Currency::fromUnits(5);
+    const Measure m = measure(
+        b, runs,
+        [&] {
+            for (int i = 0; i < count; ++i) {
+                CampiRiga riga;
+                riga.txtPrezzoListino = getPrezzo(prodotto + i % 100, doc);
+                bool done = false;
+                setSconti(prodotto + i % 100, false, done, riga, doc);
+            }
+        },
+        [] {});
+    print(b, QStringLiteral("price and discounts of %1 sales rows").arg(count), m);
+}
+
+// The benchmark's database on the server, dropped before a run (one that was
+// stopped may have left it) and after.
+void dropServerDatabase(const QString& server)
+{
+    driver::closeIdle();
+    DbError error;
+    if (PhysicalConnectionPtr c = driver::acquire(TipoServer::MySql, server, 10, error)) {
+        c->execute(QStringLiteral("DROP DATABASE IF EXISTS orvantis_bench"), nullptr, error);
+        c->close();
+    }
 }
 
 } // namespace
@@ -374,9 +450,12 @@ int main(int argc, char* argv[])
     QString mysql = qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
     const QStringList args = app.arguments();
     for (qsizetype i = 1; i + 1 < args.size(); ++i) {
-        if (args.at(i) == QLatin1String("--rows")) rows = args.at(++i).toInt();
-        else if (args.at(i) == QLatin1String("--runs")) runs = args.at(++i).toInt();
-        else if (args.at(i) == QLatin1String("--mysql")) mysql = args.at(++i);
+        if (args.at(i) == QLatin1String("--rows"))
+            rows = args.at(++i).toInt();
+        else if (args.at(i) == QLatin1String("--runs"))
+            runs = args.at(++i).toInt();
+        else if (args.at(i) == QLatin1String("--mysql"))
+            mysql = args.at(++i);
     }
 
     QTemporaryDir dir;
@@ -385,14 +464,17 @@ int main(int argc, char* argv[])
     if (!mysql.isEmpty())
         backends.append({QStringLiteral("MariaDB"), TipoServer::MySql, mysql + QStringLiteral(";Database=orvantis_bench")});
 
-    out << "Orvantis benchmark: medians of " << runs << " runs\n";
+    out << "Orvantis benchmark: medians of " << runs
+        << " runs; floor: the same statements replayed on a bare connection of the driver\n";
     for (const Backend& b : backends) {
         QString message;
         bool ready = false;
-        if (b.tipo == TipoServer::FileDb)
+        if (b.tipo == TipoServer::FileDb) {
             ready = model::buildModelFile(file, &message);
-        else
+        } else {
+            dropServerDatabase(mysql);
             ready = model::initServerDatabase(b.tipo, b.connection, &message);
+        }
         if (!ready) {
             out << b.name << ": " << message << '\n';
             continue;
@@ -406,14 +488,8 @@ int main(int argc, char* argv[])
         benchDueDates(b, qMin(rows, 1000), runs);
         benchStock(b, qMin(rows, 1000), runs);
         benchPricing(b, qMin(rows, 500), runs);
-        if (b.tipo == TipoServer::MySql) {
-            driver::closeIdle();
-            DbError error;
-            if (PhysicalConnectionPtr c = driver::acquire(b.tipo, mysql, 10, error)) {
-                c->execute(QStringLiteral("DROP DATABASE orvantis_bench"), nullptr, error);
-                c->close();
-            }
-        }
+        if (b.tipo == TipoServer::MySql)
+            dropServerDatabase(mysql);
         out.flush();
     }
     driver::closeIdle();

@@ -77,7 +77,7 @@ void cAdoSqlServer::initClass()
 {
     m_className = className();
     m_tipoCursore = adUseServer;
-    m_tipoServer = 0;
+    m_tipoServer = TipoServer::SqlServer;
 }
 
 QString cAdoSqlServer::getLastSQLCommand() const
@@ -145,7 +145,7 @@ void cAdoSqlServer::report(const QString& procedure, const QString& information,
 
 bool cAdoSqlServer::Connect(const QString& tag, int timeout, int /*spare*/, bool silent)
 {
-    const QString connectionString = gSession().strConnessione;
+    const QString& connectionString = gSession().strConnessione;
     DbError error;
     PhysicalConnectionPtr physical = driver::acquire(m_tipoServer, connectionString, timeout, error);
     if (!physical) {
@@ -356,20 +356,33 @@ void cAdoSqlServer::abandonCurrent()
         m_current->close();
 }
 
-RecordsetPtr cAdoSqlServer::openRecordset(QString& text, const QString& procedure, const QString& infoKey)
+bool cAdoSqlServer::openQuery(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey,
+                              std::optional<QSqlQuery>& query)
 {
     text = prepareSQL(text);
     m_lastCommand = text;
     if (!connectOutsideTransaction())
-        return nullptr;
-    QSqlQuery query;
+        return false;
+    // Made on the statement's connection, the query runs the statement itself.
+    const PhysicalConnection* physical = m_current ? m_current->physical() : nullptr;
+    query.emplace(physical && physical->isOpen() ? physical->database() : QSqlDatabase());
     DbError error;
-    if (!run(text, &query, error)) {
-        report(procedure, infoKey + getLastSQLCommand(), &error);
+    if (!run(text, &*query, error)) {
+        const QString name = procedure + tag;
+        report(name, infoKey + getLastSQLCommand(), &error);
         abandonCurrent();
-        return nullptr;
+        return false;
     }
-    return Recordset::fromQuery(query);
+    return true;
+}
+
+RecordsetPtr cAdoSqlServer::openRecordset(QString& text, QLatin1StringView procedure, const QString& tag,
+                                          QLatin1StringView infoKey)
+{
+    std::optional<QSqlQuery> query;
+    if (!openQuery(text, procedure, tag, infoKey, query))
+        return nullptr;
+    return Recordset::fromQuery(*query);
 }
 
 RecordsetPtr cAdoSqlServer::getNewRecordset(QString& sql, const QString& tag, int /*cursorType*/, int /*lockType*/,
@@ -377,7 +390,7 @@ RecordsetPtr cAdoSqlServer::getNewRecordset(QString& sql, const QString& tag, in
 {
     // Every recordset is read to its end at once, so cursor type, lock type
     // and location make no difference to what the caller sees.
-    return openRecordset(sql, QStringLiteral("getNewRecordset -> ") + tag, QStringLiteral("SQL="));
+    return openRecordset(sql, QLatin1StringView("getNewRecordset -> "), tag, QLatin1StringView("SQL="));
 }
 
 RecordsetPtr cAdoSqlServer::getNewRecordset(const QString& sql, const QString& tag, int cursorType, int lockType,
@@ -389,7 +402,7 @@ RecordsetPtr cAdoSqlServer::getNewRecordset(const QString& sql, const QString& t
 
 RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(QString& cmdText, const QString& tag, int, int, int)
 {
-    return openRecordset(cmdText, QStringLiteral("getNewRecordsetByCmd -> ") + tag, QStringLiteral("CmdText="));
+    return openRecordset(cmdText, QLatin1StringView("getNewRecordsetByCmd -> "), tag, QLatin1StringView("CmdText="));
 }
 
 RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(const cCommand& cmd, const QString& tag, int cursorType,
@@ -419,7 +432,7 @@ void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QStri
 
 // executeSQL and executeSQLWithRA: run one statement, show an integrity
 // refusal as its message, report any other failure.
-bool cAdoSqlServer::runStatement(QString& sql, const QString& procedure, bool withRA, int* affected)
+bool cAdoSqlServer::runStatement(QString& sql, QLatin1StringView procedure, const QString& tag, bool withRA, int* affected)
 {
     sql = prepareSQL(sql);
     m_lastCommand = sql;
@@ -427,7 +440,8 @@ bool cAdoSqlServer::runStatement(QString& sql, const QString& procedure, bool wi
         return false;
     DbError error;
     if (!run(sql, nullptr, error, affected)) {
-        reportStatementFailure(procedure, getLastSQLCommand(), error, withRA);
+        const QString name = procedure + tag;
+        reportStatementFailure(name, getLastSQLCommand(), error, withRA);
         abandonCurrent();
         return false;
     }
@@ -439,7 +453,7 @@ bool cAdoSqlServer::runStatement(QString& sql, const QString& procedure, bool wi
 int cAdoSqlServer::executeSQLWithRA(QString& sql, const QString& tag)
 {
     int affected = -1;
-    return runStatement(sql, QStringLiteral("executeSQLWithRA -> ") + tag, true, &affected) ? affected : -1;
+    return runStatement(sql, QLatin1StringView("executeSQLWithRA -> "), tag, true, &affected) ? affected : -1;
 }
 
 int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
@@ -450,7 +464,7 @@ int cAdoSqlServer::executeSQLWithRA(const QString& sql, const QString& tag)
 
 bool cAdoSqlServer::executeSQL(QString& sql, const QString& tag)
 {
-    return runStatement(sql, QStringLiteral("executeSQL -> ") + tag, false, nullptr);
+    return runStatement(sql, QLatin1StringView("executeSQL -> "), tag, false, nullptr);
 }
 
 bool cAdoSqlServer::executeSQL(const QString& sql, const QString& tag)
@@ -502,11 +516,11 @@ bool cAdoSqlServer::checkForErrors(const QString& tag)
 
 int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString& idField, const QString& tableName)
 {
-    const QString procedure = QStringLiteral("getIDByInsert -> ") + tag;
+    const auto procedure = [&tag]() -> QString { return QStringLiteral("getIDByInsert -> ") + tag; };
     if (sql.isEmpty()) {
         Err().raise(9999, QStringLiteral("TLSOFT::cAdoSqlServer"),
                     QStringLiteral("Testo del Comando SQL non impostato in getIDByInsert"));
-        report(procedure, QStringLiteral("SQL1=\r\nServerTipo=") + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2="));
+        report(procedure(), QStringLiteral("SQL1=\r\nServerTipo=") + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2="));
         return -1;
     }
     int id = -1;
@@ -529,13 +543,15 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
                 id = rs->value(0).toInt();
         }
     } else if (m_tipoServer == TipoServer::FileDb || m_tipoServer == TipoServer::MySql) {
-        second = QStringLiteral("SELECT MAX(") + idField + QStringLiteral(") FROM ") + tableName;
         ok = run(sql, nullptr, error);
         // The key is the one the engine gave to this connection's insert: the
         // same as the highest key for a single user, and still right when two
         // workstations insert at the same moment. Without a table name the
-        // second statement runs as written, and fails, as it always has.
+        // second statement runs as written, and fails, as it always has; it
+        // is written out only when it runs or a failure names it.
         const QVariant own = ok ? m_current->physical()->lastInsertId() : QVariant();
+        if (!ok || !own.isValid() || own.isNull() || tableName.trimmed().isEmpty())
+            second = QStringLiteral("SELECT MAX(") + idField + QStringLiteral(") FROM ") + tableName;
         if (ok && own.isValid() && !own.isNull() && !tableName.trimmed().isEmpty()) {
             id = own.toInt();
         } else if (ok) {
@@ -549,7 +565,7 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
         }
     }
     if (!ok) {
-        report(procedure,
+        report(procedure(),
                QStringLiteral("SQL1=") + getLastSQLCommand() + QStringLiteral("\r\nServerTipo=") + QString::number(m_tipoServer)
                    + QStringLiteral("\r\nSQL2=") + restoreSqlValues(second),
                &error);
@@ -570,13 +586,15 @@ int cAdoSqlServer::getIDByInsert(const QString& sql, const QString& tag, const Q
 
 QVariant cAdoSqlServer::getValueBySQL(QString& sql, const QString& tag)
 {
-    RecordsetPtr rs = getNewRecordset(sql, QStringLiteral("cAdoSqlServer.getValueBySQL -> ") + tag);
-    if (!rs)
+    // The first field of the first row is read from the query itself.
+    std::optional<QSqlQuery> query;
+    if (!openQuery(sql, QLatin1StringView("getNewRecordset -> cAdoSqlServer.getValueBySQL -> "), tag,
+                   QLatin1StringView("SQL="), query))
         return QVariant();
     QVariant value;
-    if (!rs->eof() && rs->fieldCount() > 0)
-        value = rs->value(0);
-    rs->close();
+    if (query->next())
+        value = query->value(0);
+    query->finish();
     if (!m_inTransaction)
         disconnect();
     return value;
@@ -615,16 +633,20 @@ QDateTime cAdoSqlServer::getDataOraServer(const QString& tag)
 void cAdoSqlServer::setNewTable(const QString& rifForm, const QString& nome)
 {
     const QString tag = QStringLiteral("cAdoSqlServer.setNewTable");
-    RecordsetPtr rs = getNewRecordset(QStringLiteral("SELECT COUNT(RifForm) FROM ElencoTabelle WHERE RifForm = ")
-                                          + sqlText(rifForm),
-                                      tag);
-    if (!rs || rs->eof() || rs->value(0).toInt() != 0)
+    const QVariant count =
+        getValueBySQL(QStringLiteral("SELECT COUNT(RifForm) FROM ElencoTabelle WHERE RifForm = ") + sqlText(rifForm), tag);
+    if (!count.isValid() || count.toInt() != 0)
         return;
+    const int before = m_count;
     const int id = getIDByInsert(QStringLiteral("INSERT INTO ElencoTabelle (RifForm, Nome) VALUES (") + sqlText(rifForm)
                                      + QStringLiteral(", ") + sqlText(nome) + QStringLiteral(")"),
                                  tag, QStringLiteral("ID"), QString());
-    if (id < 0)
+    if (id < 0) {
+        // The failed insert's connection goes back here: no caller holds it.
+        if (m_count > before)
+            disconnect();
         return;
+    }
     const QVariant group = getValueBySQL(QStringLiteral("SELECT RID FROM GRUPPOUTENTI WHERE AMMINISTRATORE=1"), tag);
     executeSQL(QStringLiteral("INSERT INTO GRUPPOPERMESSI (FK_GRUPPOUTENTI, FK_TABELLE, VISUALIZZA, SCRIVI, ELIMINA, "
                               "STAMPA) VALUES (")

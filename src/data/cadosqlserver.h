@@ -24,6 +24,7 @@
 #include <QString>
 #include <QVariant>
 #include <memory>
+#include <optional>
 
 // A logical connection: one entry of the stack.
 class cConnection
@@ -155,9 +156,14 @@ public:
 private:
     bool connectOutsideTransaction();
     bool run(const QString& prepared, QSqlQuery* query, DbError& error, int* rowsAffected = nullptr);
-    RecordsetPtr openRecordset(QString& text, const QString& procedure, const QString& infoKey);
+    // The statement rewritten in place and run, its rows readable through
+    // `query`. A failure is reported as of the procedure `procedure` + `tag`,
+    // a name put together only then.
+    bool openQuery(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey,
+                   std::optional<QSqlQuery>& query);
+    RecordsetPtr openRecordset(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey);
     void report(const QString& procedure, const QString& information, const DbError* error = nullptr);
-    bool runStatement(QString& sql, const QString& procedure, bool withRA, int* affected);
+    bool runStatement(QString& sql, QLatin1StringView procedure, const QString& tag, bool withRA, int* affected);
     void reportStatementFailure(const QString& procedure, const QString& sql, const DbError& error, bool withRA);
     void abandonCurrent();
     bool retryOnNewConnection(const QString& finalText, QSqlQuery* query, DbError& error, int* rowsAffected);

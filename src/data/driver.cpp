@@ -6,12 +6,12 @@
 #include "data/sqlliteral.h"
 
 #include <QFileInfo>
-#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QRegularExpression>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -26,16 +26,42 @@ int& busyTimeoutSeconds()
     return seconds;
 }
 
-QHash<QString, QList<PhysicalConnectionPtr>>& pool()
+// The idle connections of one database. A program uses one or two
+// databases at a time: the lists are found by a plain search, the latest one
+// first, without building or hashing a key at each acquire and release.
+struct IdleList
 {
-    static QHash<QString, QList<PhysicalConnectionPtr>> idle;
-    return idle;
+    int tipoServer;
+    QString connectionString;
+    QList<PhysicalConnectionPtr> connections;
+};
+
+std::vector<std::unique_ptr<IdleList>>& pool()
+{
+    static std::vector<std::unique_ptr<IdleList>> lists;
+    return lists;
 }
 
-QString poolKey(int tipoServer, const QString& connectionString)
+IdleList* findIdle(int tipoServer, const QString& connectionString)
 {
-    return QString::number(tipoServer) + QLatin1Char('|') + connectionString;
+    static IdleList* latest = nullptr;
+    if (latest && latest->tipoServer == tipoServer && latest->connectionString == connectionString)
+        return latest;
+    for (const std::unique_ptr<IdleList>& list : pool())
+        if (list->tipoServer == tipoServer && list->connectionString == connectionString)
+            return latest = list.get();
+    return nullptr;
 }
+
+IdleList& idleList(int tipoServer, const QString& connectionString)
+{
+    if (IdleList* list = findIdle(tipoServer, connectionString))
+        return *list;
+    pool().push_back(std::make_unique<IdleList>(IdleList{tipoServer, connectionString, {}}));
+    return *pool().back();
+}
+
+driver::TraceHook traceHook = nullptr;
 
 QString newConnectionName()
 {
@@ -55,7 +81,7 @@ bool runSetup(QSqlDatabase& db, const QStringList& statements, int tipoServer, D
     return true;
 }
 
-bool openFileDb(const QString& name, const QString& connectionString, DbError& error)
+bool openFileDb(QSqlDatabase& db, const QString& name, const QString& connectionString, DbError& error)
 {
     const QString path = fileDbPath(connectionString);
     if (path.isEmpty() || !QFileInfo(path).isFile()) {
@@ -86,7 +112,7 @@ bool openFileDb(const QString& name, const QString& connectionString, DbError& e
             return false;
         }
     }
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+    db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=") + QString::number(busyTimeoutSeconds() * 1000));
     if (!db.open()) {
@@ -106,10 +132,10 @@ bool openFileDb(const QString& name, const QString& connectionString, DbError& e
     return true;
 }
 
-bool openMySql(const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+bool openMySql(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
 {
     const MySqlParams p = mySqlParams(connectionString);
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
+    db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
     db.setHostName(p.host);
     db.setPort(p.port);
     db.setDatabaseName(p.database);
@@ -138,9 +164,9 @@ bool openMySql(const QString& name, const QString& connectionString, int timeout
                     TipoServer::MySql, error);
 }
 
-bool openSqlServer(const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+bool openSqlServer(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
 {
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), name);
+    db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), name);
     db.setDatabaseName(connectionString);
     db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=") + QString::number(qMax(1, timeoutSeconds)));
     if (!db.open()) {
@@ -150,47 +176,224 @@ bool openSqlServer(const QString& name, const QString& connectionString, int tim
     return true;
 }
 
-PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
+} // namespace
+
+class DriverAccess
 {
-    auto connection = std::make_shared<PhysicalConnection>(tipoServer, connectionString, newConnectionName());
-    const QString& name = connection->name();
-    bool ok = false;
-    switch (tipoServer) {
-    case TipoServer::FileDb: ok = openFileDb(name, connectionString, error); break;
-    case TipoServer::MySql: ok = openMySql(name, connectionString, timeoutSeconds, error); break;
-    case TipoServer::SqlServer: ok = openSqlServer(name, connectionString, timeoutSeconds, error); break;
-    default:
-        error.number = -1;
-        error.source = QStringLiteral("cAdoSqlServer");
-        error.description = QStringLiteral("Tipo di database non previsto: ") + QString::number(tipoServer);
-        break;
+public:
+    static PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
+    {
+        auto connection = std::make_shared<PhysicalConnection>(tipoServer, connectionString, newConnectionName());
+        const QString& name = connection->name();
+        QSqlDatabase& db = connection->m_db;
+        bool ok = false;
+        switch (tipoServer) {
+        case TipoServer::FileDb: ok = openFileDb(db, name, connectionString, error); break;
+        case TipoServer::MySql: ok = openMySql(db, name, connectionString, timeoutSeconds, error); break;
+        case TipoServer::SqlServer: ok = openSqlServer(db, name, connectionString, timeoutSeconds, error); break;
+        default:
+            error.number = -1;
+            error.source = QStringLiteral("cAdoSqlServer");
+            error.description = QStringLiteral("Tipo di database non previsto: ") + QString::number(tipoServer);
+            break;
+        }
+        if (!ok)
+            return nullptr;   // the destructor removes the half-made connection
+        connection->touch();
+        return connection;
     }
-    if (!ok)
-        return nullptr;   // the destructor removes the half-made connection
-    connection->touch();
-    return connection;
+
+    // A pooled connection idle for long still answers.
+    static bool answers(PhysicalConnection& connection)
+    {
+        DbError ignored;
+        return connection.run(QStringLiteral("SELECT 1"), nullptr, ignored, nullptr);
+    }
+};
+
+namespace {
+
+bool isAsciiDigit(QChar c)
+{
+    return c.unicode() >= u'0' && c.unicode() <= u'9';
 }
 
-// Turns "#MM/DD/YYYY#", "#MM/DD/YYYY Hh:Nn:Ss#" and "#Hh:Nn:Ss#" into ISO
-// text literals.
-QString isoFromFileDbLiteral(const QString& literal)
+// A blank between a date and its time: space, tab, and the line and page breaks.
+bool isAsciiBlank(QChar c)
 {
-    static const QRegularExpression re(
-        QStringLiteral("^(\\d{1,2})/(\\d{1,2})/(\\d{4})(?:\\s+(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?)?$"));
-    auto two = [](const QString& s) { return s.rightJustified(2, QLatin1Char('0')); };
-    // A time alone ("#Hh:Nn:Ss#"): the time of day as text.
-    static const QRegularExpression time(QStringLiteral("^(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?$"));
-    if (const QRegularExpressionMatch t = time.match(literal); t.hasMatch())
-        return QLatin1Char('\'') + two(t.captured(1)) + QLatin1Char(':') + two(t.captured(2)) + QLatin1Char(':')
-            + two(t.captured(3).isEmpty() ? QStringLiteral("0") : t.captured(3)) + QLatin1Char('\'');
-    const QRegularExpressionMatch m = re.match(literal);
-    if (!m.hasMatch())
+    return c.unicode() == u' ' || (c.unicode() >= 9 && c.unicode() <= 13);
+}
+
+bool isAsciiWordChar(QChar c)
+{
+    const char16_t u = c.unicode();
+    return (u >= u'a' && u <= u'z') || (u >= u'A' && u <= u'Z') || (u >= u'0' && u <= u'9') || u == u'_';
+}
+
+// The run of ASCII digits at `at`, which moves past it; empty when there is none.
+QStringView digitRun(QStringView s, qsizetype& at)
+{
+    const qsizetype from = at;
+    while (at < s.size() && isAsciiDigit(s[at]))
+        ++at;
+    return s.mid(from, at - from);
+}
+
+bool oneOrTwo(QStringView digits)
+{
+    return digits.size() == 1 || digits.size() == 2;
+}
+
+void appendTwoDigits(QString& out, QStringView digits)
+{
+    if (digits.size() < 2)
+        out += QLatin1Char('0');
+    out += digits;
+}
+
+// "Hh:Nn" or "Hh:Nn:Ss" from `at` to the end of `s`, written as "HH:NN:SS";
+// false, and nothing written, for anything else.
+bool appendTime(QString& out, QStringView s, qsizetype at)
+{
+    const QStringView hours = digitRun(s, at);
+    if (!oneOrTwo(hours) || at >= s.size() || s[at] != u':')
+        return false;
+    ++at;
+    const QStringView minutes = digitRun(s, at);
+    if (!oneOrTwo(minutes))
+        return false;
+    QStringView seconds;
+    if (at < s.size()) {
+        if (s[at] != u':')
+            return false;
+        ++at;
+        seconds = digitRun(s, at);
+        if (!oneOrTwo(seconds) || at != s.size())
+            return false;
+    }
+    appendTwoDigits(out, hours);
+    out += QLatin1Char(':');
+    appendTwoDigits(out, minutes);
+    out += QLatin1Char(':');
+    if (seconds.isEmpty())
+        out += QLatin1String("00");
+    else
+        appendTwoDigits(out, seconds);
+    return true;
+}
+
+// Turns "MM/DD/YYYY", "MM/DD/YYYY Hh:Nn:Ss" and "Hh:Nn:Ss" (the text between
+// the "#" of a literal, trimmed) into an ISO text literal; empty when the
+// text is none of them. Month, day and the parts of the time have one or two
+// digits, the year four.
+QString isoFromFileDbLiteral(QStringView literal)
+{
+    QString out;
+    out.reserve(22);
+    out += QLatin1Char('\'');
+    if (appendTime(out, literal, 0))
+        return out += QLatin1Char('\'');
+    qsizetype at = 0;
+    const QStringView month = digitRun(literal, at);
+    if (!oneOrTwo(month) || at >= literal.size() || literal[at] != u'/')
         return QString();
-    QString iso = m.captured(3) + QLatin1Char('-') + two(m.captured(1)) + QLatin1Char('-') + two(m.captured(2));
-    if (!m.captured(4).isEmpty())
-        iso += QLatin1Char(' ') + two(m.captured(4)) + QLatin1Char(':') + two(m.captured(5)) + QLatin1Char(':')
-            + two(m.captured(6).isEmpty() ? QStringLiteral("0") : m.captured(6));
-    return QLatin1Char('\'') + iso + QLatin1Char('\'');
+    ++at;
+    const QStringView day = digitRun(literal, at);
+    if (!oneOrTwo(day) || at >= literal.size() || literal[at] != u'/')
+        return QString();
+    ++at;
+    const QStringView year = digitRun(literal, at);
+    if (year.size() != 4)
+        return QString();
+    out += year;
+    out += QLatin1Char('-');
+    appendTwoDigits(out, month);
+    out += QLatin1Char('-');
+    appendTwoDigits(out, day);
+    if (at < literal.size()) {
+        const qsizetype blanks = at;
+        while (at < literal.size() && isAsciiBlank(literal[at]))
+            ++at;
+        if (at == blanks)
+            return QString();
+        out += QLatin1Char(' ');
+        if (!appendTime(out, literal, at))
+            return QString();
+    }
+    return out += QLatin1Char('\'');
+}
+
+// The keyword (in capitals) at `at`, in any case. A long s (U+017F) counts as
+// an s, as it always has in this search.
+bool keywordAt(QStringView s, qsizetype at, QLatin1StringView keyword)
+{
+    if (at < 0 || at + keyword.size() > s.size())
+        return false;
+    for (qsizetype i = 0; i < keyword.size(); ++i) {
+        const char16_t c = s[at + i].unicode();
+        const char16_t k = char16_t(keyword[i].unicode());
+        if (c != k && c != k + 32 && !(k == u'S' && c == 0x017F))
+            return false;
+    }
+    return true;
+}
+
+qsizetype skipBlanks(QStringView s, qsizetype at)
+{
+    while (at < s.size() && isAsciiBlank(s[at]))
+        ++at;
+    return at;
+}
+
+// "SELECT [DISTINCT] TOP n " (any case, one or more blanks between the
+// words, the SELECT not inside a longer word) at or after `from`.
+struct TopClause
+{
+    qsizetype start = -1;
+    qsizetype end = -1;
+    QStringView distinct;   // "DISTINCT" and its blanks, as written
+    QStringView count;
+};
+
+TopClause findTopClause(QStringView s, qsizetype from)
+{
+    TopClause m;
+    for (qsizetype p = from; p + 6 <= s.size(); ++p) {
+        // A word boundary: a letter, digit or "_" on one side only (a long s
+        // is none of them).
+        const bool boundary = (p > 0 && isAsciiWordChar(s[p - 1])) != isAsciiWordChar(s[p]);
+        if (!boundary || !keywordAt(s, p, QLatin1StringView("SELECT")))
+            continue;
+        qsizetype at = skipBlanks(s, p + 6);
+        if (at == p + 6)
+            continue;
+        QStringView distinct;
+        if (keywordAt(s, at, QLatin1StringView("DISTINCT"))) {
+            const qsizetype after = skipBlanks(s, at + 8);
+            if (after > at + 8) {
+                distinct = s.mid(at, after - at);
+                at = after;
+            }
+        }
+        if (!keywordAt(s, at, QLatin1StringView("TOP")))
+            continue;
+        qsizetype digits = skipBlanks(s, at + 3);
+        if (digits == at + 3)
+            continue;
+        qsizetype end = digits;
+        const QStringView count = digitRun(s, end);
+        if (count.isEmpty())
+            continue;
+        const qsizetype blanksEnd = skipBlanks(s, end);
+        if (blanksEnd == end)
+            continue;
+        m.start = p;
+        m.end = blanksEnd;
+        m.distinct = distinct;
+        m.count = count;
+        return m;
+    }
+    return m;
 }
 
 // SQLite knows LIMIT, not TOP: "SELECT TOP n" loses its clause and the
@@ -198,25 +401,30 @@ QString isoFromFileDbLiteral(const QString& literal)
 // "LIMIT n". Quoted text is skipped.
 QString topToLimit(QString sql)
 {
-    if (!sql.contains(QLatin1String("TOP"), Qt::CaseInsensitive))
-        return sql;
-    static const QRegularExpression top(QStringLiteral("\\bSELECT\\s+(DISTINCT\\s+)?TOP\\s+(\\d+)\\s+"),
-                                        QRegularExpression::CaseInsensitiveOption);
+    // A text with half a character in it stays as it is, as the search has
+    // always left it; restoreSqlValues mends the character afterwards.
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        if (!sql.at(i).isSurrogate())
+            continue;
+        if (!sql.at(i).isHighSurrogate() || i + 1 == sql.size() || !sql.at(i + 1).isLowSurrogate())
+            return sql;
+        ++i;
+    }
     qsizetype from = 0;
     for (;;) {
-        const QRegularExpressionMatch m = top.match(sql, from);
-        if (!m.hasMatch())
+        const TopClause m = findTopClause(sql, from);
+        if (m.start < 0)
             return sql;
         // Is the match inside quotes? Count quote characters before it.
-        const QStringView before = QStringView(sql).left(m.capturedStart());
+        const QStringView before = QStringView(sql).left(m.start);
         if (before.count(QLatin1Char('\'')) % 2 == 1) {
-            from = m.capturedEnd();
+            from = m.end;
             continue;
         }
-        const QString limit = QStringLiteral(" LIMIT ") + m.captured(2);
-        const QString head = QStringLiteral("SELECT ") + m.captured(1);
-        sql.replace(m.capturedStart(), m.capturedLength(), head);
-        qsizetype i = m.capturedStart() + head.size();
+        const QString limit = QStringLiteral(" LIMIT ") + m.count;
+        const QString head = QStringLiteral("SELECT ") + m.distinct;
+        sql.replace(m.start, m.end - m.start, head);
+        qsizetype i = m.start + head.size();
         int depth = 0;
         QChar quote;
         for (; i < sql.size(); ++i) {
@@ -237,44 +445,52 @@ QString topToLimit(QString sql)
             }
         }
         sql.insert(i, limit);
-        from = m.capturedStart() + head.size();
+        from = m.start + head.size();
     }
 }
 
+// Date literals to ISO text and "&" to "||", outside quotes.
 QString fileDbSql(const QString& sql)
 {
-    if (!sql.contains(QLatin1Char('#')) && !sql.contains(QLatin1Char('&')))
-        return sql;
     QString out;
     out.reserve(sql.size() + 16);
-    QChar quote;
+    const QStringView text(sql);
+    qsizetype written = 0;   // the text before this is in `out`
     for (qsizetype i = 0; i < sql.size(); ++i) {
         const QChar c = sql.at(i);
-        if (!quote.isNull()) {
-            out += c;
-            if (c == quote)
-                quote = QChar();
-            continue;
-        }
         if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            quote = c;
-            out += c;
+            // Quoted text goes as it is, up to its closing quote (or the end).
+            const qsizetype close = sql.indexOf(c, i + 1);
+            if (close < 0)
+                break;
+            i = close;
         } else if (c == QLatin1Char('&')) {
-            out += QStringLiteral("||");
+            out += text.mid(written, i - written);
+            out += QLatin1String("||");
+            written = i + 1;
         } else if (c == QLatin1Char('#')) {
             const qsizetype end = sql.indexOf(QLatin1Char('#'), i + 1);
-            const QString iso = end > i ? isoFromFileDbLiteral(sql.mid(i + 1, end - i - 1).trimmed()) : QString();
-            if (iso.isEmpty()) {
-                out += c;
-            } else {
+            const QString iso = end > i ? isoFromFileDbLiteral(text.mid(i + 1, end - i - 1).trimmed()) : QString();
+            if (!iso.isEmpty()) {
+                out += text.mid(written, i - written);
                 out += iso;
                 i = end;
+                written = end + 1;
             }
-        } else {
-            out += c;
         }
     }
+    out += text.mid(written);
     return out;
+}
+
+// The letters "top" in a row, in any case.
+bool hasTopLetters(QStringView s)
+{
+    for (const QChar p : {QLatin1Char('p'), QLatin1Char('P')})
+        for (qsizetype i = s.indexOf(p, 2); i >= 0; i = s.indexOf(p, i + 1))
+            if ((s[i - 1].unicode() | 0x20) == u'o' && (s[i - 2].unicode() | 0x20) == u't')
+                return true;
+    return false;
 }
 
 } // namespace
@@ -289,61 +505,65 @@ PhysicalConnection::~PhysicalConnection()
     close();
 }
 
-bool PhysicalConnection::isOpen() const
-{
-    return QSqlDatabase::contains(m_name) && QSqlDatabase::database(m_name, false).isOpen();
-}
-
 void PhysicalConnection::close()
 {
-    if (!QSqlDatabase::contains(m_name))
+    if (!m_db.isValid())
         return;
-    {
-        QSqlDatabase db = QSqlDatabase::database(m_name, false);
-        if (db.isOpen())
-            db.close();
-    }
+    if (m_db.isOpen())
+        m_db.close();
+    m_db = QSqlDatabase();   // the last handle goes before the name is removed
     QSqlDatabase::removeDatabase(m_name);
     m_inTransaction = false;
 }
 
 bool PhysicalConnection::execute(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected)
 {
-    touch();
-    if (!isOpen()) {
+    if (Q_UNLIKELY(traceHook))
+        traceHook(driver::TraceEvent::Statement, sql);
+    return run(sql, query, error, rowsAffected);
+}
+
+bool PhysicalConnection::run(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected)
+{
+    if (!m_db.isOpen()) {
         error.number = driver::kConnectionClosed;
         error.nativeError.clear();
         error.source = driver::sourceName(m_tipoServer);
         error.description = QStringLiteral("La connessione al database è chiusa.");
         return false;
     }
-    QSqlQuery q(QSqlDatabase::database(m_name, false));
-    q.setForwardOnly(true);
-    if (!q.exec(sql)) {
-        error = driver::fromQtError(q.lastError(), m_tipoServer);
+    // A query the caller made on this connection runs the statement itself.
+    std::optional<QSqlQuery> own;
+    QSqlQuery* q = query;
+    if (!q || q->driver() != m_db.driver())
+        q = &own.emplace(m_db);
+    q->setForwardOnly(true);
+    if (!q->exec(sql)) {
+        error = driver::fromQtError(q->lastError(), m_tipoServer);
         return false;
     }
     if (rowsAffected)
-        *rowsAffected = q.numRowsAffected();
-    if (!q.isSelect())
-        m_lastInsertId = q.lastInsertId();
-    if (query)
-        *query = std::move(q);
+        *rowsAffected = q->numRowsAffected();
+    if (!q->isSelect())
+        m_lastInsertId = q->lastInsertId();
+    if (query && own)
+        *query = std::move(*own);
     return true;
 }
 
 bool PhysicalConnection::begin(DbError& error)
 {
-    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    if (Q_UNLIKELY(traceHook))
+        traceHook(driver::TraceEvent::Begin, QString());
     bool ok = false;
     if (m_tipoServer == TipoServer::FileDb) {
         // Take the write lock at once: two workstations that both read first
         // and then write would otherwise fail one another.
-        ok = execute(QStringLiteral("BEGIN IMMEDIATE"), nullptr, error);
+        ok = run(QStringLiteral("BEGIN IMMEDIATE"), nullptr, error, nullptr);
     } else {
-        ok = db.transaction();
+        ok = m_db.transaction();
         if (!ok)
-            error = driver::fromQtError(db.lastError(), m_tipoServer);
+            error = driver::fromQtError(m_db.lastError(), m_tipoServer);
     }
     m_inTransaction = ok;
     return ok;
@@ -351,14 +571,15 @@ bool PhysicalConnection::begin(DbError& error)
 
 bool PhysicalConnection::commit(DbError& error)
 {
-    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    if (Q_UNLIKELY(traceHook))
+        traceHook(driver::TraceEvent::Commit, QString());
     bool ok = false;
     if (m_tipoServer == TipoServer::FileDb) {
-        ok = execute(QStringLiteral("COMMIT"), nullptr, error);
+        ok = run(QStringLiteral("COMMIT"), nullptr, error, nullptr);
     } else {
-        ok = db.commit();
+        ok = m_db.commit();
         if (!ok)
-            error = driver::fromQtError(db.lastError(), m_tipoServer);
+            error = driver::fromQtError(m_db.lastError(), m_tipoServer);
     }
     if (ok)
         m_inTransaction = false;
@@ -367,14 +588,15 @@ bool PhysicalConnection::commit(DbError& error)
 
 bool PhysicalConnection::rollback(DbError& error)
 {
-    QSqlDatabase db = QSqlDatabase::database(m_name, false);
+    if (Q_UNLIKELY(traceHook))
+        traceHook(driver::TraceEvent::Rollback, QString());
     bool ok = false;
     if (m_tipoServer == TipoServer::FileDb) {
-        ok = execute(QStringLiteral("ROLLBACK"), nullptr, error);
+        ok = run(QStringLiteral("ROLLBACK"), nullptr, error, nullptr);
     } else {
-        ok = db.rollback();
+        ok = m_db.rollback();
         if (!ok)
-            error = driver::fromQtError(db.lastError(), m_tipoServer);
+            error = driver::fromQtError(m_db.lastError(), m_tipoServer);
     }
     m_inTransaction = false;
     return ok;
@@ -457,9 +679,17 @@ bool isConnectionLost(int tipoServer, const DbError& error)
 
 void discardIdle(int tipoServer, const QString& connectionString)
 {
-    const QList<PhysicalConnectionPtr> idle = pool().take(poolKey(tipoServer, connectionString));
+    IdleList* list = findIdle(tipoServer, connectionString);
+    if (!list)
+        return;
+    const QList<PhysicalConnectionPtr> idle = std::exchange(list->connections, {});
     for (const PhysicalConnectionPtr& connection : idle)
         connection->close();
+}
+
+void setTraceHook(TraceHook hook)
+{
+    traceHook = hook;
 }
 
 void setBusyTimeout(int seconds)
@@ -469,25 +699,25 @@ void setBusyTimeout(int seconds)
 
 QList<PhysicalConnectionPtr> idleConnections(int tipoServer, const QString& connectionString)
 {
-    return pool().value(poolKey(tipoServer, connectionString));
+    const IdleList* list = findIdle(tipoServer, connectionString);
+    return list ? list->connections : QList<PhysicalConnectionPtr>();
 }
 
 PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
 {
-    QList<PhysicalConnectionPtr>& idle = pool()[poolKey(tipoServer, connectionString)];
-    while (!idle.isEmpty()) {
-        PhysicalConnectionPtr connection = idle.takeLast();
-        if (!connection->isOpen())
-            continue;
-        if (tipoServer != TipoServer::FileDb && connection->idleMilliseconds() > kRecheckAfterMs) {
-            DbError ignored;
-            if (!connection->execute(QStringLiteral("SELECT 1"), nullptr, ignored))
+    if (IdleList* list = findIdle(tipoServer, connectionString)) {
+        QList<PhysicalConnectionPtr>& idle = list->connections;
+        while (!idle.isEmpty()) {
+            PhysicalConnectionPtr connection = idle.takeLast();
+            if (!connection->isOpen())
+                continue;
+            if (tipoServer != TipoServer::FileDb && connection->idleMilliseconds() > kRecheckAfterMs
+                && !DriverAccess::answers(*connection))
                 continue;   // dropped by the server meanwhile: open a new one
+            return connection;
         }
-        connection->touch();
-        return connection;
     }
-    return openNew(tipoServer, connectionString, timeoutSeconds, error);
+    return DriverAccess::openNew(tipoServer, connectionString, timeoutSeconds, error);
 }
 
 void release(const PhysicalConnectionPtr& connection)
@@ -498,7 +728,7 @@ void release(const PhysicalConnectionPtr& connection)
         DbError ignored;
         connection->rollback(ignored);
     }
-    QList<PhysicalConnectionPtr>& idle = pool()[poolKey(connection->tipoServer(), connection->connectionString())];
+    QList<PhysicalConnectionPtr>& idle = idleList(connection->tipoServer(), connection->connectionString()).connections;
     if (idle.contains(connection))
         return;
     if (idle.size() >= kMaxIdle) {
@@ -511,16 +741,24 @@ void release(const PhysicalConnectionPtr& connection)
 
 void closeIdle()
 {
-    for (QList<PhysicalConnectionPtr>& list : pool())
-        for (const PhysicalConnectionPtr& connection : list)
+    for (const std::unique_ptr<IdleList>& list : pool()) {
+        const QList<PhysicalConnectionPtr> idle = std::exchange(list->connections, {});
+        for (const PhysicalConnectionPtr& connection : idle)
             connection->close();
-    pool().clear();
+    }
 }
 
 QString finalSql(const QString& preparedSql, int tipoServer)
 {
-    const QString sql = tipoServer == TipoServer::FileDb ? topToLimit(fileDbSql(preparedSql)) : preparedSql;
-    return restoreSqlValues(sql);
+    if (tipoServer != TipoServer::FileDb)
+        return restoreSqlValues(preparedSql);
+    // Each step only when the statement holds what it rewrites.
+    const bool dateOrConcat = preparedSql.contains(QLatin1Char('#')) || preparedSql.contains(QLatin1Char('&'));
+    const bool top = hasTopLetters(preparedSql);
+    if (!dateOrConcat && !top)
+        return restoreSqlValues(preparedSql);
+    const QString sql = dateOrConcat ? fileDbSql(preparedSql) : preparedSql;
+    return restoreSqlValues(top ? topToLimit(sql) : sql);
 }
 
 } // namespace driver

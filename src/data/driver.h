@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QList>
+#include <QSqlDatabase>
 #include <QString>
 #include <QVariant>
 #include <memory>
@@ -34,7 +35,9 @@ public:
     int tipoServer() const { return m_tipoServer; }
     const QString& connectionString() const { return m_connectionString; }
     const QString& name() const { return m_name; }
-    bool isOpen() const;
+    // The Qt connection itself; invalid once closed.
+    const QSqlDatabase& database() const { return m_db; }
+    bool isOpen() const { return m_db.isOpen(); }
     void close();
 
     bool inTransaction() const { return m_inTransaction; }
@@ -50,14 +53,18 @@ public:
     // The key given to the last row inserted on this connection.
     QVariant lastInsertId() const { return m_lastInsertId; }
 
+    // Since the connection was opened or last given back to the pool.
     qint64 idleMilliseconds() const { return m_idle.isValid() ? m_idle.elapsed() : 0; }
     void touch() { m_idle.start(); }
 
 private:
     friend class DriverAccess;
+    bool run(const QString& sql, QSqlQuery* query, DbError& error, int* rowsAffected);
+
     int m_tipoServer;
     QString m_connectionString;
     QString m_name;
+    QSqlDatabase m_db;
     bool m_inTransaction = false;
     QVariant m_lastInsertId;
     QElapsedTimer m_idle;
@@ -97,6 +104,13 @@ bool isBusy(int tipoServer, const DbError& error);
 // The connection is gone (server restarted, session killed, network down):
 // nothing more can run on it.
 bool isConnectionLost(int tipoServer, const DbError& error);
+
+// What reaches the engines, for a benchmark or a diagnosis: every statement
+// as sent (after the last rewriting step) and the transaction boundaries.
+// Off unless a hook is set; the hook runs on the calling thread.
+enum class TraceEvent { Statement, Begin, Commit, Rollback };
+using TraceHook = void (*)(TraceEvent event, const QString& sql);
+void setTraceHook(TraceHook hook);
 
 // Closes the idle pooled connections of one database: after one of them
 // was found dead, the others most likely are too.

@@ -8,6 +8,7 @@
 
 #include <QHash>
 #include <QList>
+#include <QSqlRecord>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -26,18 +27,18 @@ public:
     int State() const { return m_open ? 1 : 0; }
     void close();
 
-    bool eof() const { return m_position >= m_rows.size() || m_rows.isEmpty(); }
-    bool bof() const { return m_position < 0 || m_rows.isEmpty(); }
-    void moveNext() { if (m_position < m_rows.size()) ++m_position; }
+    bool eof() const { return m_position >= m_rowCount || m_rowCount == 0; }
+    bool bof() const { return m_position < 0 || m_rowCount == 0; }
+    void moveNext() { if (m_position < m_rowCount) ++m_position; }
     void movePrevious() { if (m_position >= 0) --m_position; }
     void moveFirst() { m_position = 0; }
-    void moveLast() { m_position = m_rows.isEmpty() ? 0 : m_rows.size() - 1; }
-    int recordCount() const { return int(m_rows.size()); }
+    void moveLast() { m_position = m_rowCount == 0 ? 0 : m_rowCount - 1; }
+    int recordCount() const { return int(m_rowCount); }
     int absolutePosition() const { return int(m_position) + 1; }
 
-    int fieldCount() const { return int(m_names.size()); }
-    QString fieldName(int index) const { return m_names.value(index); }
-    int fieldIndex(const QString& name) const;   // -1 when missing
+    int fieldCount() const { return m_columns; }
+    QString fieldName(int index) const { return index >= 0 && index < m_columns ? m_record.fieldName(index) : QString(); }
+    int fieldIndex(const QString& name) const;   // -1 when missing; the last of equal names
 
     // The current row's field; a null QVariant for Null, for a missing field
     // and when there is no current row.
@@ -54,11 +55,16 @@ public:
     bool flag(const QString& name) const;       // not zero; Null is false
 
 private:
-    QStringList m_names;
-    QHash<QString, int> m_index;   // lower-case name -> position
-    QList<QVariantList> m_rows;
+    QSqlRecord m_record;           // the names, as the driver gives them
+    int m_columns = 0;
+    QVariantList m_values;         // the rows one after the other
+    qsizetype m_rowCount = 0;
     qsizetype m_position = 0;
     bool m_open = false;
+    // Made at the first search by name: the names of a narrow record,
+    // searched one by one, or lower-case name -> position for a wide one.
+    mutable QStringList m_names;
+    mutable QHash<QString, int> m_index;
 };
 
 using RecordsetPtr = std::unique_ptr<Recordset>;

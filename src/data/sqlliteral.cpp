@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -40,26 +41,58 @@ QString wellFormedText(const QString& text)
     return out.isNull() ? text : out;
 }
 
-QString twoDigits(int n)
+// A number from 0 to 99 as two digits.
+void appendTwoDigits(QString& out, int n)
 {
-    return QString::number(n).rightJustified(2, QLatin1Char('0'));
+    out += QLatin1Char(char('0' + n / 10));
+    out += QLatin1Char(char('0' + n % 10));
+}
+
+// The year with at least four digits.
+void appendYear(QString& out, int year)
+{
+    if (year >= 1 && year <= 9999) {
+        appendTwoDigits(out, year / 100);
+        appendTwoDigits(out, year % 100);
+    } else {
+        out += QString::number(year).rightJustified(4, QLatin1Char('0'));
+    }
 }
 
 QString isoDate(const QDate& d)
 {
-    return QString::number(d.year()).rightJustified(4, QLatin1Char('0')) + QLatin1Char('-') + twoDigits(d.month())
-        + QLatin1Char('-') + twoDigits(d.day());
+    QString out;
+    out.reserve(10);
+    appendYear(out, d.year());
+    out += QLatin1Char('-');
+    appendTwoDigits(out, d.month());
+    out += QLatin1Char('-');
+    appendTwoDigits(out, d.day());
+    return out;
 }
 
 QString usDate(const QDate& d)
 {
-    return twoDigits(d.month()) + QLatin1Char('/') + twoDigits(d.day()) + QLatin1Char('/')
-        + QString::number(d.year()).rightJustified(4, QLatin1Char('0'));
+    QString out;
+    out.reserve(10);
+    appendTwoDigits(out, d.month());
+    out += QLatin1Char('/');
+    appendTwoDigits(out, d.day());
+    out += QLatin1Char('/');
+    appendYear(out, d.year());
+    return out;
 }
 
 QString hms(const QTime& t)
 {
-    return twoDigits(t.hour()) + QLatin1Char(':') + twoDigits(t.minute()) + QLatin1Char(':') + twoDigits(t.second());
+    QString out;
+    out.reserve(8);
+    appendTwoDigits(out, t.hour());
+    out += QLatin1Char(':');
+    appendTwoDigits(out, t.minute());
+    out += QLatin1Char(':');
+    appendTwoDigits(out, t.second());
+    return out;
 }
 
 QTime toTime(const QVariant& value)
@@ -88,6 +121,37 @@ QString numberText(double d)
 {
     if (d == 0)
         return QStringLiteral("0");
+    // Amounts and quantities have a few decimals. When d is the double
+    // nearest to such a number, of at most 15 digits, the 15 significant
+    // digits of d are that number: it is written from its integer.
+    if (std::fabs(d) < 1e11) {
+        qint64 scale = 1;
+        for (int decimals = 0; decimals <= 4; ++decimals, scale *= 10) {
+            const double whole = std::round(d * double(scale));
+            if (whole / double(scale) != d)
+                continue;
+            // Integer part and decimals, from the last digit backwards.
+            qint64 units = qint64(std::fabs(whole));
+            char digits[24];
+            char* p = digits + sizeof digits;
+            bool significant = false;
+            for (int i = 0; i < decimals; ++i, units /= 10) {
+                const int digit = int(units % 10);
+                significant = significant || digit != 0;
+                if (significant)
+                    *--p = char('0' + digit);
+            }
+            if (significant)
+                *--p = '.';
+            do {
+                *--p = char('0' + units % 10);
+                units /= 10;
+            } while (units > 0);
+            if (d < 0)
+                *--p = '-';
+            return QString::fromLatin1(p, digits + sizeof digits - p);
+        }
+    }
     return QString::number(d, 'g', 15);
 }
 
@@ -127,64 +191,137 @@ QString getSQLSeparator()
     return QStringLiteral("\u00A4");
 }
 
-QString protectSqlValue(const QString& value)
+namespace {
+
+// Whether a text holds UTF-16 surrogates, and the escape.
+struct Found
 {
-    QString out;
-    out.reserve(value.size() + 8);
-    for (qsizetype i = 0; i < value.size(); ++i) {
-        const QChar c = value.at(i);
+    bool surrogate = false;
+    bool escape = false;
+};
+
+// Nonzero when one of the four 16-bit lanes of v is zero.
+quint64 zeroLanes(quint64 v)
+{
+    return (v - 0x0001000100010001ULL) & ~v & 0x8000800080008000ULL;
+}
+
+Found lookFor(QStringView s)
+{
+    const char16_t* p = s.utf16();
+    const char16_t* const end = p + s.size();
+    quint64 surrogates = 0, escapes = 0;
+    for (; end - p >= 4; p += 4) {
+        quint64 w;
+        std::memcpy(&w, p, sizeof w);
+        surrogates |= zeroLanes((w & 0xF800F800F800F800ULL) ^ 0xD800D800D800D800ULL);
+        escapes |= zeroLanes(w ^ 0xE000E000E000E000ULL);
+    }
+    Found found{surrogates != 0, escapes != 0};
+    for (; p != end; ++p) {
+        found.surrogate = found.surrogate || (*p & 0xF800) == 0xD800;
+        found.escape = found.escape || *p == kEscape;
+    }
+    return found;
+}
+
+// The position of a character in kProtected, -1 for every other one.
+int protectedIndex(char16_t c)
+{
+    switch (c) {
+    case 0x00A4: return 0;
+    case 0x2021: return 1;
+    case 0x00BF: return 2;
+    case 0x2022: return 3;
+    case u'`': return 4;
+    case u'(': return 5;
+    case u' ': return 6;
+    case u'#': return 7;
+    case kEscape: return 8;
+    default: return -1;
+    }
+}
+
+void appendProtected(QString& out, const QString& value)
+{
+    const QStringView text(value);
+    qsizetype written = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
         if (c.isSurrogate()) {
             // A pair goes as it is. Half a pair is no character at all:
             // SQLite would read the next code unit, the closing apostrophe,
             // as its other half and take the rest of the statement for SQL.
             if (pairAt(value, i)) {
-                out += c;
-                out += value.at(++i);
+                ++i;
             } else {
+                out += text.mid(written, i - written);
                 out += QChar(QChar::ReplacementCharacter);
+                written = i + 1;
             }
             continue;
         }
-        const qsizetype index = kProtected.indexOf(c);
-        if (index < 0) {
-            out += c;
-        } else {
-            out += QChar(kEscape);
-            out += QChar(char16_t(kFirst + index));
-        }
+        const int index = protectedIndex(c.unicode());
+        if (index < 0)
+            continue;
+        out += text.mid(written, i - written);
+        out += QChar(kEscape);
+        out += QChar(char16_t(kFirst + index));
+        written = i + 1;
     }
+    out += text.mid(written);
+}
+
+} // namespace
+
+QString protectSqlValue(const QString& value)
+{
+    QString out;
+    out.reserve(value.size() + 8);
+    appendProtected(out, value);
     return out;
 }
 
 QString restoreSqlValues(const QString& sql)
 {
+    // Most statements hold no character outside the basic plane, and many
+    // no protected value: one look at the text, four code units at a time.
+    const Found found = lookFor(sql);
+    if (!found.surrogate && !found.escape)
+        return sql;
     // Values come here well formed from sqlText; anything else that was
     // written into the statement (a name, a value not built by sqlText) is
     // mended too, so that no engine ever reads half a character.
-    const QString whole = wellFormedText(sql);
+    const QString whole = found.surrogate ? wellFormedText(sql) : sql;
     qsizetype at = whole.indexOf(QChar(kEscape));
     if (at < 0)
         return whole;
-    QString out = whole.left(at);
+    QString out;
     out.reserve(whole.size());
-    for (; at < whole.size(); ++at) {
-        const QChar c = whole.at(at);
-        if (c == QChar(kEscape) && at + 1 < whole.size()) {
-            const int index = whole.at(at + 1).unicode() - kFirst;
-            if (index >= 0 && index < kProtected.size()) {
-                out += kProtected.at(index);
-                ++at;
-                continue;
-            }
+    qsizetype written = 0;
+    while (at >= 0) {
+        const int index = at + 1 < whole.size() ? whole.at(at + 1).unicode() - kFirst : -1;
+        if (index >= 0 && index < kProtected.size()) {
+            out += QStringView(whole).mid(written, at - written);
+            out += kProtected.at(index);
+            written = at + 2;
+            at = whole.indexOf(QChar(kEscape), at + 2);
+        } else {
+            at = whole.indexOf(QChar(kEscape), at + 1);
         }
-        out += c;
     }
+    out += QStringView(whole).mid(written);
     return out;
 }
 
 QString sqlText(const QString& value)
 {
-    return getSQLSeparator() + protectSqlValue(value) + getSQLSeparator();
+    QString out;
+    out.reserve(value.size() + 10);
+    out += QChar(0x00A4);
+    appendProtected(out, value);
+    out += QChar(0x00A4);
+    return out;
 }
 
 QString sqlLikePattern(const QString& text, LikeMatch match)
