@@ -32,6 +32,7 @@
 #include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QTextStream>
+
 #include <algorithm>
 #include <functional>
 
@@ -72,10 +73,7 @@ struct TraceEntry
 
 QList<TraceEntry>* recording = nullptr;
 
-void record(driver::TraceEvent event, const QString& sql)
-{
-    recording->append({event, sql});
-}
+void record(driver::TraceEvent event, const QString& sql) { recording->append({event, sql}); }
 
 // Runs the trace on one connection as bare driver code would; the number of
 // steps that failed (a faithful replay has none).
@@ -184,8 +182,9 @@ Measure measure(const Backend& b, int runs, const std::function<void()>& job, co
 
 void print(const Backend& b, const QString& scenario, const Measure& m, const QString& note = QString())
 {
-    out << b.name.leftJustified(8) << ' ' << scenario.leftJustified(52) << " system " << QString::number(m.system, 'f', 1).rightJustified(8)
-        << " ms  floor " << QString::number(m.floor, 'f', 1).rightJustified(8) << " ms  ratio "
+    out << b.name.leftJustified(8) << ' ' << scenario.leftJustified(52) << " system "
+        << QString::number(m.system, 'f', 1).rightJustified(8) << " ms  floor "
+        << QString::number(m.floor, 'f', 1).rightJustified(8) << " ms  ratio "
         << QString::number(m.floor > 0 ? m.system / m.floor : 0, 'f', 2) << "  (" << m.statements << " statements";
     if (m.replayFailures > 0)
         out << ", " << m.replayFailures << " failed on replay";
@@ -196,10 +195,7 @@ void print(const Backend& b, const QString& scenario, const Measure& m, const QS
     out.flush();
 }
 
-void run(const QString& sql)
-{
-    gAdoSqlServer().executeSQL(sql, kTag);
-}
+void run(const QString& sql) { gAdoSqlServer().executeSQL(sql, kTag); }
 
 // The next key of the table's counter back to one more than its highest key,
 // so that a replayed insert gives its row the key the trace's later
@@ -225,9 +221,9 @@ QString productInsert(int i)
                           "DATAULTIMAMODIFICA, FK_Iva, DISABILITATO) VALUES (")
         + sqlText(QStringLiteral("ART%1").arg(i, 6, 10, QLatin1Char('0'))) + QStringLiteral(", ")
         + sqlText(QStringLiteral("Vite a testa esagonale 8x%1 l'una, zincata").arg(i % 90 + 10)) + QStringLiteral(", ")
-        + getSqlNumber(QStringLiteral("%1,%2").arg(i % 500).arg(i % 100, 2, 10, QLatin1Char('0'))) + QStringLiteral(", ")
-        + getSqlNumber(double(i % 300) / 7.0) + QStringLiteral(", ") + getSqlNumberOrZero(QString()) + QStringLiteral(", ")
-        + db.getSQLDateTime(modified) + QStringLiteral(", ")
+        + getSqlNumber(QStringLiteral("%1,%2").arg(i % 500).arg(i % 100, 2, 10, QLatin1Char('0')))
+        + QStringLiteral(", ") + getSqlNumber(double(i % 300) / 7.0) + QStringLiteral(", ")
+        + getSqlNumberOrZero(QString()) + QStringLiteral(", ") + db.getSQLDateTime(modified) + QStringLiteral(", ")
         + getIDOrNullStr(0) + QStringLiteral(", 0)");
 }
 
@@ -282,8 +278,8 @@ void benchNumbering(const Backend& b, int count, int runs)
         },
         [&] {
             run(QStringLiteral("DELETE FROM Contatori WHERE ANNO = ") + sqlText(anno));
-            run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ") + sqlText(anno)
-                + QStringLiteral(", 0, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')'));
+            run(QStringLiteral("INSERT INTO Contatori (FK_NUMERATORE, ANNO, NUMERO, `NOTE`) VALUES (1, ")
+                + sqlText(anno) + QStringLiteral(", 0, ") + sqlText(QStringLiteral("n/d")) + QLatin1Char(')'));
         });
     print(b, QStringLiteral("document numbers, %1 transactions").arg(count), m,
           QStringLiteral("[last number %1]").arg(last));
@@ -296,21 +292,26 @@ void benchNumbering(const Backend& b, int count, int runs)
 void benchJournal(const Backend& b, int count, int runs, int filled)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    const ContiControparti conti{
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("01001001")), kTag)
-            .toInt(),
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ") + sqlText(QStringLiteral("02001001")), kTag)
-            .toInt()};
+    const ContiControparti conti{db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ")
+                                                      + sqlText(QStringLiteral("01001001")),
+                                                  kTag)
+                                     .toInt(),
+                                 db.getValueBySQL(QStringLiteral("SELECT RID FROM PianoConti WHERE CODICE = ")
+                                                      + sqlText(QStringLiteral("02001001")),
+                                                  kTag)
+                                     .toInt()};
     constexpr int emptyYear = 2041, fullYear = 2042;
     db.beginTrasaction(kTag);
     for (int i = 1; i <= filled; ++i)
-        db.executeSQL(QStringLiteral("INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DATA, DataValuta, FK_CAUSALE, DESCRIZIONE, Importo) "
-                                     "VALUES (")
-                          + QString::number(fullYear) + QStringLiteral(", ") + QString::number(i) + QStringLiteral(", ")
-                          + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", ")
-                          + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", 1, ")
-                          + sqlText(QStringLiteral("Fattura N.%1").arg(i)) + QStringLiteral(", 122)"),
-                      kTag);
+        db.executeSQL(
+            QStringLiteral(
+                "INSERT INTO PrimaNota (ANNO, PROGRESSIVO, DATA, DataValuta, FK_CAUSALE, DESCRIZIONE, Importo) "
+                "VALUES (")
+                + QString::number(fullYear) + QStringLiteral(", ") + QString::number(i) + QStringLiteral(", ")
+                + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", ")
+                + db.getSQLDate(QDate(fullYear, 1, 1).addDays(i % 365)) + QStringLiteral(", 1, ")
+                + sqlText(QStringLiteral("Fattura N.%1").arg(i)) + QStringLiteral(", 122)"),
+            kTag);
     db.commitTrasaction(kTag);
 
     for (const int year : {emptyYear, fullYear}) {
@@ -331,17 +332,18 @@ void benchJournal(const Backend& b, int count, int runs, int filled)
                 }
             },
             [&] {
-                const QString added = QStringLiteral(" WHERE ANNO = ") + QString::number(year) + QStringLiteral(" AND PROGRESSIVO > ")
-                    + QString::number(year == fullYear ? filled : 0);
-                run(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota IN (SELECT RID FROM PrimaNota") + added
-                    + QLatin1Char(')'));
+                const QString added = QStringLiteral(" WHERE ANNO = ") + QString::number(year)
+                    + QStringLiteral(" AND PROGRESSIVO > ") + QString::number(year == fullYear ? filled : 0);
+                run(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota IN (SELECT RID FROM PrimaNota")
+                    + added + QLatin1Char(')'));
                 run(QStringLiteral("DELETE FROM PrimaNota") + added);
                 run(QStringLiteral("DELETE FROM AnniPrimaNota WHERE ANNO = ") + QString::number(year));
                 restoreKeyCounter(b, QStringLiteral("PrimaNota"));
             });
         print(b,
-              year == emptyYear ? QStringLiteral("journal entries, empty year, %1 transactions").arg(count)
-                                : QStringLiteral("journal entries, %1 in the year, %2 transactions").arg(filled).arg(count),
+              year == emptyYear
+                  ? QStringLiteral("journal entries, empty year, %1 transactions").arg(count)
+                  : QStringLiteral("journal entries, %1 in the year, %2 transactions").arg(filled).arg(count),
               m);
     }
 }
@@ -351,16 +353,20 @@ void benchJournal(const Backend& b, int count, int runs, int filled)
 void benchDueDates(const Backend& b, int count, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    const int entry = db.getIDByInsert(QStringLiteral("INSERT INTO PrimaNota (DESCRIZIONE) VALUES (") + sqlText(kTag) + QLatin1Char(')'),
+    const int entry = db.getIDByInsert(QStringLiteral("INSERT INTO PrimaNota (DESCRIZIONE) VALUES (") + sqlText(kTag)
+                                           + QLatin1Char(')'),
                                        kTag, QStringLiteral("RID"), QStringLiteral("PrimaNota"));
-    const int term =
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM Pagamenti WHERE CODICE = ") + sqlText(QStringLiteral("3060FM")), kTag).toInt();
+    const int term = db.getValueBySQL(QStringLiteral("SELECT RID FROM Pagamenti WHERE CODICE = ")
+                                          + sqlText(QStringLiteral("3060FM")),
+                                      kTag)
+                         .toInt();
     const Measure m = measure(
         b, runs,
         [&] {
             for (int i = 0; i < count; ++i) {
                 db.beginTrasaction(kTag);
-                generaScadenzePagamento(entry, term, Currency::fromUnits(1000 + i), QDate(2026, 1, 15).addDays(i % 300), false);
+                generaScadenzePagamento(entry, term, Currency::fromUnits(1000 + i), QDate(2026, 1, 15).addDays(i % 300),
+                                        false);
                 db.commitTrasaction(kTag);
             }
         },
@@ -373,10 +379,12 @@ void benchDueDates(const Backend& b, int count, int runs)
 void benchStock(const Backend& b, int count, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (") + sqlText(QStringLiteral("BENCHSTK"))
-        + QStringLiteral(", ") + sqlText(kTag) + QStringLiteral(", 0, -1)"));
-    const int prodotto =
-        db.getValueBySQL(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ") + sqlText(QStringLiteral("BENCHSTK")), kTag).toInt();
+    run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA) VALUES (")
+        + sqlText(QStringLiteral("BENCHSTK")) + QStringLiteral(", ") + sqlText(kTag) + QStringLiteral(", 0, -1)"));
+    const int prodotto = db.getValueBySQL(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE = ")
+                                              + sqlText(QStringLiteral("BENCHSTK")),
+                                          kTag)
+                             .toInt();
     const OpzioniGiacenza lotti;
     const Measure m = measure(
         b, runs,
@@ -402,12 +410,14 @@ void benchStock(const Backend& b, int count, int runs)
 void benchPricing(const Backend& b, int count, int runs)
 {
     cAdoSqlServer& db = gAdoSqlServer();
-    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO) VALUES (99001, ") + sqlText(kTag)
-        + QStringLiteral(", ") + sqlText(QStringLiteral("C")) + QStringLiteral(", 2, 5)"));
-    const int cliente = db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99001"), kTag).toInt();
-    const int prodotto =
-        db.getValueBySQL(QStringLiteral("SELECT MIN(RID) FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("ART%")), kTag)
-            .toInt();
+    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, LISTINO, SCONTO) VALUES (99001, ")
+        + sqlText(kTag) + QStringLiteral(", ") + sqlText(QStringLiteral("C")) + QStringLiteral(", 2, 5)"));
+    const int cliente =
+        db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99001"), kTag).toInt();
+    const int prodotto = db.getValueBySQL(QStringLiteral("SELECT MIN(RID) FROM Prodotti WHERE CODICE LIKE ")
+                                              + sqlText(QStringLiteral("ART%")),
+                                          kTag)
+                             .toInt();
     DocumentoPrezzi doc;
     doc.tipoOrigine = 3;
     doc.tipoDestinazione = 1;
@@ -462,7 +472,8 @@ int main(int argc, char* argv[])
     const QString file = dir.filePath(QStringLiteral("bench.db"));
     QList<Backend> backends{{QStringLiteral("SQLite"), TipoServer::FileDb, fileDbConnectionString(file)}};
     if (!mysql.isEmpty())
-        backends.append({QStringLiteral("MariaDB"), TipoServer::MySql, mysql + QStringLiteral(";Database=orvantis_bench")});
+        backends.append(
+            {QStringLiteral("MariaDB"), TipoServer::MySql, mysql + QStringLiteral(";Database=orvantis_bench")});
 
     out << "Orvantis benchmark: medians of " << runs
         << " runs; floor: the same statements replayed on a bare connection of the driver\n";

@@ -9,6 +9,7 @@
 #include "data/sqlliteral.h"
 
 #include <QSqlQuery>
+
 #include <utility>
 
 SessionGlobals& gSession()
@@ -25,10 +26,7 @@ cAdoSqlServer& gAdoSqlServer()
 
 // --- cConnection -------------------------------------------------------------
 
-int cConnection::State() const
-{
-    return m_physical && m_physical->isOpen() ? 1 : 0;
-}
+int cConnection::State() const { return m_physical && m_physical->isOpen() ? 1 : 0; }
 
 bool cConnection::reopen(int tipoServer, const QString& connectionString, DbError& error)
 {
@@ -49,15 +47,9 @@ void cConnection::close()
 
 // --- cAdoSqlServer -----------------------------------------------------------
 
-cAdoSqlServer::cAdoSqlServer()
-{
-    initClass();
-}
+cAdoSqlServer::cAdoSqlServer() { initClass(); }
 
-cAdoSqlServer::~cAdoSqlServer()
-{
-    closeAll();
-}
+cAdoSqlServer::~cAdoSqlServer() { closeAll(); }
 
 void cAdoSqlServer::closeAll()
 {
@@ -80,15 +72,9 @@ void cAdoSqlServer::initClass()
     m_tipoServer = TipoServer::SqlServer;
 }
 
-QString cAdoSqlServer::getLastSQLCommand() const
-{
-    return restoreSqlValues(m_lastCommand);
-}
+QString cAdoSqlServer::getLastSQLCommand() const { return restoreSqlValues(m_lastCommand); }
 
-QString cAdoSqlServer::getSQLSeparator() const
-{
-    return ::getSQLSeparator();
-}
+QString cAdoSqlServer::getSQLSeparator() const { return ::getSQLSeparator(); }
 
 QString cAdoSqlServer::busyMessage()
 {
@@ -131,7 +117,7 @@ void cAdoSqlServer::showAfterTransaction(const QString& text, int style)
 void cAdoSqlServer::report(const QString& procedure, const QString& information, const DbError* error)
 {
     if (m_inTransaction && m_transactionFailed)
-        return;   // a statement refused after the transaction was lost: told already
+        return; // a statement refused after the transaction was lost: told already
     if (error && reportUnavailable(*error))
         return;
     if (m_lastFailure == Failure::None)
@@ -190,15 +176,9 @@ void cAdoSqlServer::TerminateConnection()
     m_current.reset();
 }
 
-void cAdoSqlServer::setConnessione(const ConnectionPtr& connection)
-{
-    m_current = connection;
-}
+void cAdoSqlServer::setConnessione(const ConnectionPtr& connection) { m_current = connection; }
 
-int cAdoSqlServer::ConnectionState() const
-{
-    return m_current ? m_current->State() : -1;
-}
+int cAdoSqlServer::ConnectionState() const { return m_current ? m_current->State() : -1; }
 
 bool cAdoSqlServer::beginTrasaction(const QString& tag)
 {
@@ -209,7 +189,8 @@ bool cAdoSqlServer::beginTrasaction(const QString& tag)
     DbError error;
     bool begun = m_current->physical()->begin(error);
     // A pooled connection that died while idle: one more try on a new one.
-    if (!begun && driver::isConnectionLost(m_tipoServer, error) && m_current->reopen(m_tipoServer, gSession().strConnessione, error))
+    if (!begun && driver::isConnectionLost(m_tipoServer, error)
+        && m_current->reopen(m_tipoServer, gSession().strConnessione, error))
         begun = m_current->physical()->begin(error);
     if (!begun) {
         report(QStringLiteral("beginTrasaction -> ") + tag, QString(), &error);
@@ -226,7 +207,7 @@ bool cAdoSqlServer::commitTrasaction(const QString& tag)
     if (!m_inTransaction || !m_current || !m_current->physical())
         return false;
     if (m_transactionFailed)
-        return false;   // already undone by the server: the caller rolls back
+        return false; // already undone by the server: the caller rolls back
     DbError error;
     if (!m_current->physical()->commit(error)) {
         report(QStringLiteral("commitTrasaction -> ") + tag, QString(), &error);
@@ -284,10 +265,7 @@ QString cAdoSqlServer::getPartSQLByTipoServer(const QString& sql)
     return r.text;
 }
 
-QString cAdoSqlServer::getPartSQLWithoutSP(const QString& sql)
-{
-    return ::getPartSQLWithoutSP(sql);
-}
+QString cAdoSqlServer::getPartSQLWithoutSP(const QString& sql) { return ::getPartSQLWithoutSP(sql); }
 
 // --- statements --------------------------------------------------------------
 
@@ -342,7 +320,7 @@ bool cAdoSqlServer::retryOnNewConnection(const QString& finalText, QSqlQuery* qu
 {
     DbError reopenError;
     if (!m_current->reopen(m_tipoServer, gSession().strConnessione, reopenError))
-        return false;   // the server is still away: the first failure is told
+        return false; // the server is still away: the first failure is told
     error = DbError();
     return m_current->physical()->execute(finalText, query, error, rowsAffected);
 }
@@ -405,8 +383,8 @@ RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(QString& cmdText, const QString
     return openRecordset(cmdText, QLatin1StringView("getNewRecordsetByCmd -> "), tag, QLatin1StringView("CmdText="));
 }
 
-RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(const cCommand& cmd, const QString& tag, int cursorType,
-                                                 int lockType, int cursorLocation)
+RecordsetPtr cAdoSqlServer::getNewRecordsetByCmd(const cCommand& cmd, const QString& tag, int cursorType, int lockType,
+                                                 int cursorLocation)
 {
     QString text = cmd.CommandText;
     text.remove(QStringLiteral("exec"), Qt::CaseSensitive);
@@ -432,7 +410,8 @@ void cAdoSqlServer::reportStatementFailure(const QString& procedure, const QStri
 
 // executeSQL and executeSQLWithRA: run one statement, show an integrity
 // refusal as its message, report any other failure.
-bool cAdoSqlServer::runStatement(QString& sql, QLatin1StringView procedure, const QString& tag, bool withRA, int* affected)
+bool cAdoSqlServer::runStatement(QString& sql, QLatin1StringView procedure, const QString& tag, bool withRA,
+                                 int* affected)
 {
     sql = prepareSQL(sql);
     m_lastCommand = sql;
@@ -498,7 +477,7 @@ bool cAdoSqlServer::executeCmd(cCommand& cmd, const QString& tag)
     const ConnectionPtr previous = m_current;
     m_current = connection;
     DbError error;
-    run(statement, nullptr, error);   // a failure stays in the connection's Errors
+    run(statement, nullptr, error); // a failure stays in the connection's Errors
     const bool failed = checkForErrors(tag);
     m_current = previous;
     return !failed;
@@ -520,7 +499,8 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
     if (sql.isEmpty()) {
         Err().raise(9999, QStringLiteral("TLSOFT::cAdoSqlServer"),
                     QStringLiteral("Testo del Comando SQL non impostato in getIDByInsert"));
-        report(procedure(), QStringLiteral("SQL1=\r\nServerTipo=") + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2="));
+        report(procedure(),
+               QStringLiteral("SQL1=\r\nServerTipo=") + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2="));
         return -1;
     }
     int id = -1;
@@ -566,8 +546,8 @@ int cAdoSqlServer::getIDByInsert(QString& sql, const QString& tag, const QString
     }
     if (!ok) {
         report(procedure(),
-               QStringLiteral("SQL1=") + getLastSQLCommand() + QStringLiteral("\r\nServerTipo=") + QString::number(m_tipoServer)
-                   + QStringLiteral("\r\nSQL2=") + restoreSqlValues(second),
+               QStringLiteral("SQL1=") + getLastSQLCommand() + QStringLiteral("\r\nServerTipo=")
+                   + QString::number(m_tipoServer) + QStringLiteral("\r\nSQL2=") + restoreSqlValues(second),
                &error);
         abandonCurrent();
         return -1;
@@ -626,7 +606,8 @@ QVariant cAdoSqlServer::getStoredResult(const cCommand& cmd, const QString& tag)
 
 QDateTime cAdoSqlServer::getDataOraServer(const QString& tag)
 {
-    QString sql = m_tipoServer == TipoServer::SqlServer ? QStringLiteral("SELECT GetDate()") : QStringLiteral("SELECT Now()");
+    QString sql =
+        m_tipoServer == TipoServer::SqlServer ? QStringLiteral("SELECT GetDate()") : QStringLiteral("SELECT Now()");
     return toDateTime(getValueBySQL(sql, QStringLiteral("cAdoSqlServer.getDataOraServer -> ") + tag));
 }
 
@@ -634,7 +615,8 @@ void cAdoSqlServer::setNewTable(const QString& rifForm, const QString& nome)
 {
     const QString tag = QStringLiteral("cAdoSqlServer.setNewTable");
     const QVariant count =
-        getValueBySQL(QStringLiteral("SELECT COUNT(RifForm) FROM ElencoTabelle WHERE RifForm = ") + sqlText(rifForm), tag);
+        getValueBySQL(QStringLiteral("SELECT COUNT(RifForm) FROM ElencoTabelle WHERE RifForm = ") + sqlText(rifForm),
+                      tag);
     if (!count.isValid() || count.toInt() != 0)
         return;
     const int before = m_count;
@@ -650,7 +632,8 @@ void cAdoSqlServer::setNewTable(const QString& rifForm, const QString& nome)
     const QVariant group = getValueBySQL(QStringLiteral("SELECT RID FROM GRUPPOUTENTI WHERE AMMINISTRATORE=1"), tag);
     executeSQL(QStringLiteral("INSERT INTO GRUPPOPERMESSI (FK_GRUPPOUTENTI, FK_TABELLE, VISUALIZZA, SCRIVI, ELIMINA, "
                               "STAMPA) VALUES (")
-                   + getIDOrNullStr(group) + QStringLiteral(", ") + QString::number(id) + QStringLiteral(", 1, 1, 1, 1)"),
+                   + getIDOrNullStr(group) + QStringLiteral(", ") + QString::number(id)
+                   + QStringLiteral(", 1, 1, 1, 1)"),
                tag);
 }
 

@@ -23,6 +23,7 @@
 #include <QList>
 #include <QString>
 #include <QVariant>
+
 #include <memory>
 #include <optional>
 
@@ -30,15 +31,17 @@
 class cConnection
 {
 public:
-    explicit cConnection(PhysicalConnectionPtr physical) : m_physical(std::move(physical)) {}
+    explicit cConnection(PhysicalConnectionPtr physical)
+        : m_physical(std::move(physical))
+    { }
 
-    int State() const;                         // 1 open, 0 closed
-    void close();                              // gives the physical connection back
+    int State() const; // 1 open, 0 closed
+    void close();      // gives the physical connection back
     PhysicalConnection* physical() const { return m_physical.get(); }
     // A new physical connection in place of one that died.
     bool reopen(int tipoServer, const QString& connectionString, DbError& error);
 
-    QList<DbError> Errors;                     // errors of the latest statement
+    QList<DbError> Errors; // errors of the latest statement
 
 private:
     PhysicalConnectionPtr m_physical;
@@ -60,8 +63,8 @@ public:
     // What made the latest statement fail.
     enum class Failure {
         None,
-        Busy,             // another workstation held the lock, or a deadlock victim
-        ConnectionLost,   // the connection died inside a transaction
+        Busy,           // another workstation held the lock, or a deadlock victim
+        ConnectionLost, // the connection died inside a transaction
         Other,
     };
 
@@ -161,7 +164,8 @@ private:
     // a name put together only then.
     bool openQuery(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey,
                    std::optional<QSqlQuery>& query);
-    RecordsetPtr openRecordset(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey);
+    RecordsetPtr openRecordset(QString& text, QLatin1StringView procedure, const QString& tag,
+                               QLatin1StringView infoKey);
     void report(const QString& procedure, const QString& information, const DbError* error = nullptr);
     bool runStatement(QString& sql, QLatin1StringView procedure, const QString& tag, bool withRA, int* affected);
     void reportStatementFailure(const QString& procedure, const QString& sql, const DbError& error, bool withRA);

@@ -10,6 +10,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+
 #include <optional>
 #include <vector>
 
@@ -100,13 +101,15 @@ bool openFileDb(QSqlDatabase& db, const QString& name, const QString& connection
         const bool readable = file.open(QIODevice::ReadOnly);
         const QByteArray head = readable ? file.read(16) : QByteArray();
         if (head != QByteArray("SQLite format 3", 16)) {
-            error.number = 26;   // SQLITE_NOTADB
+            error.number = 26; // SQLITE_NOTADB
             error.nativeError = QStringLiteral("26");
             error.source = driver::sourceName(TipoServer::FileDb);
             if (!readable)
-                error.description = QStringLiteral("Impossibile leggere il file '") + path + QStringLiteral("': ") + file.errorString();
+                error.description =
+                    QStringLiteral("Impossibile leggere il file '") + path + QStringLiteral("': ") + file.errorString();
             else if (head.isEmpty())
-                error.description = QStringLiteral("Il file '") + path + QStringLiteral("' è vuoto: non è un database.");
+                error.description =
+                    QStringLiteral("Il file '") + path + QStringLiteral("' è vuoto: non è un database.");
             else
                 error.description = QStringLiteral("Il file '") + path + QStringLiteral("' non è un database SQLite.");
             return false;
@@ -119,8 +122,9 @@ bool openFileDb(QSqlDatabase& db, const QString& name, const QString& connection
         error = driver::fromQtError(db.lastError(), TipoServer::FileDb);
         return false;
     }
-    if (!runSetup(db, {QStringLiteral("PRAGMA foreign_keys=ON"), QStringLiteral("PRAGMA journal_mode=WAL"),
-                       QStringLiteral("PRAGMA synchronous=NORMAL")},
+    if (!runSetup(db,
+                  {QStringLiteral("PRAGMA foreign_keys=ON"), QStringLiteral("PRAGMA journal_mode=WAL"),
+                   QStringLiteral("PRAGMA synchronous=NORMAL")},
                   TipoServer::FileDb, error))
         return false;
     if (!registerFileDbFunctions(db)) {
@@ -132,7 +136,8 @@ bool openFileDb(QSqlDatabase& db, const QString& name, const QString& connection
     return true;
 }
 
-bool openMySql(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+bool openMySql(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds,
+               DbError& error)
 {
     const MySqlParams p = mySqlParams(connectionString);
     db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), name);
@@ -164,7 +169,8 @@ bool openMySql(QSqlDatabase& db, const QString& name, const QString& connectionS
                     TipoServer::MySql, error);
 }
 
-bool openSqlServer(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds, DbError& error)
+bool openSqlServer(QSqlDatabase& db, const QString& name, const QString& connectionString, int timeoutSeconds,
+                   DbError& error)
 {
     db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), name);
     db.setDatabaseName(connectionString);
@@ -181,7 +187,8 @@ bool openSqlServer(QSqlDatabase& db, const QString& name, const QString& connect
 class DriverAccess
 {
 public:
-    static PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, int timeoutSeconds, DbError& error)
+    static PhysicalConnectionPtr openNew(int tipoServer, const QString& connectionString, int timeoutSeconds,
+                                         DbError& error)
     {
         auto connection = std::make_shared<PhysicalConnection>(tipoServer, connectionString, newConnectionName());
         const QString& name = connection->name();
@@ -198,7 +205,7 @@ public:
             break;
         }
         if (!ok)
-            return nullptr;   // the destructor removes the half-made connection
+            return nullptr; // the destructor removes the half-made connection
         connection->touch();
         return connection;
     }
@@ -213,16 +220,10 @@ public:
 
 namespace {
 
-bool isAsciiDigit(QChar c)
-{
-    return c.unicode() >= u'0' && c.unicode() <= u'9';
-}
+bool isAsciiDigit(QChar c) { return c.unicode() >= u'0' && c.unicode() <= u'9'; }
 
 // A blank between a date and its time: space, tab, and the line and page breaks.
-bool isAsciiBlank(QChar c)
-{
-    return c.unicode() == u' ' || (c.unicode() >= 9 && c.unicode() <= 13);
-}
+bool isAsciiBlank(QChar c) { return c.unicode() == u' ' || (c.unicode() >= 9 && c.unicode() <= 13); }
 
 bool isAsciiWordChar(QChar c)
 {
@@ -239,10 +240,7 @@ QStringView digitRun(QStringView s, qsizetype& at)
     return s.mid(from, at - from);
 }
 
-bool oneOrTwo(QStringView digits)
-{
-    return digits.size() == 1 || digits.size() == 2;
-}
+bool oneOrTwo(QStringView digits) { return digits.size() == 1 || digits.size() == 2; }
 
 void appendTwoDigits(QString& out, QStringView digits)
 {
@@ -351,7 +349,7 @@ struct TopClause
 {
     qsizetype start = -1;
     qsizetype end = -1;
-    QStringView distinct;   // "DISTINCT" and its blanks, as written
+    QStringView distinct; // "DISTINCT" and its blanks, as written
     QStringView count;
 };
 
@@ -455,7 +453,7 @@ QString fileDbSql(const QString& sql)
     QString out;
     out.reserve(sql.size() + 16);
     const QStringView text(sql);
-    qsizetype written = 0;   // the text before this is in `out`
+    qsizetype written = 0; // the text before this is in `out`
     for (qsizetype i = 0; i < sql.size(); ++i) {
         const QChar c = sql.at(i);
         if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
@@ -496,14 +494,12 @@ bool hasTopLetters(QStringView s)
 } // namespace
 
 PhysicalConnection::PhysicalConnection(int tipoServer, QString connectionString, QString name)
-    : m_tipoServer(tipoServer), m_connectionString(std::move(connectionString)), m_name(std::move(name))
-{
-}
+    : m_tipoServer(tipoServer)
+    , m_connectionString(std::move(connectionString))
+    , m_name(std::move(name))
+{ }
 
-PhysicalConnection::~PhysicalConnection()
-{
-    close();
-}
+PhysicalConnection::~PhysicalConnection() { close(); }
 
 void PhysicalConnection::close()
 {
@@ -511,7 +507,7 @@ void PhysicalConnection::close()
         return;
     if (m_db.isOpen())
         m_db.close();
-    m_db = QSqlDatabase();   // the last handle goes before the name is removed
+    m_db = QSqlDatabase(); // the last handle goes before the name is removed
     QSqlDatabase::removeDatabase(m_name);
     m_inTransaction = false;
 }
@@ -687,15 +683,9 @@ void discardIdle(int tipoServer, const QString& connectionString)
         connection->close();
 }
 
-void setTraceHook(TraceHook hook)
-{
-    traceHook = hook;
-}
+void setTraceHook(TraceHook hook) { traceHook = hook; }
 
-void setBusyTimeout(int seconds)
-{
-    busyTimeoutSeconds() = qMax(1, seconds);
-}
+void setBusyTimeout(int seconds) { busyTimeoutSeconds() = qMax(1, seconds); }
 
 QList<PhysicalConnectionPtr> idleConnections(int tipoServer, const QString& connectionString)
 {
@@ -713,7 +703,7 @@ PhysicalConnectionPtr acquire(int tipoServer, const QString& connectionString, i
                 continue;
             if (tipoServer != TipoServer::FileDb && connection->idleMilliseconds() > kRecheckAfterMs
                 && !DriverAccess::answers(*connection))
-                continue;   // dropped by the server meanwhile: open a new one
+                continue; // dropped by the server meanwhile: open a new one
             return connection;
         }
     }

@@ -8,6 +8,7 @@
 #include <QSqlDatabase>
 #include <QString>
 #include <QVariant>
+
 #include <memory>
 
 class QSqlQuery;
@@ -16,10 +17,10 @@ class QSqlError;
 // One failure of the driver, as the error report shows it.
 struct DbError
 {
-    qint64 number = 0;        // the engine's native code when numeric, else -1
-    QString nativeError;      // the native code as the driver gives it
+    qint64 number = 0;   // the engine's native code when numeric, else -1
+    QString nativeError; // the native code as the driver gives it
     QString description;
-    QString source;           // "SQLite", "MariaDB", "SQL Server"
+    QString source; // "SQLite", "MariaDB", "SQL Server"
 
     bool isSet() const { return !description.isEmpty() || number != 0; }
 };
@@ -108,7 +109,12 @@ bool isConnectionLost(int tipoServer, const DbError& error);
 // What reaches the engines, for a benchmark or a diagnosis: every statement
 // as sent (after the last rewriting step) and the transaction boundaries.
 // Off unless a hook is set; the hook runs on the calling thread.
-enum class TraceEvent { Statement, Begin, Commit, Rollback };
+enum class TraceEvent {
+    Statement,
+    Begin,
+    Commit,
+    Rollback
+};
 using TraceHook = void (*)(TraceEvent event, const QString& sql);
 void setTraceHook(TraceHook hook);
 

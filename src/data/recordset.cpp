@@ -18,10 +18,7 @@ bool isAscii(QStringView s)
     return true;
 }
 
-char16_t asciiLower(char16_t c)
-{
-    return c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c;
-}
+char16_t asciiLower(char16_t c) { return c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c; }
 
 // The names are equal once both are in lower case.
 bool sameName(const QString& a, const QString& b)
@@ -87,10 +84,7 @@ QVariant Recordset::value(int index) const
     return m_values.at(m_position * m_columns + index);
 }
 
-QVariant Recordset::value(const QString& name) const
-{
-    return value(fieldIndex(name));
-}
+QVariant Recordset::value(const QString& name) const { return value(fieldIndex(name)); }
 
 QString Recordset::text(const QString& name) const
 {
@@ -116,7 +110,4 @@ Currency Recordset::amount(const QString& name) const
     return v.isNull() ? Currency() : Currency::fromDouble(v.toDouble());
 }
 
-bool Recordset::flag(const QString& name) const
-{
-    return getChekByBool(value(name)) != 0;
-}
+bool Recordset::flag(const QString& name) const { return getChekByBool(value(name)) != 0; }

@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+
 #include <memory>
 
 class QSqlQuery;
@@ -23,22 +24,33 @@ public:
     // Reads every row of an executed query.
     static std::unique_ptr<Recordset> fromQuery(QSqlQuery& query);
 
-    bool isOpen() const { return m_open; }     // State: 1 open, 0 closed
+    bool isOpen() const { return m_open; } // State: 1 open, 0 closed
     int State() const { return m_open ? 1 : 0; }
     void close();
 
     bool eof() const { return m_position >= m_rowCount || m_rowCount == 0; }
     bool bof() const { return m_position < 0 || m_rowCount == 0; }
-    void moveNext() { if (m_position < m_rowCount) ++m_position; }
-    void movePrevious() { if (m_position >= 0) --m_position; }
+    void moveNext()
+    {
+        if (m_position < m_rowCount)
+            ++m_position;
+    }
+    void movePrevious()
+    {
+        if (m_position >= 0)
+            --m_position;
+    }
     void moveFirst() { m_position = 0; }
     void moveLast() { m_position = m_rowCount == 0 ? 0 : m_rowCount - 1; }
     int recordCount() const { return int(m_rowCount); }
     int absolutePosition() const { return int(m_position) + 1; }
 
     int fieldCount() const { return m_columns; }
-    QString fieldName(int index) const { return index >= 0 && index < m_columns ? m_record.fieldName(index) : QString(); }
-    int fieldIndex(const QString& name) const;   // -1 when missing; the last of equal names
+    QString fieldName(int index) const
+    {
+        return index >= 0 && index < m_columns ? m_record.fieldName(index) : QString();
+    }
+    int fieldIndex(const QString& name) const; // -1 when missing; the last of equal names
 
     // The current row's field; a null QVariant for Null, for a missing field
     // and when there is no current row.
@@ -52,12 +64,12 @@ public:
     qint64 integer(const QString& name) const;
     double number(const QString& name) const;
     Currency amount(const QString& name) const;
-    bool flag(const QString& name) const;       // not zero; Null is false
+    bool flag(const QString& name) const; // not zero; Null is false
 
 private:
-    QSqlRecord m_record;           // the names, as the driver gives them
+    QSqlRecord m_record; // the names, as the driver gives them
     int m_columns = 0;
-    QVariantList m_values;         // the rows one after the other
+    QVariantList m_values; // the rows one after the other
     qsizetype m_rowCount = 0;
     qsizetype m_position = 0;
     bool m_open = false;

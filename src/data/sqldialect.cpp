@@ -2,10 +2,10 @@
 
 namespace {
 
-constexpr char16_t kDelimiter = 0x00A4;   // ¤
-constexpr char16_t kComma = 0x2021;       // ‡
-constexpr char16_t kAs = 0x00BF;          // ¿
-constexpr char16_t kBullet = 0x2022;      // •
+constexpr char16_t kDelimiter = 0x00A4; // ¤
+constexpr char16_t kComma = 0x2021;     // ‡
+constexpr char16_t kAs = 0x00BF;        // ¿
+constexpr char16_t kBullet = 0x2022;    // •
 
 struct BlockMarks
 {
@@ -24,7 +24,8 @@ BlockMarks marks(QChar kind)
 qsizetype findMark(const QString& s, QChar kind, bool closing)
 {
     const qsizetype length = closing ? 4 : 3;
-    for (qsizetype p = s.indexOf(QChar(kBullet)); p >= 0 && p + length <= s.size(); p = s.indexOf(QChar(kBullet), p + 1)) {
+    for (qsizetype p = s.indexOf(QChar(kBullet)); p >= 0 && p + length <= s.size();
+         p = s.indexOf(QChar(kBullet), p + 1)) {
         qsizetype k = p + 1;
         if (closing && s.at(k++) != QLatin1Char('/'))
             continue;
@@ -53,7 +54,7 @@ bool removeBlock(QString& s, QChar kind)
         return true;
     const qsizetype length = c + 4 - p;
     if (length < 0)
-        return false;   // closing mark long before the opening one
+        return false; // closing mark long before the opening one
     s = removeAll(s, s.mid(p, length));
     return true;
 }
@@ -75,8 +76,8 @@ bool moveTopToLimit(QString& s)
     const qsizetype p = s.indexOf(QLatin1String("SELECT TOP "), 0, Qt::CaseInsensitive);
     if (p < 0)
         return true;
-    const qsizetype b = p + 6;                 // the blank after SELECT
-    const qsizetype q = s.indexOf(QLatin1Char(' '), b + 5);   // the blank after the number
+    const qsizetype b = p + 6;                              // the blank after SELECT
+    const qsizetype q = s.indexOf(QLatin1Char(' '), b + 5); // the blank after the number
     if (q < 0)
         return false;
     QString clause = s.mid(b + 1, q - b - 1);
@@ -106,7 +107,7 @@ bool dropFormat(QString& s)
 bool selectBlocks(QString& s, int tipoServer)
 {
     if (!s.contains(QChar(kBullet)))
-        return true;   // no block marks at all: the common case
+        return true; // no block marks at all: the common case
     bool ok = true;
     switch (tipoServer) {
     case TipoServer::FileDb:
@@ -121,8 +122,7 @@ bool selectBlocks(QString& s, int tipoServer)
         ok = removeBlock(s, QLatin1Char('A')) && removeBlock(s, QLatin1Char('S'));
         stripBlock(s, QLatin1Char('M'));
         break;
-    default:
-        break;
+    default: break;
     }
     return ok;
 }
@@ -132,18 +132,18 @@ bool selectBlocks(QString& s, int tipoServer)
 // pass does. Each mark is looked for with the library's vectorised search.
 struct Marks
 {
-    bool delimiter = false;   // ¤
-    bool blocks = false;      // •
-    bool comma = false;       // ‡
-    bool as = false;          // ¿
+    bool delimiter = false; // ¤
+    bool blocks = false;    // •
+    bool comma = false;     // ‡
+    bool as = false;        // ¿
     bool backtick = false;
-    bool top = false;         // "top" in any case, for MySQL's TOP
-    bool format = false;      // "t(" in any case, for MySQL's FORMAT(
+    bool top = false;    // "top" in any case, for MySQL's TOP
+    bool format = false; // "t(" in any case, for MySQL's FORMAT(
 };
 
 char16_t asciiLower(QChar c)
 {
-    return c.unicode() | 0x20;   // the same for the two cases of a letter only
+    return c.unicode() | 0x20; // the same for the two cases of a letter only
 }
 
 // `follows` in any case right before each `at` character.
@@ -177,10 +177,10 @@ Marks scan(QStringView s, int tipoServer)
 
 // The steps that put characters for characters, in one pass over the text.
 enum Substitution {
-    Delimiters = 1,   // "'" doubled and "¤" to "'"
-    Commas = 2,       // "‡" to ","
-    As = 4,           // "¿" to "AS"
-    Backticks = 8,    // "`" to '"'
+    Delimiters = 1, // "'" doubled and "¤" to "'"
+    Commas = 2,     // "‡" to ","
+    As = 4,         // "¿" to "AS"
+    Backticks = 8,  // "`" to '"'
 };
 
 QString substitute(const QString& sql, int which)

@@ -12,7 +12,7 @@
 
 namespace TipoServer {
 constexpr int SqlServer = 0;
-constexpr int FileDb = 1;   // Access in the old days, SQLite here
+constexpr int FileDb = 1; // Access in the old days, SQLite here
 constexpr int MySql = 2;
 } // namespace TipoServer
 

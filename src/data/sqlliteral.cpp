@@ -4,6 +4,7 @@
 #include "data/sqldialect.h"
 
 #include <QDateTime>
+
 #include <cmath>
 #include <cstring>
 
@@ -35,7 +36,7 @@ QString wellFormedText(const QString& text)
             continue;
         }
         if (out.isNull())
-            out = text;   // the first half character: copy once
+            out = text; // the first half character: copy once
         out[i] = QChar(QChar::ReplacementCharacter);
     }
     return out.isNull() ? text : out;
@@ -165,15 +166,11 @@ QString sqlNumber(const QVariant& value, const QString& fallback)
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
     case QMetaType::Short:
-    case QMetaType::UShort:
-        return QString::number(value.toLongLong());
+    case QMetaType::UShort: return QString::number(value.toLongLong());
     case QMetaType::Double:
-    case QMetaType::Float:
-        return std::isfinite(value.toDouble()) ? numberText(value.toDouble()) : fallback;
-    case QMetaType::Bool:
-        return value.toBool() ? QStringLiteral("-1") : QStringLiteral("0");
-    default:
-        break;
+    case QMetaType::Float: return std::isfinite(value.toDouble()) ? numberText(value.toDouble()) : fallback;
+    case QMetaType::Bool: return value.toBool() ? QStringLiteral("-1") : QStringLiteral("0");
+    default: break;
     }
     QString text = value.toString();
     if (!text.contains(QLatin1Char(',')))
@@ -186,10 +183,7 @@ QString sqlNumber(const QVariant& value, const QString& fallback)
 
 } // namespace
 
-QString getSQLSeparator()
-{
-    return QStringLiteral("\u00A4");
-}
+QString getSQLSeparator() { return QStringLiteral("\u00A4"); }
 
 namespace {
 
@@ -201,10 +195,7 @@ struct Found
 };
 
 // Nonzero when one of the four 16-bit lanes of v is zero.
-quint64 zeroLanes(quint64 v)
-{
-    return (v - 0x0001000100010001ULL) & ~v & 0x8000800080008000ULL;
-}
+quint64 zeroLanes(quint64 v) { return (v - 0x0001000100010001ULL) & ~v & 0x8000800080008000ULL; }
 
 Found lookFor(QStringView s)
 {
@@ -350,10 +341,8 @@ QString sqlDateFor(const QVariant& value, int tipoServer)
     switch (tipoServer) {
     case TipoServer::SqlServer:
         return QStringLiteral("{ d ") + getSQLSeparator() + isoDate(d) + getSQLSeparator() + QStringLiteral(" }");
-    case TipoServer::FileDb:
-        return QLatin1Char('#') + usDate(d) + QLatin1Char('#');
-    default:
-        return getSQLSeparator() + isoDate(d) + getSQLSeparator();
+    case TipoServer::FileDb: return QLatin1Char('#') + usDate(d) + QLatin1Char('#');
+    default: return getSQLSeparator() + isoDate(d) + getSQLSeparator();
     }
 }
 
@@ -385,22 +374,14 @@ QString sqlTimeFor(const QVariant& value, int tipoServer)
     switch (tipoServer) {
     case TipoServer::SqlServer:
         return QStringLiteral("{ t ") + getSQLSeparator() + hms(t) + getSQLSeparator() + QStringLiteral(" }");
-    case TipoServer::FileDb:
-        return QLatin1Char('#') + hms(t) + QLatin1Char('#');
-    default:
-        return getSQLSeparator() + hms(t) + getSQLSeparator();
+    case TipoServer::FileDb: return QLatin1Char('#') + hms(t) + QLatin1Char('#');
+    default: return getSQLSeparator() + hms(t) + getSQLSeparator();
     }
 }
 
-QString getSqlNumber(const QVariant& value)
-{
-    return sqlNumber(value, QStringLiteral("Null"));
-}
+QString getSqlNumber(const QVariant& value) { return sqlNumber(value, QStringLiteral("Null")); }
 
-QString getSqlNumberOrZero(const QVariant& value)
-{
-    return sqlNumber(value, QStringLiteral("0"));
-}
+QString getSqlNumberOrZero(const QVariant& value) { return sqlNumber(value, QStringLiteral("0")); }
 
 QString sqlInsert(const QString& table, const QStringList& columns, const QStringList& values)
 {

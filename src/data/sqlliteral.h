@@ -29,7 +29,10 @@ QString sqlText(const QString& value);
 // "!" and " ESCAPE ¤!¤" follows the pattern. Other texts give the pattern
 // alone. Case and accents follow the back end: SQLite ignores the case of
 // ASCII letters, MariaDB's collation the case and accents of every letter.
-enum class LikeMatch { StartsWith, Contains };
+enum class LikeMatch {
+    StartsWith,
+    Contains
+};
 QString sqlLikePattern(const QString& text, LikeMatch match);
 
 // "INSERT INTO table (c1, c2) VALUES (v1, v2)" and "UPDATE table SET c1 =
