@@ -126,13 +126,12 @@ void frmCausali::applyDependencies()
     negative->setEnabled(scadenze);
     if (!checked(QStringLiteral("chkGeneraScad")))
         negative->setChecked(false);
-    for (const char* side : {"Orig", "Dest"}) {
-        const QString name = QString::fromLatin1(side);
-        const bool warehouse =
-            checked(QStringLiteral("opt")
-                    + (name == QLatin1String("Orig") ? QStringLiteral("Origine") : QStringLiteral("Destinazione"))
-                    + QLatin1Char('_') + QString::number(Magazzino));
-        cLookupField* lookup = lookupOf(QStringLiteral("txtMagazzino") + name);
+    // Each side: its kinds and its warehouse.
+    const std::pair<const char*, const char*> sides[] = {{"optOrigine_", "txtMagazzinoOrig"},
+                                                         {"optDestinazione_", "txtMagazzinoDest"}};
+    for (const auto& [kinds, magazzino] : sides) {
+        const bool warehouse = checked(QLatin1String(kinds) + QString::number(Magazzino));
+        cLookupField* lookup = lookupOf(QString::fromLatin1(magazzino));
         lookup->setEnabled(warehouse);
         if (!warehouse && lookup->rid() > 0)
             lookup->clear();
