@@ -325,13 +325,15 @@ bool cAdoSqlServer::retryOnNewConnection(const QString& finalText, QSqlQuery* qu
     return m_current->physical()->execute(finalText, query, error, rowsAffected);
 }
 
-// A statement failed outside a transaction: its connection stays counted on
-// the stack, as callers expect, but the physical connection goes back at once
-// so that failures cannot exhaust the server.
+// A statement failed outside a transaction: the connection it took is given
+// back at once, as after a statement that succeeded, so that failures leave
+// nothing open.
 void cAdoSqlServer::abandonCurrent()
 {
-    if (!m_inTransaction && m_current)
+    if (!m_inTransaction && m_current) {
         m_current->close();
+        disconnect();
+    }
 }
 
 bool cAdoSqlServer::openQuery(QString& text, QLatin1StringView procedure, const QString& tag, QLatin1StringView infoKey,

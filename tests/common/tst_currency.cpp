@@ -3,8 +3,6 @@
 #include "common/valuecheck.h"
 #include "support/localerows.h"
 
-#include <QDate>
-#include <QRandomGenerator>
 #include <QtTest>
 
 #include <cmath>
@@ -14,6 +12,13 @@ namespace {
 
 constexpr qint64 RawMax = std::numeric_limits<qint64>::max();
 constexpr qint64 RawMin = std::numeric_limits<qint64>::min();
+
+// The columns of a table: the process locale's, then those named.
+template <typename... T, typename... Name> void columns(Name... names)
+{
+    QTest::addColumn<QString>("locale");
+    (QTest::addColumn<T>(names), ...);
+}
 
 } // namespace
 
@@ -26,13 +31,9 @@ private Q_SLOTS:
     // form gives the same amount in range and none beyond it.
     void fromDouble_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<double>("value");
-        QTest::addColumn<bool>("asSingle");
-        QTest::addColumn<qint64>("raw");
-        QTest::addColumn<bool>("inRange");
-        const auto row = [](const char* name, double v, qint64 raw) { addRows(name, v, false, raw, true); };
-        const auto beyond = [](const char* name, double v, qint64 raw) { addRows(name, v, false, raw, false); };
+        columns<double, qint64, bool>("value", "raw", "inRange");
+        const auto row = [](const char* name, double v, qint64 raw) { addRows(name, v, raw, true); };
+        const auto beyond = [](const char* name, double v, qint64 raw) { addRows(name, v, raw, false); };
         // Odd multiples of 1/32 are the only doubles that fall exactly halfway.
         row("tie 1/32 down to even", 0.03125, 312);
         row("tie 3/32 up to even", 0.09375, 938);
@@ -54,28 +55,20 @@ private Q_SLOTS:
         beyond("minus infinity", -std::numeric_limits<double>::infinity(), RawMin);
         beyond("NaN", std::numeric_limits<double>::quiet_NaN(), 0);
         // A Single enters at its own binary value.
-        addRows("Single 0.00015f is 0.000150000007...", 0.00015, true, qint64(2), true);
-        addRows("Single 1234.5678f is 1234.56774...", 1234.5678, true, qint64(12345677), true);
+        row("Single 0.00015f is 0.000150000007...", double(0.00015f), 2);
+        row("Single 1234.5678f is 1234.56774...", double(1234.5678f), 12345677);
     }
     void fromDouble()
     {
         LOCALE_SCOPE;
         QFETCH(double, value);
-        QFETCH(bool, asSingle);
         QFETCH(qint64, raw);
         QFETCH(bool, inRange);
-        if (asSingle)
-            value = toSingle(value);
         QCOMPARE(Currency::fromDouble(value).raw(), raw);
         QCOMPARE(Currency::fromLongDouble(value).raw(), raw);
-        const std::optional<Currency> checked = Currency::fromDoubleChecked(value);
-        const std::optional<Currency> checkedLong = Currency::fromLongDoubleChecked(value);
-        QCOMPARE(checked.has_value(), inRange);
-        QCOMPARE(checkedLong.has_value(), inRange);
-        if (inRange) {
-            QCOMPARE(checked->raw(), raw);
-            QCOMPARE(checkedLong->raw(), raw);
-        }
+        const std::optional<Currency> checked = inRange ? std::optional(Currency::fromRaw(raw)) : std::nullopt;
+        QCOMPARE(Currency::fromDoubleChecked(value), checked);
+        QCOMPARE(Currency::fromLongDoubleChecked(value), checked);
     }
 
     // Sums, differences, negations and products at the limits: the plain
@@ -121,26 +114,21 @@ private Q_SLOTS:
         QFETCH(qint64, b);
         QFETCH(qint64, saturated);
         QFETCH(bool, inRange);
-        const Currency x = Currency::fromRaw(a);
-        const Currency y = Currency::fromRaw(b);
+        const Currency x = Currency::fromRaw(a), y = Currency::fromRaw(b);
         Currency plain;
         std::optional<Currency> checked;
-        if (op == QLatin1String("+")) {
+        if (op == u"+") {
             plain = x + y;
             checked = checkedAdd(x, y);
             Currency total = x;
             QCOMPARE(addChecked(total, y), inRange);
             QCOMPARE(total, inRange ? Currency::fromRaw(saturated) : x); // unchanged on failure
-            Currency running = x;
-            running += y;
-            QCOMPARE(running, plain);
-        } else if (op == QLatin1String("-")) {
+            QCOMPARE(Currency(x) += y, plain);
+        } else if (op == u"-") {
             plain = x - y;
             checked = checkedSub(x, y);
-            Currency running = x;
-            running -= y;
-            QCOMPARE(running, plain);
-        } else if (op == QLatin1String("neg")) {
+            QCOMPARE(Currency(x) -= y, plain);
+        } else if (op == u"neg") {
             plain = -x;
             checked = checkedNeg(x);
         } else {
@@ -150,20 +138,13 @@ private Q_SLOTS:
             QCOMPARE(CyMul(y, x), plain);
         }
         QCOMPARE(plain.raw(), saturated);
-        QCOMPARE(checked.has_value(), inRange);
-        if (inRange)
-            QCOMPARE(checked->raw(), saturated);
+        QCOMPARE(checked, inRange ? std::optional(plain) : std::nullopt);
     }
 
     // The messages engines hand back for a value they will not store.
     void valueMessages_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<double>("number");
-        QTest::addColumn<QString>("campo");
-        QTest::addColumn<QString>("expected");
+        columns<QString, QDate, double, QString, QString>("kind", "date", "number", "campo", "expected");
         const QString limiti = " (sono ammessi importi da -922.337.203.685.477,5808 a 922.337.203.685.477,5807).";
         const QString fuori = "Importo fuori dai limiti consentiti";
         const QString intervallo = " (la data deve essere compresa tra il 01/01/1753 e il 31/12/9999).";
@@ -256,9 +237,7 @@ private Q_SLOTS:
 
     void toPlainString_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<qint64>("raw");
-        QTest::addColumn<QString>("text");
+        columns<qint64, QString>("raw", "text");
         addRows("zero", qint64(0), QStringLiteral("0"));
         addRows("trailing zeros dropped", qint64(12345000), QStringLiteral("1234.5"));
         addRows("smallest negative step", qint64(-1), QStringLiteral("-0.0001"));

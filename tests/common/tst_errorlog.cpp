@@ -3,10 +3,6 @@
 #include "common/apphome.h"
 #include "common/errorlog.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 class TestErrorLog : public QObject

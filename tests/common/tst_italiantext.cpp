@@ -1,9 +1,6 @@
 #include "common/italiantext.h"
 #include "support/localerows.h"
 
-#include <QDate>
-#include <QDateTime>
-#include <QTime>
 #include <QtTest>
 
 #include <limits>
@@ -16,6 +13,12 @@ QVariant text(const char* s) { return QVariant(QString::fromUtf8(s)); }
 QString str(const char* s) { return QString::fromUtf8(s); }
 template <typename T> QVariant typedNull() { return QVariant(QMetaType::fromType<T>()); } // a database Null
 QVariant money(qint64 raw) { return QVariant::fromValue(Currency::fromRaw(raw)); }
+// The columns of a table: the process locale's, then those named.
+template <typename... T, typename... Name> void columns(Name... names)
+{
+    QTest::addColumn<QString>("locale");
+    (QTest::addColumn<T>(names), ...);
+}
 
 } // namespace
 
@@ -26,10 +29,7 @@ class TstItalianText : public QObject
 private Q_SLOTS:
     void parseNumber_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<bool>("valid");
-        QTest::addColumn<double>("value");
+        columns<QString, bool, double>("input", "valid", "value");
         const auto ok = [](const char* name, const char* in, double v) { addRows(name, str(in), true, v); };
         const auto bad = [](const char* name, const char* in) { addRows(name, str(in), false, 0.0); };
         ok("dot for thousands, comma for decimals", "1.234,50", 1234.5);
@@ -74,11 +74,7 @@ private Q_SLOTS:
 
     void getValore_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<qint64>("raw");
-        QTest::addColumn<float>("single");
-        QTest::addColumn<double>("numeric");
+        columns<QVariant, qint64, float, double>("value", "raw", "single", "numeric");
         addRows("Null", QVariant(), qint64(0), 0.0f, 0.0);
         addRows("typed Null", typedNull<double>(), qint64(0), 0.0f, 0.0);
         addRows("not numeric", text("abc"), qint64(0), 0.0f, 0.0);
@@ -115,11 +111,7 @@ private Q_SLOTS:
     // same text through its own overload and through a QVariant.
     void formattaImporto_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("decimals");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("emptyWhenNull");
+        columns<QVariant, int, QString, QString>("value", "decimals", "expected", "emptyWhenNull");
         const auto row = [](const char* name, const QVariant& v, int decimals, const char* expected,
                             const char* whenEmpty = nullptr) {
             addRows(name, v, decimals, str(expected), whenEmpty ? str(whenEmpty) : str(expected));
@@ -184,10 +176,7 @@ private Q_SLOTS:
     // The plain text of a number, and a whole number through a mask.
     void plainText_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("mask"); // empty: plainTextIt
-        QTest::addColumn<QString>("expected");
+        columns<QVariant, QString, QString>("value", "mask", "expected"); // no mask: plainTextIt
         const auto plain = [](const char* name, const QVariant& v, const char* expected) {
             addRows(name, v, QString(), str(expected));
         };
@@ -229,10 +218,7 @@ private Q_SLOTS:
 
     void formatDates_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QDateTime>("when");
-        QTest::addColumn<QString>("dateTime");
-        QTest::addColumn<QString>("stamp");
+        columns<QDateTime, QString, QString>("when", "dateTime", "stamp");
         addRows("morning", QDateTime(QDate(2023, 12, 5), QTime(9, 5, 7)), str("05/12/2023 09:05:07"),
                 str("20231205-090507"));
         addRows("evening", QDateTime(QDate(2024, 2, 29), QTime(23, 59)), str("29/02/2024 23:59:00"),
@@ -257,9 +243,7 @@ private Q_SLOTS:
 
     void toDateTime_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QDateTime>("expected");
+        columns<QVariant, QDateTime>("value", "expected");
         const QDate d(2023, 12, 5);
         const QDateTime midnight(d, QTime(0, 0));
         const QDateTime withTime(d, QTime(10, 20, 30));
@@ -297,10 +281,7 @@ private Q_SLOTS:
 
     void screenHelpers_data()
     {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<int>("chek");
+        columns<QVariant, QString, int>("value", "id", "chek");
         const QString null = str("Null");
         addRows("int", QVariant(15), str("15"), 15);
         addRows("whole double", QVariant(15.0), str("15"), 15);

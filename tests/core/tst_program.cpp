@@ -2,13 +2,11 @@
 #include "data/driver.h"
 #include "support/testdb.h"
 
-#include <QDirIterator>
-#include <QImage>
-#include <QProcess>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
-const QString kProgram = QStringLiteral(ORVANTIS_PROGRAM);
 
 QString bytesOf(const QString& path)
 {
@@ -19,10 +17,9 @@ QString bytesOf(const QString& path)
 // A start that logs in and leaves a picture of the window instead of staying.
 QStringList start(const QTemporaryDir& home)
 {
-    return {QStringLiteral("--home"),       home.path(),
-            QStringLiteral("--password"),   QStringLiteral("orvantis"),
-            QStringLiteral("--screenshot"), home.filePath(QStringLiteral("shot.png"))};
+    return {u"--home"_s, home.path(), u"--password"_s, u"orvantis"_s, u"--screenshot"_s, home.filePath(u"shot.png"_s)};
 }
+
 } // namespace
 
 class TestProgram : public QObject
@@ -31,20 +28,21 @@ class TestProgram : public QObject
 
     std::unique_ptr<QTemporaryDir> m_config; // the per-user settings of each test
 
-    QProcessEnvironment environment() const
+    // Starts the program with the per-user settings of the test, offscreen.
+    void launch(QProcess& process, const QStringList& arguments) const
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_config->path());
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        env.remove(QStringLiteral("ORVANTIS_HOME"));
-        return env;
+        env.insert(u"XDG_CONFIG_HOME"_s, m_config->path());
+        env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        env.remove(u"ORVANTIS_HOME"_s);
+        process.setProcessEnvironment(env);
+        process.start(QStringLiteral(ORVANTIS_PROGRAM), arguments);
     }
-
+    // Runs the program to its end: its exit code, -1 when it hangs, -2 when it crashes.
     int run(const QStringList& arguments, QString* output = nullptr) const
     {
         QProcess process;
-        process.setProcessEnvironment(environment());
-        process.start(kProgram, arguments);
+        launch(process, arguments);
         if (!process.waitForFinished(60000))
             return -1;
         if (output)
@@ -63,15 +61,12 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments"); // besides --home and --screenshot
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
-        const QStringList login{QStringLiteral("--password"), QStringLiteral(" orvantis ")};
-        const QString open = QStringLiteral("--open");
+        const QStringList login{u"--password"_s, u" orvantis "_s};
         QTest::newRow("main window") << login << 0 << QString();
-        QTest::newRow("server settings") << login + QStringList{open, QStringLiteral("frmOptionServer")} << 0
-                                         << QString();
-        QTest::newRow("password change") << login + QStringList{open, QStringLiteral("frmCambiaPW")} << 0 << QString();
-        QTest::newRow("wrong password") << QStringList{login.first(), QStringLiteral("no")} << 1
-                                        << QStringLiteral("Password non corretta.");
-        QTest::newRow("unknown screen") << login + QStringList{open, QStringLiteral("frmNessuno")} << 2 << QString();
+        QTest::newRow("server settings") << login + QStringList{"--open", "frmOptionServer"} << 0 << QString();
+        QTest::newRow("password change") << login + QStringList{"--open", "frmCambiaPW"} << 0 << QString();
+        QTest::newRow("wrong password") << QStringList{"--password", "no"} << 1 << u"Password non corretta."_s;
+        QTest::newRow("unknown screen") << login + QStringList{"--open", "frmNessuno"} << 2 << QString();
     }
     void screenshotOfAFreshStart()
     {
@@ -79,21 +74,16 @@ private Q_SLOTS:
         QFETCH(int, exitCode);
         QFETCH(QString, says);
         QTemporaryDir home;
-        const QString picture = home.filePath(QStringLiteral("main.png"));
+        const QString picture = home.filePath(u"main.png"_s);
         QString output;
-        QCOMPARE(run(QStringList{QStringLiteral("--home"), home.path(), QStringLiteral("--screenshot"), picture}
-                         + arguments,
-                     &output),
-                 exitCode);
+        QCOMPARE(run(QStringList{"--home", home.path(), "--screenshot", picture} + arguments, &output), exitCode);
         QVERIFY2(output.contains(says), qPrintable(output));
-        if (exitCode != 0) {
-            QVERIFY(!QFileInfo::exists(picture));
+        QCOMPARE(QFileInfo::exists(picture), exitCode == 0);
+        if (exitCode != 0)
             return;
-        }
         const QImage image(picture);
-        QVERIFY2(!image.isNull(), qPrintable(output));
         QVERIFY(image.width() > 200 && image.height() > 100);
-        QVERIFY(QFileInfo::exists(home.filePath(QStringLiteral("Orvantis.db"))));
+        QVERIFY(QFileInfo::exists(home.filePath(u"Orvantis.db"_s)));
     }
 
     // A program folder given by --home keeps its settings inside: what one
@@ -107,44 +97,35 @@ private Q_SLOTS:
     void homeKeepsItsSettings()
     {
         QFETCH(QString, backend);
-        QTemporaryDir first;
-        QTemporaryDir second;
-        const bool server = backend == QLatin1String("mariadb");
-        const QString database = QStringLiteral("orv_home_%1").arg(QCoreApplication::applicationPid());
-        const QString drop = QStringLiteral("DROP DATABASE IF EXISTS ") + database;
-        QStringList init{QStringLiteral("--home"), first.path(), QStringLiteral("--init-db"),
-                         QStringLiteral("--db-type"), server ? QStringLiteral("2") : QStringLiteral("1")};
-        if (server) {
-            testdb::serverAdmin(drop);
-            init << QStringLiteral("--connection")
-                 << testdb::mysqlBaseConnectionString() + QStringLiteral(";Database=") + database;
-        }
-        const auto dropDatabase = qScopeGuard([&] {
-            if (server)
-                testdb::serverAdmin(drop);
-        });
-        auto settingsFiles = [](const QString& folder) {
+        QTemporaryDir first, second;
+        const bool server = backend == "mariadb"_L1;
+        const QString database = u"orv_home_%1"_s.arg(QCoreApplication::applicationPid());
+        QStringList init{"--home", first.path(), "--init-db", "--db-type", server ? "2" : "1"};
+        const auto drop = [&] { server&& testdb::serverAdmin("DROP DATABASE IF EXISTS " + database); };
+        drop();
+        const auto dropAtEnd = qScopeGuard(drop);
+        if (server)
+            init << u"--connection"_s << testdb::mysqlBaseConnectionString() + ";Database=" + database;
+        const auto settingsFiles = [](const QString& folder) {
             QStringList files;
-            for (QDirIterator it(folder, {QStringLiteral("*.ini")}, QDir::Files, QDirIterator::Subdirectories);
-                 it.hasNext();)
+            for (QDirIterator it(folder, {u"*.ini"_s}, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
                 files << QDir(folder).relativeFilePath(it.next());
             return files;
         };
         QString output;
         QCOMPARE(run(init, &output), 0);
-        QCOMPARE(settingsFiles(first.path()), QStringList{QStringLiteral("prgOrvantis.ini")});
-        QVERIFY2(bytesOf(first.filePath(QStringLiteral("prgOrvantis.ini")))
-                     .contains(server ? QStringLiteral("DBType=2") : QStringLiteral("DBType=1")),
+        QCOMPARE(settingsFiles(first.path()), QStringList{"prgOrvantis.ini"});
+        QVERIFY2(bytesOf(first.filePath(u"prgOrvantis.ini"_s)).contains(server ? u"DBType=2"_s : u"DBType=1"_s),
                  qPrintable(output));
-        QCOMPARE(QFileInfo::exists(first.filePath(QStringLiteral("Orvantis.db"))), !server);
+        QCOMPARE(QFileInfo::exists(first.filePath(u"Orvantis.db"_s)), !server);
 
         // The first folder starts on what it was prepared for ...
         QCOMPARE(run(start(first)), 0);
-        QCOMPARE(QFileInfo::exists(first.filePath(QStringLiteral("Orvantis.db"))), !server);
+        QCOMPARE(QFileInfo::exists(first.filePath(u"Orvantis.db"_s)), !server);
         // ... and the second, started for the first time, on a file of its own.
         QCOMPARE(run(start(second)), 0);
-        QVERIFY(QFileInfo::exists(second.filePath(QStringLiteral("Orvantis.db"))));
-        QVERIFY(!bytesOf(second.filePath(QStringLiteral("prgOrvantis.ini"))).contains(QStringLiteral("DBType=2")));
+        QVERIFY(QFileInfo::exists(second.filePath(u"Orvantis.db"_s)));
+        QVERIFY(!bytesOf(second.filePath(u"prgOrvantis.ini"_s)).contains(u"DBType=2"_s));
         QCOMPARE(settingsFiles(m_config->path()), QStringList());
     }
 
@@ -160,27 +141,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("command"); // "start", "--init-db", "--build-model"
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
-        const QString db = QStringLiteral("Orvantis.db");
-        const QString start = QStringLiteral("start");
-        const QString init = QStringLiteral("--init-db");
-        const QString model = QStringLiteral("--build-model");
-        QTest::newRow("0 bytes, start") << db << QStringLiteral("empty") << start << 1 << QStringLiteral("vuoto");
-        QTest::newRow("0 bytes, --init-db") << db << QStringLiteral("empty") << init << 1 << QStringLiteral("vuoto");
-        QTest::newRow("text, start") << db << QStringLiteral("text") << start << 1
-                                     << QStringLiteral("non è un database");
-        QTest::newRow("text, --init-db") << db << QStringLiteral("text") << init << 1
-                                         << QStringLiteral("non è un database");
-        QTest::newRow("gone after a start")
-            << db << QStringLiteral("gone") << start << 1 << QStringLiteral("non esiste");
-        QTest::newRow("gone, --init-db makes it")
-            << db << QStringLiteral("gone") << init << 0 << QStringLiteral("Creato il database");
-        QTest::newRow("model over the firm's database") << db << QString() << model << 1 << QString();
-        QTest::newRow("model over a text file")
-            << QStringLiteral("note.txt") << QStringLiteral("text") << model << 1 << QString();
-        QTest::newRow("model over an older model")
-            << QStringLiteral("OModel.db") << QString() << model << 0 << QString();
-        QTest::newRow("model into a new file")
-            << QStringLiteral("nuovo/OModel.db") << QString() << model << 0 << QString();
+        const auto row = [](const char* name, const char* target, const char* replace, const char* command,
+                            int exitCode, const char* says) {
+            QTest::newRow(name) << QString(target) << QString(replace) << QString(command) << exitCode << QString(says);
+        };
+        row("0 bytes, start", "Orvantis.db", "empty", "start", 1, "vuoto");
+        row("0 bytes, --init-db", "Orvantis.db", "empty", "--init-db", 1, "vuoto");
+        row("text, start", "Orvantis.db", "text", "start", 1, "non è un database");
+        row("text, --init-db", "Orvantis.db", "text", "--init-db", 1, "non è un database");
+        row("gone after a start", "Orvantis.db", "gone", "start", 1, "non esiste");
+        row("gone, --init-db makes it", "Orvantis.db", "gone", "--init-db", 0, "Creato il database");
+        row("model over the firm's database", "Orvantis.db", "", "--build-model", 1, "");
+        row("model over a text file", "note.txt", "text", "--build-model", 1, "");
+        row("model over an older model", "OModel.db", "", "--build-model", 0, "");
+        row("model into a new file", "nuovo/OModel.db", "", "--build-model", 0, "");
     }
     void fileIsLeftAlone()
     {
@@ -197,22 +171,22 @@ private Q_SLOTS:
         if (!replace.isEmpty()) {
             QFile::remove(path);
             QFile file(path);
-            QVERIFY(replace == QLatin1String("gone") || file.open(QIODevice::WriteOnly));
-            if (replace == QLatin1String("text"))
+            QVERIFY(replace == "gone"_L1 || file.open(QIODevice::WriteOnly));
+            if (replace == "text"_L1)
                 file.write("Cliente;Importo\nRossi;122,00\n");
         }
         const bool existed = QFileInfo::exists(path);
         const QString before = bytesOf(path);
-        QStringList arguments{QStringLiteral("--home"), home.path(), command, path};
-        if (command == QLatin1String("start"))
+        QStringList arguments{"--home", home.path(), command, path};
+        if (command == "start"_L1)
             arguments = start(home);
-        else if (command == QLatin1String("--init-db"))
+        else if (command == "--init-db"_L1)
             arguments.removeLast();
         QString output;
         QCOMPARE(run(arguments, &output), exitCode);
         QVERIFY2(output.contains(says) && output.contains(path), qPrintable(output));
         if (exitCode == 0) {
-            QVERIFY(bytesOf(path).startsWith(QStringLiteral("SQLite format 3") + QChar(0)));
+            QVERIFY(bytesOf(path).startsWith(u"SQLite format 3"_s + QChar(0)));
             return;
         }
         QCOMPARE(QFileInfo::exists(path), existed);
@@ -227,16 +201,14 @@ private Q_SLOTS:
     {
         QTemporaryDir home;
         QProcess first;
-        first.setProcessEnvironment(environment());
-        first.start(kProgram,
-                    {QStringLiteral("--home"), home.path(), QStringLiteral("--password"), QStringLiteral("orvantis")});
+        launch(first, {"--home", home.path(), "--password", "orvantis"});
         QVERIFY(first.waitForStarted());
         // The first copy is up once its database exists and a moment has passed for the login.
-        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(home.filePath(QStringLiteral("Orvantis.db"))), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(home.filePath(u"Orvantis.db"_s)), 20000);
         QTest::qWait(2500);
         QVERIFY(first.state() == QProcess::Running);
 
-        QCOMPARE(run({QStringLiteral("--home"), home.path()}), 0);
+        QCOMPARE(run({"--home", home.path()}), 0);
         QVERIFY(first.state() == QProcess::Running);
 
         first.terminate();

@@ -17,30 +17,26 @@
 #include "support/scripteddialogs.h"
 #include "support/testdb.h"
 
-#include <QDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QSqlDatabase>
-#include <QSqlQuery>
+#include <QtSql>
 #include <QtTest>
+#include <QtWidgets>
 
+using namespace Qt::StringLiterals;
 using testdb::ScriptedDialogs;
 
 namespace {
 
-const QString kSaved = QStringLiteral("Le impostazioni correnti sono state salvate.");
-const QString kWrongPassword = QStringLiteral("Password non corretta.");
+const QString kSaved = u"Le impostazioni correnti sono state salvate."_s;
+const QString kWrongPassword = u"Password non corretta."_s;
 
 // No pause, a key of its own; a password, when given, answers the login.
 ShellOptions quickStart(const QString& password = QString())
 {
     static int counter = 0;
-    ShellOptions options;
-    options.pauseMs = 0;
-    options.instanceKey = QStringLiteral("orv-test-%1-%2").arg(QCoreApplication::applicationPid()).arg(++counter);
-    options.hasPassword = !password.isNull();
-    options.password = password;
-    return options;
+    return {.hasPassword = !password.isNull(),
+            .password = password,
+            .pauseMs = 0,
+            .instanceKey = u"orv-test-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(++counter)};
 }
 
 ScriptedDialogs::Driver press(const QString& button)
@@ -52,8 +48,8 @@ ScriptedDialogs::Driver press(const QString& button)
 ScriptedDialogs::Driver typePassword(const QString& password = schema::defaultPassword())
 {
     return [password](QDialog& d) {
-        testdb::typeInto(d, QStringLiteral("txtPassword"), password);
-        testdb::click(d, QStringLiteral("cmdOK"));
+        testdb::typeInto(d, u"txtPassword"_s, password);
+        testdb::click(d, u"cmdOK"_s);
     };
 }
 
@@ -61,47 +57,37 @@ ScriptedDialogs::Driver typePassword(const QString& password = schema::defaultPa
 ScriptedDialogs::Driver warningOf(const QString& module, bool whole = true)
 {
     return [module, whole](QDialog& d) {
-        const QString shown = d.findChild<QLineEdit*>(QStringLiteral("txtModulo"))->text();
-        if (whole)
-            QCOMPARE(shown, module);
-        else
-            QVERIFY2(shown.startsWith(module), qPrintable(shown));
-        testdb::click(d, QStringLiteral("cmdOK"));
+        const QString shown = d.findChild<QLineEdit*>(u"txtModulo"_s)->text();
+        QVERIFY2(whole ? shown == module : shown.startsWith(module), qPrintable(shown));
+        testdb::click(d, u"cmdOK"_s);
     };
 }
 
-void useDatabase(const testdb::TestDatabase& db)
-{
-    machineSettings().remove(QStringLiteral("Server"));
-    saveServerConnection(db.tipoServer(), db.connectionString());
-}
+// The database of the running test, and the settings that name it.
+testdb::TestDatabase& db() { return testdb::shared(testdb::BackendTest::backend()); }
+void useDatabase() { saveServerConnection(db().tipoServer(), db().connectionString()); }
 
 // The connection settings answered with a database file or a server connection.
 ScriptedDialogs::Driver chooseDatabase(int tipoServer, const QString& connection)
 {
     return [tipoServer, connection](QDialog& d) {
         const bool file = tipoServer == TipoServer::FileDb;
-        testdb::click(d, file ? QStringLiteral("optAccess") : QStringLiteral("optMySql"));
-        testdb::typeInto(d, file ? QStringLiteral("txtFileDBAccess") : QStringLiteral("txtConnectionString"),
+        testdb::click(d, file ? u"optAccess"_s : u"optMySql"_s);
+        testdb::typeInto(d, file ? u"txtFileDBAccess"_s : u"txtConnectionString"_s,
                          file ? fileDbPath(connection) : connection);
-        testdb::click(d, QStringLiteral("cmdOk"));
+        testdb::click(d, u"cmdOk"_s);
     };
 }
-ScriptedDialogs::Driver chooseDatabase(const testdb::TestDatabase& db)
-{
-    return chooseDatabase(db.tipoServer(), db.connectionString());
-}
+ScriptedDialogs::Driver chooseDatabase() { return chooseDatabase(db().tipoServer(), db().connectionString()); }
 
 // Everything that makes up a file database on disk: the file's bytes (null
 // when it does not exist) and the journal files SQLite would leave beside it.
 QStringList diskState(const QString& path)
 {
     QFile file(path);
-    QStringList state{file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().toHex())
-                                                     : QStringLiteral("(none)")};
+    QStringList state{file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll().toHex()) : u"(none)"_s};
     for (const char* suffix : {"-wal", "-shm", "-journal"})
-        state
-            << QStringLiteral("%1: %2").arg(QLatin1String(suffix)).arg(QFileInfo::exists(path + QLatin1String(suffix)));
+        state << u"%1: %2"_s.arg(QLatin1String(suffix)).arg(QFileInfo::exists(path + QLatin1String(suffix)));
     return state;
 }
 
@@ -110,54 +96,54 @@ bool writeForeignDatabase(const QString& path)
 {
     bool ok = false;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("foreign"));
+        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"foreign"_s);
         db.setDatabaseName(path);
-        ok = db.open() && QSqlQuery(db).exec(QStringLiteral("CREATE TABLE Clienti (Nome TEXT)"))
-            && QSqlQuery(db).exec(QStringLiteral("INSERT INTO Clienti VALUES ('Rossi')"));
+        ok = db.open() && QSqlQuery(db).exec(u"CREATE TABLE Clienti (Nome TEXT)"_s)
+            && QSqlQuery(db).exec(u"INSERT INTO Clienti VALUES ('Rossi')"_s);
     }
-    QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
+    QSqlDatabase::removeDatabase(u"foreign"_s);
     return ok;
 }
 
 } // namespace
 
-class TestStartSequence : public QObject
+class TestStartSequence : public testdb::BackendTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase()
     {
-        testdb::isolateProgramFolder();
+        BackendTest::initTestCase();
         frmWarning::install();
         gError().setLeaveHook({});
     }
-    void cleanupTestCase() { testdb::dropShared(); }
     void cleanup()
     {
-        gAdoSqlServer().closeAll();
-        machineSettings().remove(QStringLiteral("Server"));
+        BackendTest::cleanup();
+        machineSettings().remove(u"Server"_s);
     }
 
     void firstRunUsesTheFileBesideTheProgram()
     {
-        const QString file = programFile(QStringLiteral("Orvantis.db"));
-        QVERIFY(!QFileInfo::exists(file));
+        QTemporaryDir folder;
+        const auto restoreFolder = qScopeGuard([home = programFolder()] { setProgramFolder(home); });
+        setProgramFolder(folder.path());
+        const QString file = programFile(u"Orvantis.db"_s);
         ScriptedDialogs script;
-        script.expectDialog(QStringLiteral("frmPw"), [file](QDialog& d) {
+        script.expectDialog(u"frmPw"_s, [file](QDialog& d) {
             // The login shows the file it is about to open.
-            QVERIFY(d.findChild<QLabel*>(QStringLiteral("lblDB"))->text().contains(file));
+            QVERIFY(d.findChild<QLabel*>(u"lblDB"_s)->text().contains(file));
             typePassword()(d);
         });
         StartSequence start(quickStart());
         std::unique_ptr<frmMain> main = start.run();
-        QVERIFY(main);
+        QVERIFY(main && main->isVisible());
         QCOMPARE(gSession().tipoServer, TipoServer::FileDb);
         QCOMPARE(fileDbPath(gSession().strConnessione), file);
         QVERIFY(QFileInfo(file).size() > 0);
-        QCOMPARE(machineSettings().value(QString(QChar(0)) + QStringLiteral("/path")).toString(), programFolder());
+        QCOMPARE(machineSettings().value(QString(QChar(0)) + u"/path"_s).toString(), programFolder());
         QCOMPARE(gOptions().amministratore, schema::defaultPassword()); // option globals loaded
-        QVERIFY(main->isVisible());
     }
 
     // Every attempt but the last is refused. Without its row, or with a Null
@@ -166,52 +152,41 @@ private Q_SLOTS:
     // the unreadable option, until the login is cancelled.
     void login_data()
     {
-        QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("damage");
         QTest::addColumn<QStringList>("typed");
         const QString pw = schema::defaultPassword();
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, QStringLiteral("wrong, then right with blanks"))
-                << pw << QString()
-                << QStringList{QStringLiteral("sbagliata"), QStringLiteral("  ") + pw + QStringLiteral(" ")};
-            testdb::row(b, QStringLiteral("empty refused")) << pw << QString() << QStringList{QString(), pw};
-            testdb::row(b, QStringLiteral("empty option takes empty"))
-                << QString() << QString() << QStringList{QStringLiteral("   ")};
-            testdb::row(b, QStringLiteral("case matters")) << pw << QString() << QStringList{pw.toUpper(), pw};
-            const QStringList anything{QString(), QStringLiteral("   "), pw, QStringLiteral("Null")};
-            testdb::row(b, QStringLiteral("no option row"))
-                << pw << QStringLiteral("DELETE FROM Opzioni WHERE NOME = ¤Amministratore¤") << anything;
-            testdb::row(b, QStringLiteral("Null option"))
-                << pw << QStringLiteral("UPDATE Opzioni SET VALORE = Null WHERE NOME = ¤Amministratore¤") << anything;
-        }
+        const QStringList anything{QString(), u"   "_s, pw, u"Null"_s};
+        const QString option = u" WHERE NOME = ¤Amministratore¤"_s;
+        QTest::newRow("wrong, then right with blanks") << pw << QString() << QStringList{"sbagliata", "  " + pw + " "};
+        QTest::newRow("empty refused") << pw << QString() << QStringList{QString(), pw};
+        QTest::newRow("empty option takes empty") << QString() << QString() << QStringList{"   "};
+        QTest::newRow("case matters") << pw << QString() << QStringList{pw.toUpper(), pw};
+        QTest::newRow("no option row") << pw << "DELETE FROM Opzioni" + option << anything;
+        QTest::newRow("Null option") << pw << "UPDATE Opzioni SET VALORE = Null" + option << anything;
     }
     void login()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, stored);
         QFETCH(QString, damage);
         QFETCH(QStringList, typed);
-        testdb::TestDatabase& db = testdb::shared(backend);
-        QVERIFY(db.isValid());
-        useDatabase(db);
-        setOpzione(QStringLiteral("Amministratore"), stored);
-        const auto restore =
-            qScopeGuard([] { setOpzione(QStringLiteral("Amministratore"), schema::defaultPassword()); });
+        useDatabase();
+        setOpzione(u"Amministratore"_s, stored);
+        const auto restore = qScopeGuard([] { setOpzione(u"Amministratore"_s, schema::defaultPassword()); });
         const bool damaged = !damage.isEmpty();
         if (damaged)
             testdb::run(damage);
 
         ScriptedDialogs script;
         for (qsizetype i = 0; i < typed.size(); ++i) {
-            script.expectDialog(QStringLiteral("frmPw"), typePassword(typed.at(i)));
+            script.expectDialog(u"frmPw"_s, typePassword(typed.at(i)));
             if (damaged)
-                script.expectDialog(QStringLiteral("frmWarning"), warningOf(QStringLiteral("bOrvantis.getOpzione")));
+                script.expectDialog(u"frmWarning"_s, warningOf(u"bOrvantis.getOpzione"_s));
             if (damaged || i + 1 < typed.size())
                 script.expectMessage(kWrongPassword, vb::OK);
         }
         if (damaged)
-            script.expectDialog(QStringLiteral("frmPw"), press(QStringLiteral("cmdAnnulla")));
+            script.expectDialog(u"frmPw"_s, press(u"cmdAnnulla"_s));
         StartSequence start(quickStart());
         QCOMPARE(bool(start.run()), !damaged);
         QVERIFY(script.allAnswered());
@@ -226,53 +201,44 @@ private Q_SLOTS:
     // chosen there is used at once, without the advice to restart.
     void refusedDatabase_data()
     {
-        QTest::addColumn<QString>("backend");
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("says"); // empty: no message before the settings
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, QStringLiteral("no server")) << QStringLiteral("no server") << QString();
-            testdb::row(b, QStringLiteral("mistyped path"))
-                << QStringLiteral("missing") << QStringLiteral("non esiste");
-            testdb::row(b, QStringLiteral("default file gone after a start"))
-                << QStringLiteral("default gone") << QStringLiteral("non esiste");
-            testdb::row(b, QStringLiteral("default file, back end chosen before"))
-                << QStringLiteral("default chosen") << QStringLiteral("non esiste");
-            testdb::row(b, QStringLiteral("0 bytes")) << QStringLiteral("empty") << QStringLiteral("vuoto (0 byte)");
-            testdb::row(b, QStringLiteral("a text file"))
-                << QStringLiteral("text") << QStringLiteral("non è un database");
-            testdb::row(b, QStringLiteral("another program's database"))
-                << QStringLiteral("foreign") << QStringLiteral("non di Orvantis");
-        }
+        const auto row = [](const char* name, const char* kind, const char* says) {
+            QTest::newRow(name) << QString(kind) << QString(says);
+        };
+        row("no server", "no server", "");
+        row("mistyped path", "missing", "non esiste");
+        row("default file gone after a start", "default gone", "non esiste");
+        row("default file, back end chosen before", "default chosen", "non esiste");
+        row("0 bytes", "empty", "vuoto (0 byte)");
+        row("a text file", "text", "non è un database");
+        row("another program's database", "foreign", "non di Orvantis");
     }
     void refusedDatabase()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, kind);
         QFETCH(QString, says);
-        testdb::TestDatabase& db = testdb::shared(backend);
-        QVERIFY(db.isValid());
-
+        const int tipoServer = db().tipoServer();
         QTemporaryDir folder;
-        QString path = folder.filePath(QStringLiteral("Ditta.db"));
+        QString path = folder.filePath(u"Ditta.db"_s);
         const auto restoreFolder = qScopeGuard([home = programFolder()] { setProgramFolder(home); });
-        if (kind == QLatin1String("no server")) {
-            machineSettings().setValue(QStringLiteral("Server/DBType"),
-                                       QStringLiteral("2")); // the expert prompt: no server
-        } else if (kind.startsWith(QLatin1String("default"))) {
+        if (kind == "no server"_L1) {
+            machineSettings().setValue(u"Server/DBType"_s, u"2"_s); // the expert prompt: no server
+        } else if (kind.startsWith("default"_L1)) {
             // A program folder of its own, without its file.
             setProgramFolder(folder.path());
-            path = programFile(QStringLiteral("Orvantis.db"));
-            if (kind == QLatin1String("default gone"))
-                saveRunningInfo(QStringLiteral("0.0.0")); // an earlier start on this folder
+            path = programFile(u"Orvantis.db"_s);
+            if (kind == "default gone"_L1)
+                saveRunningInfo(u"0.0.0"_s); // an earlier start on this folder
             else
-                machineSettings().setValue(QStringLiteral("Server/DBType"), QStringLiteral("1"));
+                machineSettings().setValue(u"Server/DBType"_s, u"1"_s);
         } else {
-            if (kind == QLatin1String("foreign")) {
+            if (kind == "foreign"_L1) {
                 QVERIFY(writeForeignDatabase(path));
-            } else if (kind != QLatin1String("missing")) {
+            } else if (kind != "missing"_L1) {
                 QFile file(path);
                 QVERIFY(file.open(QIODevice::WriteOnly));
-                if (kind == QLatin1String("text"))
+                if (kind == "text"_L1)
                     file.write("Fattura n. 1 del 02/01/2024\nTotale 122,00\n");
             }
             saveServerConnection(TipoServer::FileDb, fileDbConnectionString(path));
@@ -282,65 +248,54 @@ private Q_SLOTS:
         ScriptedDialogs script;
         if (!says.isEmpty())
             script.expectMessage(path, vb::OK);
-        script.expectDialog(QStringLiteral("frmOptionServer"), chooseDatabase(db));
+        script.expectDialog(u"frmOptionServer"_s, chooseDatabase());
         script.expectMessage(kSaved, vb::OK);
-        script.expectDialog(QStringLiteral("frmPw"), typePassword());
+        script.expectDialog(u"frmPw"_s, typePassword());
         StartSequence start(quickStart());
         QVERIFY(start.run());
         QVERIFY(script.allAnswered());
         if (!says.isEmpty())
             QVERIFY2(script.shown.first().contains(says), qPrintable(script.shown.first()));
-        QVERIFY(!script.shown.join(QLatin1Char('\n')).contains(QStringLiteral("riavviare")));
-        QCOMPARE(gSession().tipoServer, db.tipoServer());
+        QVERIFY(!script.shown.join(u'\n').contains(u"riavviare"_s));
+        QCOMPARE(gSession().tipoServer, tipoServer);
         QCOMPARE(diskState(path), before);
     }
 
     // A file chosen from the login's settings is checked before the password
     // is: an empty one is named, left alone, and the login comes back.
-    void fileChosenAtLoginIsChecked_data()
-    {
-        testdb::addBackendColumn();
-        testdb::addBackendRows();
-    }
     void fileChosenAtLoginIsChecked()
     {
-        QFETCH(QString, backend);
-        testdb::TestDatabase& db = testdb::shared(backend);
-        QVERIFY(db.isValid());
-        useDatabase(db);
+        useDatabase();
         QTemporaryDir folder;
-        const QString empty = folder.filePath(QStringLiteral("Vuoto.db"));
+        const QString empty = folder.filePath(u"Vuoto.db"_s);
         QVERIFY(QFile(empty).open(QIODevice::WriteOnly));
-
         auto advancedThenPassword = [](QDialog& d) {
-            testdb::click(d, QStringLiteral("cmdAdvanced"));
+            testdb::click(d, u"cmdAdvanced"_s);
             typePassword()(d);
         };
         ScriptedDialogs script;
-        script.expectDialog(QStringLiteral("frmPw"), advancedThenPassword);
-        script.expectDialog(QStringLiteral("frmOptionServer"),
-                            chooseDatabase(TipoServer::FileDb, fileDbConnectionString(empty)));
+        script.expectDialog(u"frmPw"_s, advancedThenPassword);
+        script.expectDialog(u"frmOptionServer"_s, chooseDatabase(TipoServer::FileDb, fileDbConnectionString(empty)));
         script.expectMessage(kSaved, vb::OK);
         script.expectMessage(empty, vb::OK);
-        script.expectDialog(QStringLiteral("frmPw"), advancedThenPassword);
-        script.expectDialog(QStringLiteral("frmOptionServer"), chooseDatabase(db));
+        script.expectDialog(u"frmPw"_s, advancedThenPassword);
+        script.expectDialog(u"frmOptionServer"_s, chooseDatabase());
         script.expectMessage(kSaved, vb::OK);
         StartSequence start(quickStart());
         QVERIFY(start.run());
         QVERIFY(script.allAnswered());
         QCOMPARE(QFileInfo(empty).size(), 0);
-        QVERIFY(!QFileInfo::exists(empty + QStringLiteral("-wal")));
+        QVERIFY(!QFileInfo::exists(empty + u"-wal"_s));
     }
 
     void secondFailureEnds()
     {
-        machineSettings().setValue(QStringLiteral("Server/DBType"), QStringLiteral("2"));
+        machineSettings().setValue(u"Server/DBType"_s, u"2"_s);
         ScriptedDialogs script;
-        script.expectDialog(QStringLiteral("frmOptionServer"), press(QStringLiteral("cmdCancel")));
+        script.expectDialog(u"frmOptionServer"_s, press(u"cmdCancel"_s));
         // The second attempt is not silent: its failure is reported first.
-        script.expectDialog(QStringLiteral("frmWarning"),
-                            warningOf(QStringLiteral("cAdoSqlServer.Connect -> N/D"), false));
-        script.expectMessage(QStringLiteral("Impossibile connettere il DataBase!"), vb::OK);
+        script.expectDialog(u"frmWarning"_s, warningOf(u"cAdoSqlServer.Connect -> N/D"_s, false));
+        script.expectMessage(u"Impossibile connettere il DataBase!"_s, vb::OK);
         StartSequence start(quickStart());
         QVERIFY(!start.run());
         QCOMPARE(start.exitCode(), 1);
@@ -351,8 +306,8 @@ private Q_SLOTS:
     // bring forward.
     void passwordSwitchAndOneCopy()
     {
-        useDatabase(testdb::shared(QStringLiteral("sqlite")));
-        ShellOptions wrong = quickStart(QStringLiteral("sbagliata"));
+        useDatabase();
+        ShellOptions wrong = quickStart(u"sbagliata"_s);
         wrong.interactive = false;
         ScriptedDialogs script;
         script.expectMessage(kWrongPassword, vb::OK);

@@ -1,14 +1,16 @@
 // cAdoSqlServer on the real back ends: connections, transactions, statements,
-// failures and their reports.
+// failures and their reports; random texts come back byte for byte.
 #include "common/italiantext.h"
 #include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "data/driver.h"
+#include "data/schema.h"
 #include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqlliteral.h"
 #include "support/testdb.h"
 
+#include <QRandomGenerator>
 #include <QtTest>
 
 using testdb::ErrorRecorder;
@@ -19,9 +21,9 @@ cAdoSqlServer& db() { return gAdoSqlServer(); }
 
 int insertIva(const QString& code, double value)
 {
-    return db().getIDByInsert(QString("INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (%1, %2, %3)")
-                                  .arg(sqlText(code), sqlText("Aliquota " + code), getSqlNumber(value)),
-                              "test.insertIva", "RID", "Iva");
+    const QString sql = "INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (%1, %2, %3)";
+    return db().getIDByInsert(sql.arg(sqlText(code), sqlText("Aliquota " + code), getSqlNumber(value)), "test", "RID",
+                              "Iva");
 }
 
 // A rate and a product that holds it: the rate cannot be deleted.
@@ -38,6 +40,53 @@ void disconnectAll()
         db().disconnect();
 }
 
+QString half(char16_t unit) { return QString(QChar(unit)); }
+
+// Pieces the rewriting or the drivers could take for their own, and halves of characters.
+const QStringList kTraps =
+    QString("' '' ¤ ‡ ¿ • •A• •/A• •M• •/M• •S• •/S• ` \\ \\' \" # #01/02/2024# & FORMAT( @01 ; -- /* "
+            "% _ ( ) , àèéìòù € ß 😀 👍🏽 \uE000 \uE101 \uF8FF ? :name")
+        .split(' ')
+    + QString("\n|\r\n|\t| |SELECT TOP 5 ").split('|')
+    + QStringList{half(0xD83D), half(0xDE00), half(0xDE00) + half(0xD83D), half(0xDBFF) + "'"};
+
+qsizetype characters(const QString& text) { return text.toUcs4().size(); }
+
+QString randomText(QRandomGenerator& rng)
+{
+    QString s;
+    for (int pieces = int(rng.bounded(1, 12)); pieces > 0; --pieces) {
+        switch (rng.bounded(4)) {
+        case 0: s += kTraps.at(int(rng.bounded(qsizetype(kTraps.size())))); break;
+        case 1: // printable ASCII
+            for (int n = int(rng.bounded(1, 6)); n > 0; --n)
+                s += QChar(char16_t(rng.bounded(0x20, 0x7F)));
+            break;
+        case 2: { // any character of the basic plane but NUL and surrogates
+            char16_t c = 0;
+            while (c == 0 || QChar::isSurrogate(c) || c >= 0xFFFE)
+                c = char16_t(rng.bounded(1, 0x10000));
+            s += QChar(c);
+            break;
+        }
+        default: { // beyond the basic plane
+            const char32_t c = char32_t(rng.bounded(0x10000, 0x10FFFF));
+            s += QString::fromUcs4(&c, 1);
+        }
+        }
+    }
+    return s;
+}
+
+// Over `length` + 2 characters, many beyond the basic plane, for cuts to fall on.
+QString longText(QRandomGenerator& rng, int length)
+{
+    QString s;
+    while (characters(s) < length + 3)
+        s += rng.bounded(3) == 0 ? randomText(rng) : QString::fromUtf8(rng.bounded(2) ? "😀" : "𝄞a");
+    return s;
+}
+
 } // namespace
 
 class TestAdoSqlServer : public testdb::BackendTest
@@ -50,7 +99,6 @@ public:
     { }
 
 private Q_SLOTS:
-    // Every test starts on emptied tables, with no connection open.
     void init()
     {
         BackendTest::init();
@@ -60,12 +108,10 @@ private Q_SLOTS:
 
     void insertReadAndKeys()
     {
-        const int first = insertIva("22", 22);
-        const int second = insertIva("10", 10);
+        const int first = insertIva("22", 22), second = insertIva("10", 10);
         QVERIFY(first > 0);
         QCOMPARE(second, first + 1);
         QCOMPARE(db().getConnectionCount(), 0);
-
         QCOMPARE(testdb::value("SELECT VALORE FROM Iva WHERE RID = " + QString::number(second)).toDouble(), 10.0);
         // No row is Empty; a Null column is a valid, null value.
         QVERIFY(!testdb::value("SELECT VALORE FROM Iva WHERE RID = -5").isValid());
@@ -73,13 +119,12 @@ private Q_SLOTS:
         const QVariant null = testdb::value("SELECT DESCRIZIONE FROM Iva WHERE RID = " + QString::number(first));
         QVERIFY(null.isValid() && null.isNull());
         QCOMPARE(db().executeSQLWithRA("UPDATE Iva SET VALORE = VALORE + 1", "test"), 2);
-
         // A reader keeps its connection until the caller disconnects.
         RecordsetPtr rs = db().getNewRecordset("SELECT RID, codice, VALORE FROM Iva ORDER BY RID", "test");
         QVERIFY(rs);
         QCOMPARE(db().getConnectionCount(), 1);
         QCOMPARE(rs->recordCount(), 2);
-        QCOMPARE(rs->text("CODICE"), QStringLiteral("22"));
+        QCOMPARE(rs->text("CODICE"), "22");
         QCOMPARE(rs->value(2).toDouble(), 23.0);
         QCOMPARE(rs->amount("valore"), Currency::fromUnits(23));
         rs->moveNext();
@@ -87,11 +132,9 @@ private Q_SLOTS:
         rs->moveNext();
         QVERIFY(rs->eof());
         db().disconnect();
-        QCOMPARE(db().getConnectionCount(), 0);
-
-        // Connections stack; the current one is not moved back to the earlier one.
         db().disconnect(); // at count 0: nothing happens
         QCOMPARE(db().getConnectionCount(), 0);
+        // Connections stack; the current one is not moved back to the earlier one.
         QVERIFY(db().Connect() && db().Connect());
         QCOMPARE(db().getConnectionCount(), 2);
         QCOMPARE(db().ConnectionState(), 1);
@@ -103,11 +146,10 @@ private Q_SLOTS:
 
     void transactions()
     {
-        const QString tag = "test.transactions";
+        const QString tag = "test";
         QVERIFY(!db().commitTrasaction(tag)); // nothing open: false, nothing changes
         QVERIFY(!db().rollbackTrasaction(tag));
         QCOMPARE(db().getConnectionCount(), 0);
-
         QVERIFY(db().beginTrasaction(tag));
         QCOMPARE(db().getConnectionCount(), 1);
         QVERIFY(insertIva("4", 4) > 0);
@@ -118,7 +160,6 @@ private Q_SLOTS:
         QVERIFY(db().rollbackTrasaction(tag));
         QCOMPARE(db().getConnectionCount(), 0);
         QCOMPARE(testdb::count("Iva"), 0);
-
         QVERIFY(db().beginTrasaction(tag));
         insertIva("5", 5);
         insertIva("10", 10);
@@ -127,8 +168,7 @@ private Q_SLOTS:
         QCOMPARE(testdb::count("Iva"), 2);
     }
 
-    // A reader gives its connection back at the end of its scope, also when
-    // its statement failed; a transaction not committed is rolled back.
+    // Scoped readers give their connection back, also failed; an uncommitted transaction rolls back.
     void scopedWork()
     {
         {
@@ -171,38 +211,34 @@ private Q_SLOTS:
         QVERIFY(!db().Connect("N/D", 5, 0, true));
         QVERIFY(errors.reports.isEmpty());
         QCOMPARE(db().getConnectionCount(), 0);
-
         QVERIFY(!db().Connect("N/D", 5, 0, false));
         gSession().strConnessione = saved;
         QCOMPARE(errors.reports.size(), 1);
-        QCOMPARE(errors.reports.first().procedure, QStringLiteral("Connect -> N/D"));
-        QCOMPARE(errors.reports.first().information, QString("sStrConnection=" + unreachable));
-        QCOMPARE(errors.reports.first().module, QStringLiteral("cAdoSqlServer"));
+        QCOMPARE(errors.reports.first().procedure, "Connect -> N/D");
+        QCOMPARE(errors.reports.first().information, "sStrConnection=" + unreachable);
+        QCOMPARE(errors.reports.first().module, "cAdoSqlServer");
     }
 
-    // A failed statement is reported once, with the statement as it was
-    // sent; its connection stays counted, and the next statements work.
-    // (That a report reaches Err.log in its layout, tst_errorlog shows.)
+    // A failed statement is reported once, as it was sent; its connection is
+    // given back, and the next statements work.
     void failedStatement()
     {
         ErrorRecorder errors;
         QString sql = "SELECT NOCOLUMN FROM Iva WHERE CODICE = ¤x¤";
         QVERIFY(!db().getNewRecordset(sql, "frmTest.showData"));
-        QCOMPARE(sql, QStringLiteral("SELECT NOCOLUMN FROM Iva WHERE CODICE = 'x'")); // rewritten in place
+        QCOMPARE(sql, "SELECT NOCOLUMN FROM Iva WHERE CODICE = 'x'"); // rewritten in place
         QVERIFY(!db().executeSQL("UPDATE NoTable SET A = 1", "frmTest.saveRecord"));
         QCOMPARE(errors.reports.size(), 2);
         const ErrorReport& r = errors.reports.at(1);
-        QCOMPARE(r.procedure, QStringLiteral("executeSQL -> frmTest.saveRecord"));
-        QCOMPARE(r.information, QStringLiteral("SQL=UPDATE NoTable SET A = 1"));
+        QCOMPARE(r.procedure, "executeSQL -> frmTest.saveRecord");
+        QCOMPARE(r.information, "SQL=UPDATE NoTable SET A = 1");
         QVERIFY(!r.description.isEmpty());
-        QCOMPARE(db().getLastSQLCommand(), QStringLiteral("UPDATE NoTable SET A = 1"));
-        QCOMPARE(db().getConnectionCount(), 2);
-        disconnectAll();
+        QCOMPARE(db().getLastSQLCommand(), "UPDATE NoTable SET A = 1");
+        QCOMPARE(db().getConnectionCount(), 0);
         QVERIFY(insertIva("22", 22) > 0);
     }
 
-    // Deleting a referenced row is refused by the back end and shown as the
-    // integrity message, not as an error report.
+    // A referenced row's deletion is refused and shown as the integrity message, not reported.
     void integrityRefusal()
     {
         const QString iva = heldRate();
@@ -223,9 +259,8 @@ private Q_SLOTS:
         QCOMPARE(testdb::count("Iva"), 1);
     }
 
-    // No box and no error report opens while a transaction holds its locks:
-    // they wait for its end, in order. A question cannot wait: it takes its
-    // default button and is reported as a fault.
+    // Boxes and reports wait for the transaction's end, in order; a question
+    // takes its default button and is reported as a fault.
     void noBoxWhileTransactionOpen()
     {
         const QString iva = heldRate();
@@ -242,7 +277,7 @@ private Q_SLOTS:
         }
         QVERIFY(boxes.allAnswered());
         QCOMPARE(errors.reports.size(), 2);
-        QCOMPARE(errors.reports.at(0).procedure, QStringLiteral("executeSQL -> test"));
+        QCOMPARE(errors.reports.at(0).procedure, "executeSQL -> test");
         QVERIFY(errors.reports.at(1).description.contains("Continuare?"));
         QCOMPARE(testdb::count("Iva"), 1);
     }
@@ -252,45 +287,41 @@ private Q_SLOTS:
         const QDateTime server = db().getDataOraServer("test");
         QVERIFY(server.isValid());
         QVERIFY(qAbs(server.secsTo(QDateTime::currentDateTime())) < 120);
-
         const QDate day(2024, 2, 29);
         const QDateTime moment(QDate(2023, 12, 31), QTime(23, 59, 58));
         testdb::run("INSERT INTO Prodotti (CODICE, DATAULTIMOCARICO, DATAULTIMAMODIFICA) VALUES (¤D¤, "
                     + db().getSQLDate(day) + ", " + db().getSQLDateTime(moment) + ")");
-        const QList<QVariantList> rows = testdb::rows("SELECT DATAULTIMOCARICO, DATAULTIMAMODIFICA FROM Prodotti "
-                                                      "WHERE DATAULTIMOCARICO = "
-                                                      + db().getSQLDate(day));
+        const QList<QVariantList> rows =
+            testdb::rows("SELECT DATAULTIMOCARICO, DATAULTIMAMODIFICA FROM Prodotti WHERE DATAULTIMOCARICO = "
+                         + db().getSQLDate(day));
         QCOMPARE(rows.size(), 1);
         QCOMPARE(toDate(rows.first().at(0)), day);
         QCOMPARE(toDateTime(rows.first().at(1)), moment);
     }
 
-    // The file database runs the functions of its blocks; both back ends give
-    // the same result for one statement in the mark-up.
+    // Both back ends give the same result for one statement in the mark-up.
     void dialectBlocks()
     {
         insertIva("22", 22);
         const QString sql = "SELECT •A•Format(RID * 0 + 7‡ ¤0000¤) & ¤/¤ & Year(#03/07/2024#)•/A•"
                             "•M•CONCAT(LPAD(RID * 0 + 7‡ 4‡ ¤0¤)‡ ¤/¤‡ YEAR(¤2024-03-07¤))•/M• ¿ K FROM Iva";
-        QCOMPARE(testdb::value(sql).toString(), QStringLiteral("0007/2024"));
-        QCOMPARE(testdb::value("SELECT TOP 1 CODICE FROM Iva ORDER BY RID").toString(), QStringLiteral("22"));
+        QCOMPARE(testdb::value(sql).toString(), "0007/2024");
+        QCOMPARE(testdb::value("SELECT TOP 1 CODICE FROM Iva ORDER BY RID").toString(), "22");
     }
 
-    // Registering a screen: the row is added; on these back ends the key
-    // cannot be read back without a table name, which is reported.
+    // Registering a screen adds its row; its key cannot be read back here, which is reported.
     void setNewTable()
     {
         testdb::run("DELETE FROM ElencoTabelle");
         ErrorRecorder errors;
         db().setNewTable("frmIva", "Aliquote IVA");
         QCOMPARE(errors.reports.size(), 1);
-        QCOMPARE(errors.reports.first().procedure, QStringLiteral("getIDByInsert -> cAdoSqlServer.setNewTable"));
+        QCOMPARE(errors.reports.first().procedure, "getIDByInsert -> cAdoSqlServer.setNewTable");
         QVERIFY(errors.reports.first().information.contains("\r\nSQL2=SELECT MAX(ID) FROM "));
         disconnectAll();
         QCOMPARE(testdb::count("ElencoTabelle", "RifForm = ¤frmIva¤"), 1);
         QCOMPARE(testdb::count("GRUPPOPERMESSI"), 0);
-        // A second registration of the same screen adds nothing, and gives
-        // back the connection it took.
+        // A second registration adds nothing and gives its connection back.
         db().setNewTable("frmIva", "Aliquote IVA");
         QCOMPARE(errors.reports.size(), 1);
         QCOMPARE(db().getConnectionCount(), 0);
@@ -303,12 +334,11 @@ private Q_SLOTS:
         QCOMPARE(db().getIDByInsert(QString(), "test", "RID", "Iva"), -1);
         QCOMPARE(errors.reports.size(), 1);
         QCOMPARE(errors.reports.first().number, qint64(9999));
-        QCOMPARE(errors.reports.first().source, QStringLiteral("TLSOFT::cAdoSqlServer"));
+        QCOMPARE(errors.reports.first().source, "TLSOFT::cAdoSqlServer");
         QCOMPARE(errors.reports.first().description, "Testo del Comando SQL non impostato in getIDByInsert");
     }
 
-    // The driver's trace holds what the engine received, between the marks
-    // of the transaction it ran in.
+    // The driver's trace: what the engine received, between its transaction's marks.
     void driverTrace_data()
     {
         QTest::addColumn<bool>("commit");
@@ -335,8 +365,7 @@ private Q_SLOTS:
                               commit ? "commit" : "rollback", "SELECT '2024-03-07'"}));
     }
 
-    // Fields are found by name in any case, the last of equal names winning,
-    // in a few columns as in many.
+    // Fields by name in any case, the last of equal names winning, in few columns as in many.
     void fieldsByName_data()
     {
         QTest::addColumn<int>("columns");
@@ -359,6 +388,76 @@ private Q_SLOTS:
         QCOMPARE(rs->fieldIndex("C30"), -1);
         QVERIFY(!rs->value("C30").isValid());
         disconnectAll();
+    }
+
+    void fuzz()
+    {
+        testdb::empty({"Opzioni"});
+        testdb::ErrorRecorder errors;
+        QRandomGenerator rng(20261122);
+        constexpr int kCount = 3000;
+        // First, half characters before the closing apostrophe, not taken for their other half.
+        QStringList values{"Caff" + half(0xD83D), half(0xDE00) + "x", half(0xDE00) + half(0xD83D), "x" + half(0xDBFF)};
+        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        for (int i = 0; i < kCount; ++i) {
+            if (i >= values.size())
+                values.append(randomText(rng));
+            testdb::run(sqlInsert("Opzioni", {"NOME", "VALORE"}, {sqlText(QString::number(i)), sqlText(values.at(i))}));
+        }
+        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
+        const QList<QVariantList> back = testdb::rows("SELECT NOME, VALORE FROM Opzioni");
+        QCOMPARE(back.size(), kCount);
+        for (const QVariantList& row : back)
+            QCOMPARE(row.at(1).toString(), testdb::asStored(values.at(row.at(0).toInt())));
+        // The same values as look-up keys find their own row, and only it.
+        const QString lookUp = "SELECT NOME FROM Opzioni WHERE VALORE = %1 AND NOME = %2";
+        for (int i = 0; i < 300; ++i)
+            QCOMPARE(testdb::value(lookUp.arg(sqlText(values.at(i)), sqlText(QString::number(i)))).toString(),
+                     QString::number(i));
+        QVERIFY(errors.reports.isEmpty());
+    }
+
+    // leftChars keeps a character across the cut whole or leaves it out; every
+    // server takes the result (MariaDB counts characters) and gives it back.
+    void cutTexts()
+    {
+        testdb::empty({"Banche"});
+        testdb::ErrorRecorder errors;
+        QRandomGenerator rng(20261123);
+        QList<schema::Column> columns; // the text columns but the code
+        QStringList names{"CODICE"};
+        for (const schema::Column& c : schema::findTable("Banche")->columns)
+            if (c.kind == schema::ColKind::Text && c.name != names.first()) {
+                columns << c;
+                names << c.name;
+            }
+        QVERIFY(columns.size() >= 5);
+        constexpr int kRows = 300;
+        QList<QStringList> cuts;
+        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        for (int i = 0; i < kRows; ++i) {
+            QStringList values, literals{sqlText(QString("CUT%1").arg(i))};
+            for (const schema::Column& c : columns) {
+                // Every fourth row puts an emoji exactly across the cut.
+                const QString text =
+                    i % 4 == 0 ? QString(c.length - 1, 'a') + QString::fromUtf8("😀b") : longText(rng, c.length);
+                const QString cut = leftChars(text, c.length);
+                QVERIFY(text.startsWith(cut));
+                QCOMPARE(characters(cut), qsizetype(c.length));
+                values << cut;
+                literals << sqlText(cut);
+            }
+            cuts << values;
+            testdb::run(sqlInsert("Banche", names, literals));
+        }
+        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
+        QVERIFY2(errors.reports.isEmpty(), qPrintable(errors.reports.value(0).information));
+        const QList<QVariantList> back = testdb::rows("SELECT " + names.join(", ") + " FROM Banche");
+        QCOMPARE(back.size(), kRows);
+        for (const QVariantList& row : back)
+            for (qsizetype c = 0; c < columns.size(); ++c)
+                QCOMPARE(row.at(c + 1).toString(),
+                         testdb::asStored(cuts.at(row.at(0).toString().mid(3).toInt()).at(c)));
     }
 };
 

@@ -1,4 +1,6 @@
-// The model and the databases made from it, on both back ends.
+// The model and the databases made from it: on both back ends, from files
+// that are not databases, and on SQL Server through ODBC and FreeTDS (for
+// real only with a server named in ORVANTIS_TEST_MSSQL).
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/driver.h"
@@ -7,6 +9,7 @@
 #include "data/schema.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
+#include "data/sqlliteral.h"
 #include "support/testdb.h"
 
 #include <QDir>
@@ -16,6 +19,16 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+namespace {
+
+QByteArray bytes(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(none)");
+}
+
+} // namespace
+
 class TestModelDatabase : public QObject
 {
     Q_OBJECT
@@ -24,8 +37,7 @@ private Q_SLOTS:
     void initTestCase() { testdb::isolateProgramFolder(); }
     void cleanupTestCase() { testdb::dropShared(); }
 
-    // Every table of the definition can be read, the seed is all there and
-    // the version row holds the schema version.
+    // Every table can be read, the seed is all there, the version is stored.
     void seededDatabase_data()
     {
         testdb::addBackendColumn();
@@ -51,13 +63,12 @@ private Q_SLOTS:
         QCOMPARE(gAdoSqlServer().getConnectionCount(), 0);
     }
 
-    // What a file named as a database holds is told without writing to it;
-    // neither the driver nor the copy of the model turns it into a database.
-    // (Files only: a server has no file to look at.)
+    // What is at a database's path is told without writing to it; neither the
+    // driver nor the copy of the model turns it into a database.
     void inspectedFiles_data()
     {
-        QTest::addColumn<QString>("kind");       // what is at the path
-        QTest::addColumn<QByteArray>("content"); // a file's bytes, or the table of a foreign database
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QByteArray>("content");
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("says");
         using S = model::FileDbState;
@@ -86,8 +97,7 @@ private Q_SLOTS:
         QFile file(path);
         QString message;
         if (kind == "file") {
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
             file.close();
         } else if (kind == "folder") {
             QVERIFY(QDir(dir.path()).mkdir("Ditta.db"));
@@ -96,19 +106,13 @@ private Q_SLOTS:
                 QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "maker");
                 db.setDatabaseName(path);
                 QVERIFY(db.open() && QSqlQuery(db).exec(QString::fromLatin1(content)));
-                db.close();
             }
             QSqlDatabase::removeDatabase("maker");
         } else if (kind == "model") {
             QVERIFY2(model::buildModelFile(path, &message), qPrintable(message));
             driver::closeIdle();
         }
-        const auto bytes = [&path] {
-            QFile f(path);
-            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(none)");
-        };
-        const QByteArray before = bytes();
-
+        const QByteArray before = bytes(path);
         QString detail;
         QCOMPARE(int(model::inspectFileDatabase(path, &detail)), state);
         const QString problem = model::fileDbProblem(model::FileDbState(state), path, detail);
@@ -116,9 +120,7 @@ private Q_SLOTS:
                  qPrintable(problem));
         if (says.isEmpty())
             return;
-
-        // The copy of the model leaves an existing file alone and makes a
-        // missing one, building the model first when it is missing too.
+        // The copy leaves an existing file alone and makes a missing one (and the model).
         const QString model = dir.filePath("OModel.db");
         const bool copied = model::ensureFileDatabase(path, model, &message);
         if (kind == "missing") {
@@ -136,12 +138,12 @@ private Q_SLOTS:
                 QVERIFY2(error.description.contains(path), qPrintable(error.description));
         }
         driver::closeIdle();
-        QCOMPARE(bytes(), before);
-        QVERIFY(!QFileInfo::exists(path + "-wal"));
-        QVERIFY(!QFileInfo::exists(path + "-journal"));
+        QCOMPARE(bytes(path), before);
+        QVERIFY(!QFileInfo::exists(path + "-wal") && !QFileInfo::exists(path + "-journal"));
     }
 
-    // A model that is not a database of this program is not copied.
+    // A model that is not a database of this program is not copied; one left
+    // by an earlier release is built again before a new firm is copied from it.
     void unusableModelIsNotCopied()
     {
         QTemporaryDir dir;
@@ -153,9 +155,6 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(firm));
         QCOMPARE(QFileInfo(model).size(), 0);
     }
-
-    // A model left by an earlier release is built again before a new firm is
-    // copied from it.
     void staleModelIsRebuilt()
     {
         QTemporaryDir dir;
@@ -188,6 +187,37 @@ private Q_SLOTS:
         QVERIFY(message.contains("già"));
         driver::closeIdle();
         testdb::serverAdmin("DROP DATABASE " + name);
+    }
+
+    // FreeTDS is installed: an unreachable server is refused by FreeTDS itself.
+    void sqlServerDriverLoads()
+    {
+        QVERIFY(QSqlDatabase::isDriverAvailable("QODBC"));
+        DbError error;
+        const QString unreachable = "DRIVER={FreeTDS};SERVER=127.0.0.1;PORT=1;DATABASE=orvantis;UID=sa;PWD=x;"
+                                    "TDS_Version=7.4";
+        QVERIFY(!driver::acquire(TipoServer::SqlServer, unreachable, 2, error));
+        QVERIFY2(error.description.contains("[FreeTDS]"), qPrintable(error.description));
+        QCOMPARE(error.source, "SQL Server");
+    }
+
+    // A live SQL Server: a fresh seeded database, and a text back as it was.
+    void sqlServerLive()
+    {
+        const QString server = qEnvironmentVariable("ORVANTIS_TEST_MSSQL");
+        if (server.isEmpty())
+            QSKIP("no SQL Server named in ORVANTIS_TEST_MSSQL");
+        const QString connection = server + ";DATABASE=orvantis_test";
+        QString message;
+        QVERIFY2(model::initServerDatabase(TipoServer::SqlServer, connection, &message), qPrintable(message));
+        gAdoSqlServer().setTipoServer(TipoServer::SqlServer);
+        gSession().strConnessione = connection;
+        const QString value = QStringLiteral("l'\u00A4\u2021\u00BF`\\ \u00E0 \U0001F600");
+        const int id = gAdoSqlServer().getIDByInsert("INSERT INTO Iva (CODICE, DESCRIZIONE, VALORE) VALUES (¤X¤, "
+                                                         + sqlText(value) + ", 1)",
+                                                     "test", "RID", "Iva");
+        QVERIFY(id > 0);
+        QCOMPARE(testdb::value("SELECT DESCRIZIONE FROM Iva WHERE RID = " + QString::number(id)).toString(), value);
     }
 };
 

@@ -1,11 +1,9 @@
 // The table definitions and the model's seed rows, checked without a
 // database: what a wrong entry would break only when a model is built or a
-// document is saved. (That every back end's DDL runs, and refuses a missing
-// table, column or referenced row, a text too long or a key twice, the
-// databases the other tests build show; which meanings are unique,
-// tst_connections.)
+// document is saved. (The DDL runs in every test that builds a database.)
 #include "data/modelseed.h"
 #include "data/schema.h"
+#include "data/sqldialect.h"
 
 #include <QSet>
 #include <QtTest>
@@ -14,45 +12,36 @@ using namespace schema;
 
 namespace {
 
-// A seed table read by column name.
-struct Seed
+// The seed rows of a table, each by its columns' names in capitals.
+QList<QVariantMap> seed(const QString& table)
 {
-    const SeedTable* s = nullptr;
-    explicit Seed(const QString& table)
-    {
-        for (const SeedTable& t : seedData())
-            if (t.table.compare(table, Qt::CaseInsensitive) == 0)
-                s = &t;
+    QList<QVariantMap> rows;
+    for (const SeedTable& t : seedData()) {
+        if (t.table.compare(table, Qt::CaseInsensitive) != 0)
+            continue;
+        for (const QVariantList& row : t.rows) {
+            QVariantMap m;
+            for (int i = 0; i < t.columns.size(); ++i)
+                m.insert(t.columns.at(i).toUpper(), row.value(i));
+            rows << m;
+        }
     }
-    const QList<QVariantList>& rows() const
-    {
-        static const QList<QVariantList> none;
-        return s ? s->rows : none;
-    }
-    QVariant cell(const QVariantList& row, const QString& column) const
-    {
-        for (int i = 0; i < s->columns.size(); ++i)
-            if (s->columns.at(i).compare(column, Qt::CaseInsensitive) == 0)
-                return row.value(i);
-        return {};
-    }
-    // The values of a column, as text.
-    QStringList column(const QString& name) const
-    {
-        QStringList values;
-        for (const QVariantList& row : rows())
-            values << cell(row, name).toString();
-        return values;
-    }
-};
+    return rows;
+}
+
+// The values of a seed column, as text.
+QStringList column(const QString& table, const QString& name)
+{
+    QStringList values;
+    for (const QVariantMap& row : seed(table))
+        values << row.value(name.toUpper()).toString();
+    return values;
+}
 
 QString option(const QString& nome)
 {
-    const Seed opzioni("Opzioni");
-    for (const QVariantList& row : opzioni.rows())
-        if (opzioni.cell(row, "NOME").toString() == nome)
-            return opzioni.cell(row, "VALORE").toString();
-    return {};
+    const QStringList nomi = column("Opzioni", "NOME");
+    return column("Opzioni", "VALORE").value(nomi.indexOf(nome));
 }
 
 bool isIntegral(const QVariant& v)
@@ -68,9 +57,8 @@ class TstSchema : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // The key is RID and comes first; a text has a length; a reference
-    // names a keyed table defined before it, so that rows load in this
-    // order; the columns that look-ups and references use lead an index.
+    // The key is RID and first; a text has a length; a reference names a keyed
+    // table defined before it; look-up and reference columns lead an index.
     void tableDefinition_data()
     {
         QTest::addColumn<int>("position");
@@ -104,8 +92,7 @@ private Q_SLOTS:
         }
     }
 
-    // Every seed value has the type its column's kind is read as, and keys
-    // are given.
+    // Every seed value has the type its column's kind is read as; keys are given.
     void seedTable_data()
     {
         QTest::addColumn<int>("position");
@@ -157,19 +144,17 @@ private Q_SLOTS:
             QString(
                 "Amministratore TipoStampaDistinta IvaPredRigaLibera=Iva CatPrezziNetti=CategorieSconti "
                 "ClientePredefinito=Anagrafiche TipoDocVb=TipoDocumenti CausalePagVb=Causali AnnoCorrente "
-                "ContoClienti=PianoConti ContoFornitori=PianoConti DecimaliDopo VenditoreChar DistintaBase RigaLibera "
-                "GruppoPredefinito=Gruppi GruppoProdInteg=Gruppi GruppoProdCL=Gruppi Marca=Marche "
-                "Fornitore=Anagrafiche "
-                "TipoDocProd=TipoDocumenti DocConversione=TipoDocumenti DocConversioneDDT=TipoDocumenti "
-                "PagamentoVB=Pagamenti PrezzoMedio MesiPrezzoMedio BloccoPN DescPN FidoAllaData NoShowCptEstratto "
-                "MostraTotaleRigaMov UsaPrezziIva PiePagina RidIvaProdotti=Iva RidUMProdotti=UnitaMisura "
-                "RidMarcaProdotti=Marche RidCollezioneProdotti=Collezioni ReportElencoSpeciale "
-                "NumeratoreElencoSpeciale=Numeratori SottoScorta BloccaSottoScorta AvvisaSottoScorta "
-                "VenditeGiorniDiversi "
-                "BloccaVenditeGiorniDiversi AvvisaVenditeGiorniDiversi LockVBEdit LockVBPrezzo VenditoriObbligatori "
-                "VenditoriBlocco PagatoAltriClienti PrezzoListino")
+                "ContoClienti=PianoConti ContoFornitori=PianoConti DecimaliDopo VenditoreChar DistintaBase "
+                "RigaLibera GruppoPredefinito=Gruppi GruppoProdInteg=Gruppi GruppoProdCL=Gruppi Marca=Marche "
+                "Fornitore=Anagrafiche TipoDocProd=TipoDocumenti DocConversione=TipoDocumenti "
+                "DocConversioneDDT=TipoDocumenti PagamentoVB=Pagamenti PrezzoMedio MesiPrezzoMedio BloccoPN "
+                "DescPN FidoAllaData NoShowCptEstratto MostraTotaleRigaMov UsaPrezziIva PiePagina RidIvaProdotti=Iva "
+                "RidUMProdotti=UnitaMisura RidMarcaProdotti=Marche RidCollezioneProdotti=Collezioni "
+                "ReportElencoSpeciale NumeratoreElencoSpeciale=Numeratori SottoScorta BloccaSottoScorta "
+                "AvvisaSottoScorta VenditeGiorniDiversi BloccaVenditeGiorniDiversi AvvisaVenditeGiorniDiversi "
+                "LockVBEdit LockVBPrezzo VenditoriObbligatori VenditoriBlocco PagatoAltriClienti PrezzoListino")
                 .split(' ');
-        const QStringList seeded = Seed("Opzioni").column("NOME");
+        const QStringList seeded = column("Opzioni", "NOME");
         QCOMPARE(seeded.size(), options.size());
         for (const QString& o : options) {
             const QString nome = o.section('=', 0, 0), keyOf = o.section('=', 1);
@@ -177,87 +162,85 @@ private Q_SLOTS:
             bool numeric = false;
             const int key = option(nome).toInt(&numeric);
             if (!keyOf.isEmpty())
-                QVERIFY2(numeric
-                             && (key == 0
-                                 || Seed(keyOf)
-                                        .column(findTable(keyOf)->columns.first().name)
-                                        .contains(QString::number(key))),
+                QVERIFY2(numeric && (key == 0 || column(keyOf, "RID").contains(QString::number(key))),
                          qPrintable(nome + ' ' + option(nome)));
         }
-        // The free-row character is the one that statements write literally,
-        // and the kit character differs from it.
-        QCOMPARE(option("RigaLibera"), QStringLiteral("/"));
+        // The free-row character is the one statements write; the kit one differs.
+        QCOMPARE(option("RigaLibera"), "/");
         QCOMPARE(option("DistintaBase").size(), 1);
         QVERIFY(option("DistintaBase") != option("RigaLibera"));
         QVERIFY(defaultPassword().size() >= 8); // what the password change demands
     }
 
-    // Codes of the chart make a tree of 2, 5 and 8 characters; the control
-    // accounts are sub-accounts, and the invoice and purchase causals post
-    // on them (the withholding rule compares with the options).
+    // SQL Server's DDL, which no test runs here: every table, identities, foreign keys.
+    void sqlServerDdl()
+    {
+        const QStringList ddl = createStatements(TipoServer::SqlServer);
+        for (const Table& t : tables())
+            QVERIFY2(ddl.filter("CREATE TABLE [" + t.name + ']').size() == 1, qPrintable(t.name));
+        QVERIFY(ddl.filter("IDENTITY(1,1)").size() > 10);
+        QVERIFY(ddl.filter("FOREIGN KEY").size() > 10);
+    }
+
+    // The chart is a tree of 2, 5 and 8 characters; the control accounts are
+    // sub-accounts the invoice and purchase causals post on.
     void chartOfAccounts()
     {
-        const Seed conti("PianoConti"), causali("Causali");
-        const QStringList codes = conti.column("CODICE"), rids = conti.column("RID");
+        const QStringList codes = column("PianoConti", "CODICE"), rids = column("PianoConti", "RID");
         for (const QString& code : codes) {
             QVERIFY2(code.size() == 2 || code.size() == 5 || code.size() == 8, qPrintable(code));
             QVERIFY2(codes.contains(code.left(2)) && codes.contains(code.left(qMin(code.size(), 5))), qPrintable(code));
         }
-        const QStringList posted = causali.column("FK_CONTODARE1") + causali.column("FK_ContoAvere1");
+        const QStringList posted = column("Causali", "FK_CONTODARE1") + column("Causali", "FK_ContoAvere1");
         for (const char* o : {"ContoClienti", "ContoFornitori"}) {
             QCOMPARE(codes.value(rids.indexOf(option(o))).size(), 8);
             QVERIFY2(posted.contains(option(o)), o);
         }
     }
 
-    // The term check of the payment screen: instalments as many as NRATE, and
-    // their percentages plus the down payment make exactly 100.
+    // Instalments as many as NRATE; their shares plus the down payment make 100.
     void paymentTerms()
     {
-        const Seed pagamenti("Pagamenti"), rate("DettagliPagamenti");
-        for (const QVariantList& p : pagamenti.rows()) {
+        for (const QVariantMap& p : seed("Pagamenti")) {
             int count = 0;
-            qint64 cents = qRound64(pagamenti.cell(p, "ACCONTO").toDouble() * 100);
-            for (const QVariantList& r : rate.rows())
-                if (rate.cell(r, "FK_PAGAMENTO").toInt() == pagamenti.cell(p, "RID").toInt()) {
+            qint64 cents = qRound64(p.value("ACCONTO").toDouble() * 100);
+            for (const QVariantMap& r : seed("DettagliPagamenti"))
+                if (r.value("FK_PAGAMENTO").toInt() == p.value("RID").toInt()) {
                     ++count;
-                    cents += qRound64(rate.cell(r, "PERCENTUALE").toDouble() * 100);
+                    cents += qRound64(r.value("PERCENTUALE").toDouble() * 100);
                 }
-            QCOMPARE(count, pagamenti.cell(p, "NRATE").toInt());
+            QCOMPARE(count, p.value("NRATE").toInt());
             QCOMPARE(cents, qint64(10000));
         }
     }
 
-    // A document type prints with a document report and counts on a
-    // numerator of the current year; the causals' flags are -1 or 0, and a
-    // warehouse is named only for a movement of kind 3.
+    // A document type has a document report and a numerator counting this year;
+    // causal flags are -1 or 0, a warehouse only for a movement of kind 3.
     void documentTypes()
     {
-        const Seed tipi("TipoDocumenti"), causali("Causali"), report("FunzionalitaReport"), contatori("Contatori");
         QSet<QString> documentReports, countedThisYear;
-        for (const QVariantList& r : report.rows())
-            if (report.cell(r, "Funzionalita").toInt() == 1)
-                documentReports.insert(report.cell(r, "REPORT").toString());
-        for (const QVariantList& c : contatori.rows())
-            if (contatori.cell(c, "ANNO").toString() == option("AnnoCorrente"))
-                countedThisYear.insert(contatori.cell(c, "FK_NUMERATORE").toString());
-        for (const QVariantList& td : tipi.rows()) {
-            const QByteArray codice = tipi.cell(td, "CODICE").toString().toUtf8();
-            QVERIFY2(documentReports.contains(tipi.cell(td, "REPORT").toString()), codice);
-            QVERIFY2(countedThisYear.contains(tipi.cell(td, "NCONTATORE").toString()), codice);
+        for (const QVariantMap& r : seed("FunzionalitaReport"))
+            if (r.value("FUNZIONALITA").toInt() == 1)
+                documentReports.insert(r.value("REPORT").toString());
+        for (const QVariantMap& c : seed("Contatori"))
+            if (c.value("ANNO").toString() == option("AnnoCorrente"))
+                countedThisYear.insert(c.value("FK_NUMERATORE").toString());
+        for (const QVariantMap& td : seed("TipoDocumenti")) {
+            const QByteArray codice = td.value("CODICE").toString().toUtf8();
+            QVERIFY2(documentReports.contains(td.value("REPORT").toString()), codice);
+            QVERIFY2(countedThisYear.contains(td.value("NCONTATORE").toString()), codice);
         }
-        for (const QVariantList& c : causali.rows()) {
-            const auto value = [&](const char* column) { return causali.cell(c, column); };
-            const QString codice = value("CODICE").toString();
-            for (const char* b : {"Operazione", "GENERAPN", "GENERASCAD", "SCADENZENEGATIVE", "TAGLIO"})
-                QVERIFY2(value(b).toInt() == -1 || value(b).toInt() == 0, qPrintable(codice + ' ' + b));
-            if (value("GENERASCAD").toInt() == 0)
-                QCOMPARE(value("SCADENZENEGATIVE").toInt(), 0);
+        for (const QVariantMap& c : seed("Causali")) {
+            const QString codice = c.value("CODICE").toString();
+            for (const char* b : {"OPERAZIONE", "GENERAPN", "GENERASCAD", "SCADENZENEGATIVE", "TAGLIO"})
+                QVERIFY2(c.value(b).toInt() == -1 || c.value(b).toInt() == 0, qPrintable(codice + ' ' + b));
+            if (c.value("GENERASCAD").toInt() == 0)
+                QCOMPARE(c.value("SCADENZENEGATIVE").toInt(), 0);
             for (const auto& [kind, warehouse] :
-                 {std::pair{"ORIGINE", "FK_MagazzinoOrig"}, std::pair{"DESTINAZIONE", "FK_MagazzinoDest"}}) {
-                QVERIFY2(value(kind).toInt() >= 0 && value(kind).toInt() <= 3, qPrintable(codice));
-                if (value(kind).toInt() != 3)
-                    QVERIFY2(value(warehouse).isNull(), qPrintable(codice + ' ' + warehouse));
+                 {std::pair{"ORIGINE", "FK_MAGAZZINOORIG"}, {"DESTINAZIONE", "FK_MAGAZZINODEST"}}) {
+                QVERIFY2(c.value(kind).toInt() >= 0 && c.value(kind).toInt() <= 3, qPrintable(codice));
+                if (c.value(kind).toInt() != 3)
+                    QVERIFY2(c.value(warehouse).isNull(), qPrintable(codice + ' ' + warehouse));
             }
         }
     }

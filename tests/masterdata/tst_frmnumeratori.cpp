@@ -1,11 +1,8 @@
 // The numerators screen on both back ends: adding, deleting one in use,
 // writing a counter by hand and the list of the current year.
-#include "common/msgbox.h"
 #include "core/optionstore.h"
-#include "data/cadosqlserver.h"
 #include "masterdata/frmnumeratori.h"
 #include "support/screendriver.h"
-#include "support/testdb.h"
 
 #include <QTreeWidget>
 #include <QtTest>
@@ -50,9 +47,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("answer");  // to the question; 0 when none is asked
         QTest::addColumn<QString>("box"); // the refusal; empty when none
-        QTest::newRow("blank") << "   " << 0
-                               << "Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole "
-                                  "inserire.";
+        const QString blank = "Attenzione!! bisogna digitare una descrizione per il nuovo Numeratore che si vuole "
+                              "inserire.";
+        QTest::newRow("blank") << "   " << 0 << blank;
         QTest::newRow("present") << "Ordini clienti " << 0 << "Il Numeratore [Ordini clienti] è gia' presente!";
         QTest::newRow("other case is another name") << "ORDINI CLIENTI" << int(vb::Yes) << "";
         QTest::newRow("answered no") << "Bolle interne" << int(vb::No) << "";
@@ -82,9 +79,9 @@ private Q_SLOTS:
         QCOMPARE(testdb::value("SELECT DESCRIZIONE FROM Numeratori WHERE RID = " + rid).toString(), name);
         QCOMPARE(s.number(name), 0);
         QCOMPARE(s.shown("txtDescrizione"), QString());
-        QCOMPARE(testdb::number("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = " + rid + " AND ANNO = ¤"
-                                + s.screen.anno() + "¤"),
-                 0);
+        QCOMPARE(testdb::count("Contatori",
+                               "NUMERO = 0 AND FK_NUMERATORE = " + rid + " AND ANNO = ¤" + s.screen.anno() + "¤"),
+                 1);
         testdb::run("DELETE FROM Contatori WHERE FK_NUMERATORE = " + rid);
         testdb::run("DELETE FROM Numeratori WHERE RID = " + rid);
     }

@@ -1,17 +1,11 @@
-// The options screen driven by its controls on both back ends: what it
-// shows, what OK writes to the table, the globals and the settings, what
-// Annulla leaves alone, the look-ups of the key fields and the logo.
-#include "common/msgbox.h"
+// The options screen driven by its controls on both back ends.
 #include "core/optionstore.h"
 #include "core/serversettings.h"
-#include "data/cadosqlserver.h"
 #include "data/session.h"
 #include "masterdata/frmopzioni.h"
 #include "masterdata/logoazienda.h"
 #include "support/screendriver.h"
-#include "support/testdb.h"
 
-#include <QCheckBox>
 #include <QSettings>
 #include <QtTest>
 
@@ -30,65 +24,11 @@ QString storedOption(const QString& nome)
 // "#Table:CODE" is the key of that row (NUMERO for the counterparties).
 QString resolve(const QString& expected)
 {
-    if (!expected.startsWith(QLatin1Char('#')) || !expected.contains(QLatin1Char(':')))
+    if (!expected.startsWith('#') || !expected.contains(':'))
         return expected;
-    const QString table = expected.mid(1).section(QLatin1Char(':'), 0, 0);
-    const QString code = expected.section(QLatin1Char(':'), 1);
-    return testdb::value("SELECT RID FROM " + table + " WHERE "
-                         + (table == QLatin1String("Anagrafiche") ? QString("NUMERO = " + code)
-                                                                  : QString("CODICE = ¤" + code + "¤")))
-        .toString();
+    const QString table = expected.mid(1).section(':', 0, 0), code = expected.section(':', 1);
+    return QString::number(testdb::rid(table, table == "Anagrafiche" ? "NUMERO = " + code : testdb::code(code)));
 }
-
-// The database of the back end with two customers (7, 9) and a supplier (8);
-// customer 7 is the counter-sales customer. Every option, the machine
-// settings and the logo go back as they were when the test ends.
-class Fixture
-{
-public:
-    Fixture(const QString& backend, const QString& reports)
-        : m_reports(reports)
-    {
-        m_valid = testdb::shared(backend).isValid();
-        if (!m_valid)
-            return;
-        gSession().strReportPath = reports;
-        for (const char* party :
-             {"7, ¤Bottega Rossi s.n.c.¤, ¤C¤", "8, ¤Ingrosso Bianchi S.p.A.¤, ¤F¤", "9, ¤Cartoleria Verdi¤, ¤C¤"})
-            if (testdb::number("SELECT COUNT(*) FROM Anagrafiche WHERE NUMERO = " + QString::fromUtf8(party).left(1))
-                == 0)
-                testdb::run("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (" + QString::fromUtf8(party)
-                            + ")");
-        setOpzione("ClientePredefinito", resolve("#Anagrafiche:7"));
-        for (const QVariantList& row : testdb::rows("SELECT NOME, VALORE FROM Opzioni"))
-            m_rows.append({row.value(0).toString(), row.value(1).toString()});
-        loadOptionGlobals();
-    }
-    ~Fixture()
-    {
-        for (const auto& [nome, valore] : m_rows)
-            if (storedOption(nome) != valore)
-                setOpzione(nome, valore);
-        machineSettings().remove("Opzioni");
-        machineSettings().remove("Options");
-        QFile::remove(logoazienda::percorso(m_reports));
-        loadOptionGlobals();
-    }
-    bool isValid() const { return m_valid; }
-    // How many options differ from the start.
-    int changed() const
-    {
-        int n = 0;
-        for (const auto& [nome, valore] : m_rows)
-            n += storedOption(nome) != valore;
-        return n;
-    }
-
-private:
-    QString m_reports;
-    bool m_valid = false;
-    QList<QPair<QString, QString>> m_rows;
-};
 
 // A picture of `size`, all red, in `dir`.
 QString redPicture(const QTemporaryDir& dir, QSize size)
@@ -99,168 +39,129 @@ QString redPicture(const QTemporaryDir& dir, QSize size)
     return image.save(file) ? file : QString();
 }
 
+// Presses OK and answers the notice of the save.
+void pressOk(Screen& s)
+{
+    ScriptedDialogs script;
+    script.expectMessage(kSalvate, vb::OK);
+    testdb::click(s.screen, "cmdOk");
+}
+
 } // namespace
 
-class TestFrmOpzioni : public QObject
+// Every test starts with two customers (7, 9) and a supplier (8), customer 7
+// the counter-sales one; every option, the machine settings and the logo go
+// back as they were when it ends.
+class TestFrmOpzioni : public testdb::BackendTest
 {
     Q_OBJECT
 
     QTemporaryDir m_reports;
+    QList<QPair<QString, QString>> m_options;
+
+    // How many options differ from the start.
+    int changed() const
+    {
+        int n = 0;
+        for (const auto& [nome, valore] : m_options)
+            n += storedOption(nome) != valore;
+        return n;
+    }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        testdb::isolateProgramFolder();
-        for (const char* file : {"ElencoSpeciale.rpt", "Fattura.rpt", "Listino.RPT", "leggimi.txt"}) {
-            QFile f(m_reports.filePath(QLatin1String(file)));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-        }
+        BackendTest::initTestCase();
+        for (const char* file : {"ElencoSpeciale.rpt", "Fattura.rpt", "Listino.RPT", "leggimi.txt"})
+            QVERIFY(QFile(m_reports.filePath(file)).open(QIODevice::WriteOnly));
     }
-    void cleanupTestCase() { testdb::dropShared(); }
-    void cleanup() { QCOMPARE(gAdoSqlServer().getConnectionCount(), 0); }
-
-    // The screen shows the globals: codes with their descriptions, the
-    // numerator and report chosen, the report folder's templates.
-    void loadShowsStoredValues_data()
+    void init()
     {
-        testdb::addBackendColumn();
-        testdb::addBackendRows();
+        BackendTest::init();
+        gSession().strReportPath = m_reports.path();
+        for (const QString party :
+             {"7, ¤Bottega Rossi s.n.c.¤, ¤C¤", "8, ¤Ingrosso Bianchi S.p.A.¤, ¤F¤", "9, ¤Cartoleria Verdi¤, ¤C¤"})
+            if (testdb::count("Anagrafiche", "NUMERO = " + party.left(1)) == 0)
+                testdb::run("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO) VALUES (" + party + ")");
+        setOpzione("ClientePredefinito", resolve("#Anagrafiche:7"));
+        m_options.clear();
+        for (const QVariantList& row : testdb::rows("SELECT NOME, VALORE FROM Opzioni"))
+            m_options.append({row.value(0).toString(), row.value(1).toString()});
+        loadOptionGlobals();
     }
+    void cleanup()
+    {
+        for (const auto& [nome, valore] : m_options)
+            if (storedOption(nome) != valore)
+                setOpzione(nome, valore);
+        machineSettings().remove("Opzioni");
+        machineSettings().remove("Options");
+        QFile::remove(logoazienda::percorso(m_reports.path()));
+        loadOptionGlobals();
+        BackendTest::cleanup();
+    }
+
+    // The screen opens on its first field and shows the globals: codes with
+    // their descriptions, the numerator and report chosen, the report
+    // folder's templates whatever the case of ".rpt".
     void loadShowsStoredValues()
     {
-        QFETCH(QString, backend);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
-        Screen s;
-        const QList<std::pair<const char*, QString>> expected{{"txtAnnoCorrente",
-                                                               QString::number(QDate::currentDate().year())},
-                                                              {"txtDecimalAfter", "2"},
-                                                              {"txtContoClienti", "01001001"},
-                                                              {"lblContoClienti", "Clienti Italia"},
-                                                              {"txtCliente", "7"},
-                                                              {"lblCliente", "Bottega Rossi s.n.c."},
-                                                              {"lblIva", "IVA 22%"},
-                                                              {"lblPagamento", "Rimessa diretta"},
-                                                              {"lblDocConversione", "Fattura differita"},
-                                                              {"txtMarcaPredefinita", ""},
-                                                              {"txtVenditoreChar", "%"},
-                                                              {"txtMesiPrezzoMedio", "12"},
-                                                              {"optAvvisaSottoScorta", "1"},
-                                                              {"optDistintaBase_0", "1"},
-                                                              {"cmbNumeratore", "Elenco speciale"},
-                                                              {"cmbReport", "ElencoSpeciale.rpt"}};
-        for (const auto& [control, text] : expected)
-            QVERIFY2(s.shown(control) == text, qPrintable(QString::fromLatin1(control) + ": " + s.shown(control)));
-        QCOMPARE(s.get<QComboBox>("cmbReport")->count(), 3); // the templates, whatever the case of ".rpt"
-    }
-
-    // The dialog opens ready for typing in the first field of its first tab.
-    void opensOnTheFirstField()
-    {
-        Fixture db("sqlite", m_reports.path());
-        QVERIFY(db.isValid());
         Screen s;
         QCOMPARE(QApplication::focusWidget(), s.get("txtAnnoCorrente"));
+        QCOMPARE(s.shown("txtAnnoCorrente"), QString::number(QDate::currentDate().year()));
+        for (const QString pair :
+             {"txtDecimalAfter=2", "txtContoClienti=01001001", "lblContoClienti=Clienti Italia", "txtCliente=7",
+              "lblCliente=Bottega Rossi s.n.c.", "lblIva=IVA 22%", "lblPagamento=Rimessa diretta",
+              "lblDocConversione=Fattura differita", "txtMarcaPredefinita=", "txtVenditoreChar=%",
+              "txtMesiPrezzoMedio=12", "optAvvisaSottoScorta=1", "optDistintaBase_0=1", "cmbNumeratore=Elenco speciale",
+              "cmbReport=ElencoSpeciale.rpt"})
+            QCOMPARE(pair.section('=', 0, 0) + '=' + s.shown(pair.section('=', 0, 0)), pair);
+        QCOMPARE(s.get<QComboBox>("cmbReport")->count(), 3);
     }
 
-    // OK writes the table, the globals and the settings.
+    // OK writes the table, the globals and the settings, and nothing else.
     void okSavesEverywhere_data()
     {
-        testdb::addBackendColumn();
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("option"); // a table row, or "Section/Key" of the settings
-        QTest::addColumn<QString>("expected");
-        const QString footer = QStringLiteral("L'IVA è esposta ai sensi dell'art. 21 ¤ \"5%\"");
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "year") << "txtAnnoCorrente"
-                                   << "2031"
-                                   << "AnnoCorrente"
-                                   << "2031";
-            testdb::row(b, "decimals") << "txtDecimalAfter"
-                                       << "3"
-                                       << "DecimaliDopo"
-                                       << "3";
-            testdb::row(b, "account") << "txtContoFornitori"
-                                      << "01003001"
-                                      << "ContoFornitori"
-                                      << "#PianoConti:01003001";
-            testdb::row(b, "customer") << "txtCliente"
-                                       << "9"
-                                       << "ClientePredefinito"
-                                       << "#Anagrafiche:9";
-            testdb::row(b, "supplier") << "txtFornitore"
-                                       << "8"
-                                       << "Fornitore"
-                                       << "#Anagrafiche:8";
-            testdb::row(b, "code emptied") << "txtIva"
-                                           << ""
-                                           << "RidIvaProdotti"
-                                           << "0";
-            testdb::row(b, "footer") << "txtPiePagina" << footer << "PiePagina" << footer;
-            testdb::row(b, "empty agent prefix") << "txtVenditoreChar"
-                                                 << ""
-                                                 << "VenditoreChar"
-                                                 << "%";
-            testdb::row(b, "flag") << "chkPrezzoMedio"
-                                   << ""
-                                   << "PrezzoMedio"
-                                   << "1";
-            testdb::row(b, "option pair on") << "optBloccaSottoScorta"
-                                             << ""
-                                             << "BloccaSottoScorta"
-                                             << "1";
-            testdb::row(b, "option pair off") << "optBloccaSottoScorta"
-                                              << ""
-                                              << "AvvisaSottoScorta"
-                                              << "0";
-            testdb::row(b, "kit print") << "optDistintaBase_2"
-                                        << ""
-                                        << "TipoStampaDistinta"
-                                        << "2";
-            testdb::row(b, "numerator") << "cmbNumeratore"
-                                        << "Fatture e note di credito"
-                                        << "NumeratoreElencoSpeciale"
-                                        << "#Numeratori:FAT";
-            testdb::row(b, "report") << "cmbReport"
-                                     << "Listino.RPT"
-                                     << "ReportElencoSpeciale"
-                                     << "Listino.RPT";
-            testdb::row(b, "reader") << "txtLaserChar"
-                                     << "#"
-                                     << "Opzioni/LaserChar"
-                                     << "#";
-            testdb::row(b, "bold") << "chkUsaGrassetto"
-                                   << ""
-                                   << "Options/UsaGrassetto"
-                                   << "1";
-        }
+        for (const char* c : {"control", "input", "option", "expected"}) // option: a table row or "Section/Key"
+            QTest::addColumn<QString>(c);
+        const auto row = [](const char* name, const char* control, const QString& input, const char* option,
+                            const QString& expected) { QTest::newRow(name) << control << input << option << expected; };
+        const QString footer = "L'IVA è esposta ai sensi dell'art. 21 ¤ \"5%\"";
+        row("year", "txtAnnoCorrente", "2031", "AnnoCorrente", "2031");
+        row("decimals", "txtDecimalAfter", "3", "DecimaliDopo", "3");
+        row("account", "txtContoFornitori", "01003001", "ContoFornitori", "#PianoConti:01003001");
+        row("customer", "txtCliente", "9", "ClientePredefinito", "#Anagrafiche:9");
+        row("supplier", "txtFornitore", "8", "Fornitore", "#Anagrafiche:8");
+        row("code emptied", "txtIva", "", "RidIvaProdotti", "0");
+        row("footer", "txtPiePagina", footer, "PiePagina", footer);
+        row("empty agent prefix", "txtVenditoreChar", "", "VenditoreChar", "%");
+        row("flag", "chkPrezzoMedio", "", "PrezzoMedio", "1");
+        row("option pair on", "optBloccaSottoScorta", "", "BloccaSottoScorta", "1");
+        row("option pair off", "optBloccaSottoScorta", "", "AvvisaSottoScorta", "0");
+        row("kit print", "optDistintaBase_2", "", "TipoStampaDistinta", "2");
+        row("numerator", "cmbNumeratore", "Fatture e note di credito", "NumeratoreElencoSpeciale", "#Numeratori:FAT");
+        row("report", "cmbReport", "Listino.RPT", "ReportElencoSpeciale", "Listino.RPT");
+        row("reader", "txtLaserChar", "#", "Opzioni/LaserChar", "#");
+        row("bold", "chkUsaGrassetto", "", "Options/UsaGrassetto", "1");
     }
     void okSavesEverywhere()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, control);
         QFETCH(QString, input);
         QFETCH(QString, option);
         QFETCH(QString, expected);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
         expected = resolve(expected);
         QVERIFY(!expected.isEmpty());
         Screen s;
         s.set(control, input);
-        ScriptedDialogs script;
-        script.expectMessage(kSalvate, vb::OK);
-        testdb::click(s.screen, "cmdOk");
-        QVERIFY(script.allAnswered());
+        pressOk(s);
         QCOMPARE(s.screen.result(), int(QDialog::Accepted));
-
-        QCOMPARE(optionText(gOptions(), option.section(QLatin1Char('/'), -1)), expected);
-        if (option.contains(QLatin1Char('/')))
+        QCOMPARE(optionText(gOptions(), option.section('/', -1)), expected);
+        if (option.contains('/'))
             QCOMPARE(machineSettings().value(option).toString(), expected);
         else
             QCOMPARE(storedOption(option), expected);
-        QVERIFY2(db.changed() <= 2, qPrintable(QString::number(db.changed()))); // only what was changed
+        QVERIFY2(changed() <= 2, qPrintable(QString::number(changed())));
     }
 
     // The browse button searches the option's table; the row chosen fills
@@ -268,125 +169,74 @@ private Q_SLOTS:
     // description, and saved as none.
     void keyFields_data()
     {
-        testdb::addBackendColumn();
         for (const char* c : {"control", "button", "code", "description", "unknown", "option"})
             QTest::addColumn<QString>(c);
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "customer") << "txtCliente"
-                                       << "cmdSfoglia_2"
-                                       << "9"
-                                       << "Cartoleria Verdi"
-                                       << "999"
-                                       << "ClientePredefinito";
-            testdb::row(b, "a supplier is no customer") << "txtCliente"
-                                                        << ""
-                                                        << ""
-                                                        << ""
-                                                        << "8"
-                                                        << "ClientePredefinito";
-            testdb::row(b, "vat") << "txtIva"
-                                  << ""
-                                  << ""
-                                  << ""
-                                  << "ZZ"
-                                  << "RidIvaProdotti";
-            testdb::row(b, "account") << "txtContoClienti"
-                                      << ""
-                                      << ""
-                                      << ""
-                                      << "99999999"
-                                      << "ContoClienti";
-            testdb::row(b, "payment") << "txtPagamento"
-                                      << ""
-                                      << ""
-                                      << ""
-                                      << "NOPAG"
-                                      << "PagamentoVB";
-            testdb::row(b, "browse account") << "txtContoFornitori"
-                                             << "cmdSfoglia_6"
-                                             << "01003001"
-                                             << "Cassa"
-                                             << ""
-                                             << "";
-            testdb::row(b, "browse unit") << "txtUnitaMisura"
-                                          << "cmdSfoglia_17"
-                                          << "KG"
-                                          << "Chilogrammi"
-                                          << ""
-                                          << "";
-        }
+        const auto row = [](const char* name, const char* control, const char* button, const char* code,
+                            const char* description, const char* unknown, const char* option) {
+            QTest::newRow(name) << control << button << code << description << unknown << option;
+        };
+        row("customer", "txtCliente", "cmdSfoglia_2", "9", "Cartoleria Verdi", "999", "ClientePredefinito");
+        row("a supplier is no customer", "txtCliente", "", "", "", "8", "ClientePredefinito");
+        row("vat", "txtIva", "", "", "", "ZZ", "RidIvaProdotti");
+        row("account", "txtContoClienti", "", "", "", "99999999", "ContoClienti");
+        row("payment", "txtPagamento", "", "", "", "NOPAG", "PagamentoVB");
+        row("browse account", "txtContoFornitori", "cmdSfoglia_6", "01003001", "Cassa", "", "");
+        row("browse unit", "txtUnitaMisura", "cmdSfoglia_17", "KG", "Chilogrammi", "", "");
     }
     void keyFields()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, control);
         QFETCH(QString, button);
         QFETCH(QString, code);
         QFETCH(QString, description);
         QFETCH(QString, unknown);
         QFETCH(QString, option);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
         Screen s;
         const QString label = "lbl" + control.mid(3);
         ScriptedDialogs script;
         if (!button.isEmpty()) {
             script.expectDialog("frmRicerca", testdb::searchFor(code)); // the filter is the whole code
-            s.get<QAbstractButton>(button)->click();
-            QVERIFY(script.allAnswered());
+            s.set(button, {});
             QCOMPARE(s.shown(control), code);
             QCOMPARE(s.shown(label), description);
         }
         if (unknown.isEmpty())
             return;
         QVERIFY(!s.shown(label).isEmpty());
-        s.get<QTabWidget>("tbsMain")->setCurrentWidget(s.get(control)->parentWidget()->parentWidget());
+        s.reveal(control);
         s.set(control, unknown);
         script.expectMessage("Codice: " + unknown + " inesistente!", vb::OK);
         QTest::keyClick(s.get(control), Qt::Key_Return); // Enter moves on, which looks the code up
         QCoreApplication::processEvents();
         QVERIFY(script.allAnswered());
-        QCOMPARE(s.shown(control), QString());
-        QCOMPARE(s.shown(label), QString());
-
-        script.expectMessage(kSalvate, vb::OK);
-        testdb::click(s.screen, "cmdOk");
-        QVERIFY(script.allAnswered());
+        QCOMPARE(s.shown(control) + s.shown(label), QString());
+        pressOk(s);
         QCOMPARE(storedOption(option), QStringLiteral("0"));
     }
 
     // A check box shows its panel, or enables the control it governs.
     void checkBoxGovernsItsControls_data()
     {
-        testdb::addBackendColumn();
         QTest::addColumn<QString>("check");
         QTest::addColumn<QString>("dependent");
         QTest::addColumn<bool>("shows");
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "chkPrezzoMedio") << "chkPrezzoMedio"
-                                             << "txtMesiPrezzoMedio" << true;
-            testdb::row(b, "chkSottoScorta") << "chkSottoScorta"
-                                             << "optBloccaSottoScorta" << true;
-            testdb::row(b, "chkVenditeGiorniDiversi") << "chkVenditeGiorniDiversi"
-                                                      << "optAvvisaVenditeGiorniDiversi" << true;
-            testdb::row(b, "chkVenditoriObbligatori") << "chkVenditoriObbligatori"
-                                                      << "chkVenditoriBlocco" << false;
-        }
+        QTest::newRow("chkPrezzoMedio") << "chkPrezzoMedio"
+                                        << "txtMesiPrezzoMedio" << true;
+        QTest::newRow("chkSottoScorta") << "chkSottoScorta"
+                                        << "optBloccaSottoScorta" << true;
+        QTest::newRow("chkVenditeGiorniDiversi") << "chkVenditeGiorniDiversi"
+                                                 << "optAvvisaVenditeGiorniDiversi" << true;
+        QTest::newRow("chkVenditoriObbligatori") << "chkVenditoriObbligatori"
+                                                 << "chkVenditoriBlocco" << false;
     }
     void checkBoxGovernsItsControls()
     {
-        QFETCH(QString, backend);
         QFETCH(QString, check);
         QFETCH(QString, dependent);
         QFETCH(bool, shows);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
         Screen s;
         QWidget* target = s.get(dependent);
-        auto* tabs = s.get<QTabWidget>("tbsMain");
-        for (int i = 0; i < tabs->count(); ++i)
-            if (tabs->widget(i)->isAncestorOf(target))
-                tabs->setCurrentIndex(i);
+        s.reveal(dependent);
         const auto active = [&] { return shows ? target->isVisible() : target->isEnabled(); };
         QVERIFY(!active()); // the model starts with every one of them off
         for (bool on : {true, false}) {
@@ -396,16 +246,8 @@ private Q_SLOTS:
     }
 
     // Annulla closes and nothing changes: table, globals, settings, logo.
-    void annullaSavesNothing_data()
-    {
-        testdb::addBackendColumn();
-        testdb::addBackendRows();
-    }
     void annullaSavesNothing()
     {
-        QFETCH(QString, backend);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
         const OptionGlobals before = gOptions();
         QTemporaryDir pictures;
         const QString picture = redPicture(pictures, QSize(60, 30));
@@ -418,12 +260,11 @@ private Q_SLOTS:
             s.set("txtLaserChar", "@");
             ScriptedDialogs script;
             script.expectFile(picture);
-            s.get<QAbstractButton>("cmdLogoStretch")->click();
+            s.set("cmdLogoStretch", {});
             testdb::click(s.screen, "cmdAnnulla");
-            QVERIFY(script.allAnswered());
             QCOMPARE(s.screen.result(), int(QDialog::Rejected));
         }
-        QCOMPARE(db.changed(), 0);
+        QCOMPARE(changed(), 0);
         for (const QString& nome : firmOptionNames())
             QCOMPARE(optionText(gOptions(), nome), optionText(before, nome));
         QVERIFY(!machineSettings().contains("Opzioni/LaserChar"));
@@ -435,23 +276,17 @@ private Q_SLOTS:
     // it. A file that is no picture is told and writes nothing.
     void logoIsScaledAndWritten_data()
     {
-        testdb::addBackendColumn();
         QTest::addColumn<QSize>("picture"); // empty: a text file
         QTest::addColumn<QPoint>("white");  // a point of the margin left around the picture
-        for (const QString& b : testdb::backends()) {
-            testdb::row(b, "wide") << QSize(400, 100) << QPoint(530, 10);
-            testdb::row(b, "tall") << QSize(100, 400) << QPoint(10, 236);
-            testdb::row(b, "small, same shape") << QSize(90, 40) << QPoint(-1, -1);
-            testdb::row(b, "unreadable") << QSize() << QPoint();
-        }
+        QTest::newRow("wide") << QSize(400, 100) << QPoint(530, 10);
+        QTest::newRow("tall") << QSize(100, 400) << QPoint(10, 236);
+        QTest::newRow("small, same shape") << QSize(90, 40) << QPoint(-1, -1);
+        QTest::newRow("unreadable") << QSize() << QPoint();
     }
     void logoIsScaledAndWritten()
     {
-        QFETCH(QString, backend);
         QFETCH(QSize, picture);
         QFETCH(QPoint, white);
-        Fixture db(backend, m_reports.path());
-        QVERIFY(db.isValid());
         QTemporaryDir pictures;
         const QString file = picture.isEmpty() ? m_reports.filePath("leggimi.txt") : redPicture(pictures, picture);
         QVERIFY(!file.isEmpty());
@@ -462,12 +297,10 @@ private Q_SLOTS:
             script.expectFile(file);
             if (picture.isEmpty())
                 script.expectMessage("Impossibile leggere l'immagine ", vb::OK);
-            s.get<QAbstractButton>("cmdLogoStretch")->click();
+            s.set("cmdLogoStretch", {});
             QCOMPARE(s.get<QLabel>("pctImmagine")->pixmap().isNull(), picture.isEmpty());
             QVERIFY(!QFile::exists(logo));
-            script.expectMessage(kSalvate, vb::OK);
-            testdb::click(s.screen, "cmdOk");
-            QVERIFY(script.allAnswered());
+            pressOk(s);
         }
         QCOMPARE(QFile::exists(logo), !picture.isEmpty());
         if (picture.isEmpty())
@@ -476,11 +309,9 @@ private Q_SLOTS:
         QCOMPARE(written.size(), QSize(1063, 472));
         QCOMPARE(written.dotsPerMeterX(), 11811); // 300 dpi: the box prints at 9 x 4 cm
         QCOMPARE(written.pixelColor(531, 236), QColor(Qt::red));
-        if (white.x() >= 0)
-            QCOMPARE(written.pixelColor(white), QColor(Qt::white));
-        else
-            QCOMPARE(written.pixelColor(2, 2), QColor(Qt::red)); // same shape: filled to the edges
-
+        // The margin is white; a picture of the box's shape fills it to the edges.
+        QCOMPARE(written.pixelColor(white.x() >= 0 ? white : QPoint(2, 2)),
+                 QColor(white.x() >= 0 ? Qt::white : Qt::red));
         Screen again;
         QVERIFY(!again.get<QLabel>("pctImmagine")->pixmap().isNull());
     }

@@ -17,11 +17,12 @@ int counter(int numeratore, const char* anno)
     return n.isValid() ? n.toInt() : -1;
 }
 
-int take(int numeratore, const char* anno)
+// A number taken in a transaction of its own, committed or not.
+int take(int numeratore, const char* anno, bool commit = true)
 {
     gAdoSqlServer().beginTrasaction("test");
     const int n = getNewNumeratoreAnnuale(numeratore, anno);
-    gAdoSqlServer().commitTrasaction("test");
+    commit ? gAdoSqlServer().commitTrasaction("test") : gAdoSqlServer().rollbackTrasaction("test");
     return n;
 }
 
@@ -52,21 +53,17 @@ private Q_SLOTS:
             QCOMPARE(counter(1, "2040"), 2);
         }
         // A save that rolls back gives its number back.
-        gAdoSqlServer().beginTrasaction("test");
-        QCOMPARE(getNewNumeratoreAnnuale(1, "2040"), 3);
-        gAdoSqlServer().rollbackTrasaction("test");
+        QCOMPARE(take(1, "2040", false), 3);
         QCOMPARE(take(1, "2040"), 3);
-
         testdb::run("UPDATE TipoDocumenti SET FLEXCOUNTER = 1 WHERE RID = 5");
         QVERIFY(getFlexCounter(5));
         QVERIFY(!getFlexCounter(4));
         QVERIFY(!getFlexCounter(999));
     }
 
-    // Documents of type 4 (DDT) in 2031: numbers 10 on 10 March, 20 and 21
-    // on 20 March, 30 on 30 March; type 7 shares the numerator and holds 20.
-    // "number": checkNumeroDocumento (free); "order": checkNumeroData (in
-    // date order). `self` is the document's own number, 0 for a new one.
+    // Type 4 (DDT) in 2031: 10 on 10 March, 20 and 21 on the 20th, 30 on the
+    // 30th; type 7 shares the numerator and holds 20. `order`: checkNumeroData,
+    // else checkNumeroDocumento; `self` the document's own number, 0 if new.
     void numberChecks_data()
     {
         QTest::addColumn<bool>("order");
@@ -104,13 +101,12 @@ private Q_SLOTS:
         QFETCH(int, self);
         QFETCH(bool, ok);
         testdb::run("DELETE FROM Movimenti WHERE ANNO = 2031");
-        const QList<std::tuple<int, int, int>> inMarch{{4, 10, 10}, {4, 20, 20}, {4, 21, 20}, {4, 30, 30}, {7, 20, 5}};
-        for (const auto& [t, numero, marzo] : inMarch)
-            testdb::run(QString("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA) "
-                                "VALUES (%1, 2031, %2, %3)")
-                            .arg(t)
-                            .arg(numero)
-                            .arg(gAdoSqlServer().getSQLDate(QDate(2031, 3, marzo))));
+        for (const auto& [t, numero, marzo] :
+             {std::tuple{4, 10, 10}, {4, 20, 20}, {4, 21, 20}, {4, 30, 30}, {7, 20, 5}})
+            testdb::run(
+                QString("INSERT INTO Movimenti (FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA) VALUES (%1, 2031, %2, %3)")
+                    .arg(QString::number(t), QString::number(numero),
+                         gAdoSqlServer().getSQLDate(QDate(2031, 3, marzo))));
         const QString own = QString("ANNO = 2031 AND FK_TIPODOCUMENTO = %1 AND PROGRESSIVO = %2").arg(tipo).arg(self);
         const int rid = self ? testdb::rid("Movimenti", own) : -1;
         QCOMPARE(order ? checkNumeroData(tipo, date, progressivo, rid)

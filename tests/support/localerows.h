@@ -11,8 +11,6 @@
 
 namespace localerows {
 
-// Every row runs under an English and under an Italian process locale, with
-// the same expected result.
 const char* const Locales[] = {"en_US", "it_IT"};
 
 class ProcessLocale

@@ -6,12 +6,14 @@
 #include "core/screenregistry.h"
 #include "screens/framework/appearance.h"
 #include "support/scripteddialogs.h"
+#include "support/testdb.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -51,6 +53,14 @@ template <class Form> struct Screen
             return button->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
         return QString();
     }
+    // What several controls show, in order.
+    QStringList shown(const QStringList& names)
+    {
+        QStringList texts;
+        for (const QString& name : names)
+            texts << shown(name);
+        return texts;
+    }
     QString rid() { return shown(QStringLiteral("lblRID")); }
     // Types into a field (focus on it), clicks a button, picks a combo's
     // entry by its text, or pastes into a text box.
@@ -79,6 +89,15 @@ template <class Form> struct Screen
     {
         get(name)->setFocus();
         QTest::keyClick(get(name), key);
+    }
+    // Brings forward the tab page that holds a control.
+    void reveal(const QString& name)
+    {
+        QWidget* w = get(name);
+        for (auto* tabs : screen.template findChildren<QTabWidget*>())
+            for (int i = 0; i < tabs->count(); ++i)
+                if (tabs->widget(i)->isAncestorOf(w))
+                    tabs->setCurrentIndex(i);
     }
 };
 

@@ -1,10 +1,7 @@
 #include "support/scripteddialogs.h"
 
-#include "common/msgbox.h"
-
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -23,80 +20,60 @@ ScriptedDialogs::~ScriptedDialogs()
     dialogs::setResponder(m_previous);
     setMsgBoxHandler(m_previousBox);
     if (!m_steps.isEmpty())
-        QTest::qFail(qPrintable(QStringLiteral("dialog script not finished, next: ") + m_steps.first().text), __FILE__,
-                     __LINE__);
+        QTest::qFail(qPrintable("dialog script not finished, next: " + m_steps.first().text), __FILE__, __LINE__);
 }
 
-void ScriptedDialogs::expectMessage(const QString& fragment, int answer)
-{
-    m_steps.append({Step::Message, fragment, answer, {}});
-}
-
-void ScriptedDialogs::expectDialog(const QString& objectName, Driver drive)
-{
-    m_steps.append({Step::Dialog, objectName, 0, std::move(drive)});
-}
-
-void ScriptedDialogs::expectFile(const QString& answer) { m_steps.append({Step::File, answer, 0, {}}); }
-
-bool ScriptedDialogs::next(Step::Kind kind, const QString& what, Step& step)
+std::optional<ScriptedDialogs::Step> ScriptedDialogs::next(Kind kind, const QString& what)
 {
     if (m_steps.isEmpty()) {
-        QTest::qFail(qPrintable(QStringLiteral("unexpected: ") + what), __FILE__, __LINE__);
-        return false;
+        QTest::qFail(qPrintable("unexpected: " + what), __FILE__, __LINE__);
+        return std::nullopt;
     }
-    step = m_steps.takeFirst();
-    const bool matches = step.kind == kind
-        && (kind == Step::File || (kind == Step::Message ? what.contains(step.text) : what == step.text));
-    if (!matches) {
-        QTest::qFail(qPrintable(QStringLiteral("expected \"") + step.text + QStringLiteral("\", got: ") + what),
-                     __FILE__, __LINE__);
-        return false;
+    const Step step = m_steps.takeFirst();
+    if (step.kind != kind || (kind == Message && !what.contains(step.text)) || (kind == Dialog && what != step.text)) {
+        QTest::qFail(qPrintable("expected \"" + step.text + "\", got: " + what), __FILE__, __LINE__);
+        return std::nullopt;
     }
-    return true;
+    return step;
 }
 
 int ScriptedDialogs::message(const QString& prompt, int style, const QString&)
 {
-    shown.append(QStringLiteral("message: ") + prompt);
-    Step step;
-    return next(Step::Message, prompt, step) ? step.answer : defaultAnswer(style);
+    shown.append("message: " + prompt);
+    const auto step = next(Message, prompt);
+    return step ? step->answer : defaultAnswer(style);
 }
 
 int ScriptedDialogs::dialog(QDialog& dialog)
 {
-    shown.append(QStringLiteral("dialog: ") + dialog.objectName());
-    Step step;
-    if (!next(Step::Dialog, dialog.objectName(), step)) {
-        // Closed as its user would close it, so that a screen waiting on
-        // it goes on (and the test fails) instead of asking again for ever.
-        dialog.reject();
-        return QDialog::Rejected;
-    }
-    if (step.drive)
-        step.drive(dialog);
-    if (dialog.isVisible())
+    shown.append("dialog: " + dialog.objectName());
+    const auto step = next(Dialog, dialog.objectName());
+    // Unexpected, it is closed as its user would close it, so that a screen
+    // waiting on it goes on (and the test fails) instead of asking for ever.
+    if (step && step->drive)
+        step->drive(dialog);
+    if (!step || dialog.isVisible())
         dialog.reject();
     return dialog.result();
 }
 
 QString ScriptedDialogs::fileChoice(dialogs::FileChoice, const QString& caption, const QString&)
 {
-    shown.append(QStringLiteral("file: ") + caption);
-    Step step;
-    return next(Step::File, caption, step) ? step.text : QString();
+    shown.append("file: " + caption);
+    const auto step = next(File, caption);
+    return step ? step->text : QString();
 }
 
 void ScriptedDialogs::openUrl(const QUrl& url)
 {
-    shown.append(QStringLiteral("url: ") + url.toString());
+    shown.append("url: " + url.toString());
     openedUrls.append(url);
 }
 
 void typeInto(QWidget& parent, const QString& name, const QString& text)
 {
     QWidget* field = parent.findChild<QWidget*>(name);
-    QVERIFY2(field, qPrintable(QStringLiteral("no field ") + name));
+    QVERIFY2(field, qPrintable("no field " + name));
     if (auto* line = qobject_cast<QLineEdit*>(field))
         line->clear();
     else if (auto* plain = qobject_cast<QPlainTextEdit*>(field))
@@ -107,7 +84,7 @@ void typeInto(QWidget& parent, const QString& name, const QString& text)
 void click(QWidget& parent, const QString& name)
 {
     auto* button = parent.findChild<QAbstractButton*>(name);
-    QVERIFY2(button, qPrintable(QStringLiteral("no button ") + name));
+    QVERIFY2(button, qPrintable("no button " + name));
     QTest::mouseClick(button, Qt::LeftButton);
 }
 
@@ -121,10 +98,9 @@ void showActive(QWidget& screen)
 void enter(QWidget& parent, const QString& name, const QString& text)
 {
     auto* field = parent.findChild<QLineEdit*>(name);
-    QVERIFY2(field, qPrintable(QStringLiteral("no field ") + name));
+    QVERIFY2(field, qPrintable("no field " + name));
     field->setFocus();
-    field->clear();
-    QTest::keyClicks(field, text);
+    typeInto(parent, name, text);
     QTest::keyClick(field, Qt::Key_Tab);
 }
 

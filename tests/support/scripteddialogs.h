@@ -1,8 +1,8 @@
 #pragma once
 // Answers the program's dialogs from a script, in order: message boxes by a
 // fragment of their text, modal dialogs by object name (a function drives
-// the dialog's controls), file choices with a path. Anything unexpected
-// fails the test.
+// the dialog's controls), file choices with a path. Anything unexpected,
+// or a step not reached by the end, fails the test.
 
 #include "common/msgbox.h"
 #include "core/dialogservice.h"
@@ -14,6 +14,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <optional>
 
 namespace testdb {
 
@@ -25,9 +26,9 @@ public:
     ScriptedDialogs();
     ~ScriptedDialogs() override;
 
-    void expectMessage(const QString& fragment, int answer);
-    void expectDialog(const QString& objectName, Driver drive);
-    void expectFile(const QString& answer);
+    void expectMessage(const QString& fragment, int answer) { m_steps.append({Message, fragment, answer, {}}); }
+    void expectDialog(const QString& objectName, Driver drive) { m_steps.append({Dialog, objectName, 0, drive}); }
+    void expectFile(const QString& answer) { m_steps.append({File, answer, 0, {}}); }
 
     // Everything shown, in order ("message: ...", "dialog: frmPw", "file: ...").
     QStringList shown;
@@ -40,25 +41,27 @@ public:
     void openUrl(const QUrl& url) override;
 
 private:
+    enum Kind {
+        Message,
+        Dialog,
+        File
+    };
     struct Step
     {
-        enum Kind {
-            Message,
-            Dialog,
-            File
-        } kind;
+        Kind kind;
         QString text; // fragment, object name or file
         int answer = 0;
         Driver drive;
     };
-    bool next(Step::Kind kind, const QString& what, Step& step);
+    // The next step, when it is of `kind` and matches `what`.
+    std::optional<Step> next(Kind kind, const QString& what);
 
     QList<Step> m_steps;
     dialogs::Responder* m_previous = nullptr;
     MsgBoxHandler m_previousBox;
 };
 
-// Types `text` into the child named `name` of `parent` and clicks buttons by name.
+// Types `text` into the child named `name` of `parent`; clicks a button by name.
 void typeInto(QWidget& parent, const QString& name, const QString& text);
 void click(QWidget& parent, const QString& name);
 // Shows a screen as the active window: its function keys are shortcuts of

@@ -49,14 +49,11 @@ bool serverAdmin(const QString& sql)
 {
     DbError error;
     PhysicalConnectionPtr c = driver::acquire(TipoServer::MySql, mysqlBaseConnectionString(), 10, error);
-    if (!c) {
-        qWarning("MariaDB: %s", qPrintable(error.description));
-        return false;
-    }
-    const bool ok = c->execute(sql, nullptr, error);
+    const bool ok = c && c->execute(sql, nullptr, error);
     if (!ok)
         qWarning("MariaDB: %s", qPrintable(error.description));
-    driver::release(c);
+    if (c)
+        driver::release(c);
     return ok;
 }
 
@@ -68,28 +65,21 @@ TestDatabase::TestDatabase(const QString& backend, bool seed)
         m_tipoServer = TipoServer::FileDb;
         m_dir = std::make_unique<QTemporaryDir>();
         const QString path = m_dir->filePath(QStringLiteral("Orvantis.db"));
-        if (seed) {
-            m_valid = model::buildModelFile(path, &message);
-        } else {
-            QFile file(path);
-            m_valid = file.open(QIODevice::WriteOnly);
-            file.close();
-            m_valid = m_valid && model::createTables(m_tipoServer, fileDbConnectionString(path), &message);
-        }
         m_connectionString = fileDbConnectionString(path);
+        QFile file(path); // empty, for the tables alone
+        m_valid = seed
+            ? model::buildModelFile(path, &message)
+            : file.open(QIODevice::WriteOnly) && model::createTables(m_tipoServer, m_connectionString, &message);
     } else {
         static int counter = 0;
         m_tipoServer = TipoServer::MySql;
         m_serverDatabase = QStringLiteral("orv_t%1_%2").arg(QCoreApplication::applicationPid()).arg(++counter);
         serverAdmin(QStringLiteral("DROP DATABASE IF EXISTS ") + m_serverDatabase);
         m_connectionString = mysqlBaseConnectionString() + QStringLiteral(";Database=") + m_serverDatabase;
-        if (seed) {
-            m_valid = model::initServerDatabase(m_tipoServer, m_connectionString, &message);
-        } else {
-            m_valid = serverAdmin(QStringLiteral("CREATE DATABASE ") + m_serverDatabase
-                                  + QStringLiteral(" CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_ci"))
+        m_valid = seed
+            ? model::initServerDatabase(m_tipoServer, m_connectionString, &message)
+            : serverAdmin("CREATE DATABASE " + m_serverDatabase + " CHARACTER SET utf8mb4 COLLATE utf8mb4_unicode_ci")
                 && model::createTables(m_tipoServer, m_connectionString, &message);
-        }
     }
     if (!m_valid)
         qWarning("test database (%s): %s", qPrintable(backend), qPrintable(message));
@@ -125,9 +115,8 @@ TestDatabase& shared(const QString& backend, bool seed)
     auto& map = sharedDatabases();
     if (!map.contains(key))
         map.insert(key, std::make_shared<TestDatabase>(backend, seed));
-    TestDatabase& db = *map.value(key);
-    db.activate();
-    return db;
+    map.value(key)->activate();
+    return *map.value(key);
 }
 
 void dropShared() { sharedDatabases().clear(); }
@@ -163,7 +152,7 @@ ScriptedMsgBox::~ScriptedMsgBox()
 {
     setMsgBoxHandler({});
     if (!m_script.isEmpty())
-        QTest::qFail(qPrintable(QStringLiteral("box not shown: ") + m_script.first().first), __FILE__, __LINE__);
+        QTest::qFail(qPrintable("box not shown: " + m_script.first().first), __FILE__, __LINE__);
 }
 
 void ScriptedMsgBox::expect(const QString& fragment, int answer) { m_script.append({fragment, answer}); }
@@ -195,14 +184,10 @@ QTestData& row(const QString& backend, const QString& name)
 
 int count(const QString& table, const QString& where)
 {
-    return number(QStringLiteral("SELECT COUNT(*) FROM ") + table
-                  + (where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where));
+    return number("SELECT COUNT(*) FROM " + table + (where.isEmpty() ? QString() : " WHERE " + where));
 }
 
-int rid(const QString& table, const QString& where)
-{
-    return number(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE ") + where);
-}
+int rid(const QString& table, const QString& where) { return number("SELECT RID FROM " + table + " WHERE " + where); }
 
 void empty(const QStringList& tables)
 {
@@ -210,9 +195,10 @@ void empty(const QStringList& tables)
         run(QStringLiteral("DELETE FROM ") + table);
 }
 
+QString code(const QString& code) { return QStringLiteral("CODICE = ¤") + code + QStringLiteral("¤"); }
+
 QString asStored(const QString& text)
 {
-    // QString::toUcs4 makes the same choice on its own.
     const QList<uint> ucs4 = text.toUcs4();
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(ucs4.constData()), ucs4.size());
 }

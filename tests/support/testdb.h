@@ -1,7 +1,6 @@
 #pragma once
 // Databases for tests: a SQLite file in a temporary folder, or a fresh
 // database on the throwaway MariaDB server named by ORVANTIS_TEST_MYSQL.
-// Data-driven tests add one row per back end with addBackendRows().
 
 #include "common/errorlog.h"
 
@@ -12,7 +11,6 @@
 #include <QTemporaryDir>
 #include <QVariant>
 
-#include <functional>
 #include <memory>
 
 class QTestData;
@@ -23,7 +21,7 @@ namespace testdb {
 // ORVANTIS_REQUIRE_MYSQL=1 a missing server is a failure, not a skip.
 QStringList backends();
 
-// Adds a column "backend" and one row per back end named by `prefix`+backend.
+// A column "backend" and one row per back end named `prefix`+backend.
 void addBackendColumn();
 void addBackendRows(const QString& prefix = QString());
 
@@ -85,35 +83,33 @@ private:
     QList<QPair<QString, int>> m_script;
 };
 
-// Statements through gAdoSqlServer on the current test database, in the
-// system's mark-up: run() fails the test when the statement fails; value()
-// is the first column of the first row (invalid for none); rows() every row.
+// Statements on the current test database, in the system's mark-up: run()
+// fails the test when the statement fails; value() is the first column of
+// the first row (invalid for none); rows() every row.
 void run(const QString& sql);
 QVariant value(const QString& sql);
 int number(const QString& sql);
 QList<QVariantList> rows(const QString& sql);
 
-// The back ends as data rows of any table: `row(name)` names a row
-// "name (backend)" and streams the back end first, e.g.
+// A data row "name (backend)" that streams the back end first:
 //   for (const QString& b : testdb::backends()) testdb::row(b, "lots") << 1;
 QTestData& row(const QString& backend, const QString& name);
 
-// Shorthands on the current test database: the rows of a table (those that
-// meet `where`), the key of the row that meets `where` (0 for none), and
-// every row of some tables deleted.
+// The rows of a table (those that meet `where`), the key of the row that
+// meets `where` (0 for none), every row of some tables deleted.
 int count(const QString& table, const QString& where = QString());
 int rid(const QString& table, const QString& where);
 void empty(const QStringList& tables);
+// The condition on a row's code, "CODICE = ¤code¤".
+QString code(const QString& code);
 
-// What a database holds for a text: every half character (a lone UTF-16
-// surrogate) becomes U+FFFD, the replacement character.
+// What a database holds for a text: a lone UTF-16 surrogate becomes U+FFFD.
 QString asStored(const QString& text);
 
 // A test class whose tests all run on each back end: the back ends are its
-// global rows, every test starts on the shared database of its row (made
-// on first use, seeded unless told otherwise) and must give back every
-// connection it took. A class that needs more at one of these steps
-// declares the slot and calls the one here first.
+// global rows, every test starts on the shared database of its row and must
+// give back every connection it took. A class that needs more at one of
+// these steps declares the slot and calls the one here first.
 class BackendTest : public QObject
 {
     Q_OBJECT
@@ -122,8 +118,7 @@ public:
     explicit BackendTest(bool seed = true)
         : m_seed(seed)
     { }
-    // The back end of the running test.
-    static QString backend();
+    static QString backend(); // of the running test
 
 protected Q_SLOTS:
     void initTestCase_data();
@@ -136,7 +131,7 @@ private:
     bool m_seed;
 };
 
-// Runs a plain statement on the server named by ORVANTIS_TEST_MYSQL, outside
+// A plain statement on the server named by ORVANTIS_TEST_MYSQL, outside
 // cAdoSqlServer (creating and dropping databases).
 bool serverAdmin(const QString& sql);
 QString mysqlBaseConnectionString();

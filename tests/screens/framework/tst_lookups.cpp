@@ -1,9 +1,6 @@
-// The look-ups of the code fields on both back ends: found by code or by
-// key, the box for an unknown code, the conditions of the customer,
-// supplier and journal-causal look-ups, and the product look-up with its
-// chooser.
+// The look-ups of the code fields on both back ends, and the product
+// look-up with its chooser.
 #include "common/msgbox.h"
-#include "data/cadosqlserver.h"
 #include "data/recordset.h"
 #include "lookups/lookups.h"
 #include "support/testdb.h"
@@ -69,30 +66,22 @@ private Q_SLOTS:
         QTest::addColumn<int>("rid");
         QTest::addColumn<QString>("expectedCode"); // empty: not found
         QTest::addColumn<QString>("expectedDescription");
-        QTest::newRow("unit by code") << Lookup(&validaUnitaMisura) << "KG" << 0 << "KG"
-                                      << "Chilogrammi";
-        QTest::newRow("unit by key") << Lookup(&validaUnitaMisura) << "" << 1 << "PZ"
-                                     << "Pezzi";
-        QTest::newRow("unknown unit") << Lookup(&validaUnitaMisura) << "XX" << 0 << ""
-                                      << "";
-        QTest::newRow("customer") << Lookup(&validaCliente) << "901" << 0 << "901"
-                                  << "Rossi Srl";
-        QTest::newRow("customer refuses a supplier") << Lookup(&validaCliente) << "902" << 0 << ""
-                                                     << "";
-        QTest::newRow("supplier") << Lookup(&validaFornitore) << "902" << 0 << "902"
-                                  << "Bianchi Spa";
-        QTest::newRow("any counterparty") << Lookup(&validaAnagrafe) << "902" << 0 << "902"
-                                          << "Bianchi Spa";
-        QTest::newRow("counterparty number not a number") << Lookup(&validaAnagrafe) << "abc" << 0 << ""
-                                                          << "";
-        QTest::newRow("product by bar code") << Lookup(&validaProdotto) << "8001234567890" << 0 << "VITE8"
-                                             << "Vite 8 mm";
-        QTest::newRow("product by extra code") << Lookup(&validaProdotto) << "V-8" << 0 << "VITE8"
-                                               << "Vite 8 mm";
-        QTest::newRow("account") << Lookup(&validaConto) << "01003001" << 0 << "01003001"
-                                 << "Cassa";
-        QTest::newRow("document type") << Lookup(&validaDocumento) << "DDT" << 0 << "DDT"
-                                       << "Documento di trasporto";
+        const auto row = [](const char* name, Lookup lookup, const char* codice, int rid, const char* code,
+                            const char* description) {
+            QTest::newRow(name) << lookup << codice << rid << code << description;
+        };
+        row("unit by code", &validaUnitaMisura, "KG", 0, "KG", "Chilogrammi");
+        row("unit by key", &validaUnitaMisura, "", 1, "PZ", "Pezzi");
+        row("unknown unit", &validaUnitaMisura, "XX", 0, "", "");
+        row("customer", &validaCliente, "901", 0, "901", "Rossi Srl");
+        row("customer refuses a supplier", &validaCliente, "902", 0, "", "");
+        row("supplier", &validaFornitore, "902", 0, "902", "Bianchi Spa");
+        row("any counterparty", &validaAnagrafe, "902", 0, "902", "Bianchi Spa");
+        row("counterparty number not a number", &validaAnagrafe, "abc", 0, "", "");
+        row("product by bar code", &validaProdotto, "8001234567890", 0, "VITE8", "Vite 8 mm");
+        row("product by extra code", &validaProdotto, "V-8", 0, "VITE8", "Vite 8 mm");
+        row("account", &validaConto, "01003001", 0, "01003001", "Cassa");
+        row("document type", &validaDocumento, "DDT", 0, "DDT", "Documento di trasporto");
     }
     void family()
     {

@@ -1,6 +1,4 @@
-// The search dialogs: the statement work as text, then frmRicerca and
-// frmSelectElement on real rows of both back ends, and what a filter finds
-// whatever the user types in it.
+// The search dialogs: the statement work as text, then the dialogs on both back ends.
 #include "core/serversettings.h"
 #include "data/cadosqlserver.h"
 #include "data/recordset.h"
@@ -11,7 +9,6 @@
 #include "screens/framework/listhelpers.h"
 #include "screens/services/ricercasql.h"
 #include "support/screendriver.h"
-#include "support/testdb.h"
 
 #include <QCheckBox>
 #include <QHeaderView>
@@ -31,10 +28,7 @@ const QString kFiltered = "SELECT RID, CODICE, DESCRIZIONE FROM Colori WHERE COD
 
 struct Dialog : testdb::Screen<frmRicerca>
 {
-    template <class... Start>
-    explicit Dialog(Start... start)
-        : testdb::Screen<frmRicerca>(start...)
-    { }
+    using Screen::Screen;
     QTreeWidget* list() { return get<QTreeWidget>("lswMain"); }
     QStringList codes() { return testdb::listColumn(list(), 1); }
     QSet<QString> found()
@@ -45,11 +39,9 @@ struct Dialog : testdb::Screen<frmRicerca>
     void like(bool on) { get<QCheckBox>("chkLike")->setChecked(on); }
 };
 
-// Pieces of the descriptions and filters of the filter cases. Both back
-// ends compare them the same way, ASCII letters without regard to case and
-// the rest as they are: no accented letters (MariaDB's collation takes "è"
-// for "e") and no characters beyond the basic plane (it takes them all for
-// one another).
+// Pieces of the descriptions and filters of the filter cases, that both back
+// ends compare alike (ASCII letters without regard to case): no accented
+// letters and no characters beyond the basic plane, which MariaDB folds.
 const QStringList kPieces = {
     "a", "B", "ab", "%",   "_",    "[",       "]",      "!", "\\", "'",       "\"", "¤",
     "‡", "¿", "•",  "•A•", "•/A•", "`",       " ",      "€", "x%", " OR 1=1", "--", "#01/02/2024#",
@@ -180,11 +172,9 @@ private Q_SLOTS:
         QVERIFY(again.get<QCheckBox>("chkLike")->isChecked());
     }
 
-    // What the user types in the filter is text to look for, never part of
-    // the statement: whatever it holds, the dialog shows exactly the rows
-    // whose description starts with it (or holds it, chkLike), in both
-    // halves of a UNION, and reports nothing. The delimiter, quotes, mark-up
-    // characters, "%", "_", "[" and "\" are text like any other.
+    // The filter is text to look for, never part of the statement: whatever
+    // it holds, the dialog shows exactly the rows whose description starts
+    // with it (or holds it, chkLike), in both halves of a UNION, and reports nothing.
     void filters()
     {
         testdb::run("DELETE FROM Colori WHERE CODICE LIKE ¤FZ%¤");
@@ -201,26 +191,13 @@ private Q_SLOTS:
         }
         QVERIFY(gAdoSqlServer().commitTrasaction("test"));
 
-        // Typed key by key; then pasted: halves of characters, a tab,
-        // random pieces, and pieces of the rows, which find at least their row.
-        const QStringList typed{"¤",
-                                "x¤ OR 1=1 OR DESCRIZIONE LIKE ¤",
-                                "' OR '1'='1",
-                                "%",
-                                "_",
-                                "[a-z]",
-                                "[!a]%",
-                                "\\",
-                                "\\%",
-                                "!",
-                                "!%",
-                                "•A•",
-                                "•/A•x•M•",
-                                "‡¿",
-                                "SELECT TOP 1 ",
-                                "a UNION SELECT 1, ¤FZ000¤, ¤x¤",
-                                ")) OR ((1=1",
-                                "ESCAPE ¤!¤"};
+        // Typed key by key (one filter a "|"); then pasted: halves of
+        // characters, a tab, random pieces, and pieces of the rows, which
+        // find at least their row.
+        const QStringList typed =
+            QString("¤|x¤ OR 1=1 OR DESCRIZIONE LIKE ¤|' OR '1'='1|%|_|[a-z]|[!a]%|\\|\\%|!|!%|•A•|"
+                    "•/A•x•M•|‡¿|SELECT TOP 1 |a UNION SELECT 1, ¤FZ000¤, ¤x¤|)) OR ((1=1|ESCAPE ¤!¤")
+                .split('|');
         QStringList pasted{"a" + QString(QChar(0xD83D)), QString(QChar(0xDE00)),
                            "a\tUNION\tSELECT RID, CODICE, DESCRIZIONE FROM Colori"};
         for (int i = 0; i < 60; ++i) {
@@ -279,18 +256,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("how");
         QTest::addColumn<QString>("expected"); // "rid" for the row ZZBLU
-        QTest::newRow("cancel") << "cmdCancel"
-                                << "0";
-        QTest::newRow("close box") << "close"
-                                   << "0";
-        QTest::newRow("escape") << "escape"
-                                << "0";
-        QTest::newRow("ok") << "cmdOK"
-                            << "rid";
-        QTest::newRow("enter") << "enter"
-                               << "rid";
-        QTest::newRow("new") << "cmdNuovo"
-                             << "-1";
+        for (const QString row : {"cancel:cmdCancel:0", "close box:close:0", "escape:escape:0", "ok:cmdOK:rid",
+                                  "enter:enter:rid", "new:cmdNuovo:-1"})
+            QTest::newRow(qPrintable(row.section(':', 0, 0))) << row.section(':', 1, 1) << row.section(':', 2);
     }
     void choice()
     {
