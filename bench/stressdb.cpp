@@ -5,6 +5,7 @@
 #include "data/connectionstring.h"
 #include "data/driver.h"
 #include "data/modeldatabase.h"
+#include "data/nextnumber.h"
 #include "data/recordset.h"
 #include "data/scoped.h"
 #include "data/sqldialect.h"
@@ -19,6 +20,7 @@
 #include <QSet>
 
 #include <cmath>
+#include <functional>
 
 namespace stress {
 
@@ -113,13 +115,24 @@ bool saveDocument(const Fixture& f, bool carico, const QList<Riga>& righe)
                            kTag);
 }
 
-bool saveInTransaction(const Fixture& f, bool carico, const QList<Riga>& righe, Figures* figures)
+// A card of the address book, numbered as the highest number plus one.
+bool saveCard()
+{
+    const int numero = nextNumber(QStringLiteral("Rubrica"), QStringLiteral("NUMERO"), kTag);
+    return numero > 0
+        && db().executeSQL(QStringLiteral("INSERT INTO Rubrica (NUMERO, DENOMINAZIONE) VALUES (")
+                               + QString::number(numero) + QStringLiteral(", ")
+                               + sqlText(QStringLiteral("Scheda %1").arg(numero)) + QLatin1Char(')'),
+                           kTag);
+}
+
+bool saveInTransaction(const std::function<bool()>& write, Figures* figures)
 {
     cAdoSqlServer::Failure failure = cAdoSqlServer::Failure::None;
     bool saved = false;
     {
         cTransaction transaction(kTag);
-        saved = transaction && saveDocument(f, carico, righe) && transaction.commit();
+        saved = transaction && write() && transaction.commit();
         failure = db().lastFailure();
     }
     if (!figures)
@@ -214,7 +227,8 @@ bool prepareFixture(QString* message)
     QList<Riga> righe;
     for (const int p : std::as_const(f.prodotti))
         righe << Riga{p, 100, Currency::fromUnits(5)};
-    return saveInTransaction(f, true, righe, nullptr) || fail(QStringLiteral("primo carico"));
+    return saveInTransaction([&] { return saveDocument(f, true, righe); }, nullptr)
+        || fail(QStringLiteral("primo carico"));
 }
 
 bool readFixture(Fixture& f)
@@ -243,6 +257,10 @@ bool readFixture(Fixture& f)
 
 void save(const Fixture& f, QRandomGenerator& random, Figures& figures)
 {
+    if (random.bounded(4) == 0) {
+        saveInTransaction(saveCard, &figures);
+        return;
+    }
     const bool carico = random.bounded(2) == 0;
     // One to three products in random order: the engine must lock them in
     // an order of its own.
@@ -254,7 +272,7 @@ void save(const Fixture& f, QRandomGenerator& random, Figures& figures)
     for (int i = 0; i < count; ++i)
         righe << Riga{scelti.at(i), 1 + random.bounded(carico ? 10 : 4),
                       carico ? Currency::fromUnits(5 + random.bounded(3)) : Currency::fromUnits(12)};
-    saveInTransaction(f, carico, righe, &figures);
+    saveInTransaction([&] { return saveDocument(f, carico, righe); }, &figures);
 }
 
 // --- check --------------------------------------------------------------------
@@ -277,12 +295,13 @@ QList<QVariantList> rows(const QString& sql)
 int number(const QString& sql) { return value(sql).toInt(); }
 
 // Numbers 1..count, each once.
-QString sequence(const QString& what, const QString& fromWhere, int& problems)
+QString sequence(const QString& what, const QString& fromWhere, int& problems,
+                 const QString& column = QStringLiteral("PROGRESSIVO"))
 {
     const int count = number(QStringLiteral("SELECT COUNT(*) ") + fromWhere);
-    const int distinct = number(QStringLiteral("SELECT COUNT(DISTINCT PROGRESSIVO) ") + fromWhere);
-    const int highest = number(QStringLiteral("SELECT MAX(PROGRESSIVO) ") + fromWhere);
-    const int lowest = number(QStringLiteral("SELECT MIN(PROGRESSIVO) ") + fromWhere);
+    const int distinct = number(QStringLiteral("SELECT COUNT(DISTINCT ") + column + QStringLiteral(") ") + fromWhere);
+    const int highest = number(QStringLiteral("SELECT MAX(") + column + QStringLiteral(") ") + fromWhere);
+    const int lowest = number(QStringLiteral("SELECT MIN(") + column + QStringLiteral(") ") + fromWhere);
     const bool ok = count == distinct && (count == 0 || (lowest == 1 && highest == count));
     if (!ok)
         ++problems;
@@ -314,7 +333,7 @@ Check checkDatabase(int tipoServer)
         int bad = 0;
         for (const QVariantList& r :
              rows(QStringLiteral("CHECK TABLE Movimenti, DettagliMovimento, PrimaNota, PrimaNotaDettagli, Scadenze, "
-                                 "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota")))
+                                 "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota, Rubrica")))
             if (r.value(2).toString() == QLatin1String("status") && r.value(3).toString() != QLatin1String("OK"))
                 ++bad;
         fact(QStringLiteral("CHECK TABLE: %1 tables not OK").arg(bad), bad == 0);
@@ -329,6 +348,8 @@ Check checkDatabase(int tipoServer)
                                 + QString::number(
                                     ridByCode(QStringLiteral("TipoDocumenti"), QString::fromLatin1(type))),
                             problems);
+    c.lines << sequence(QStringLiteral("address book cards"), QStringLiteral("FROM Rubrica"), problems,
+                        QStringLiteral("NUMERO"));
     const int documents = number(QStringLiteral("SELECT COUNT(*) FROM Movimenti"));
     const int entries = number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota"));
     fact(QStringLiteral("documents %1, journal entries %2").arg(documents).arg(entries), documents == entries);

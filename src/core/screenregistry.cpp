@@ -36,6 +36,11 @@ Opener& opener()
     static Opener current;
     return current;
 }
+Teller& teller()
+{
+    static Teller current;
+    return current;
+}
 } // namespace
 
 void registerScreen(const QString& name, ScreenEntry entry) { registry().insert(name, std::move(entry)); }
@@ -49,6 +54,17 @@ const ScreenEntry* findScreen(const QString& name)
 QStringList registeredScreens() { return registry().keys(); }
 
 void setOpener(Opener next) { opener() = std::move(next); }
+
+void setTeller(Teller next) { teller() = std::move(next); }
+
+QWidget* openOrTell(const QString& name, const QVariant& argument, const QString& caption)
+{
+    if (findScreen(name))
+        return openScreen(name, argument);
+    if (teller())
+        teller()(caption);
+    return nullptr;
+}
 
 QWidget* openScreen(const QString& name, const QVariant& argument)
 {

@@ -40,6 +40,12 @@ QWidget* openScreen(const QString& name, const QVariant& argument = QVariant());
 using Opener = std::function<QWidget*(const QString& name, const QVariant& argument)>;
 void setOpener(Opener opener);
 
+// Opens the screen; one that this release does not have yet is announced
+// instead (the main window says so in its status bar), under `caption`.
+QWidget* openOrTell(const QString& name, const QVariant& argument, const QString& caption);
+using Teller = std::function<void(const QString& caption)>;
+void setTeller(Teller teller);
+
 // A screen saved or deleted a document type: whoever shows the types (the
 // main window's document menu) reads them again. A subscription ends with
 // its receiver.

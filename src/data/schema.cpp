@@ -166,7 +166,8 @@ QList<Table> buildTables()
                   {key("RID"), ref("FK_PAGAMENTO", "Pagamenti"), whole("NGIORNI"), percent("PERCENTUALE")},
                   {}};
 
-    // Customers ('C') and suppliers ('F'); NUMERO is one sequence for both.
+    // Customers ('C') and suppliers ('F'); NUMERO is one sequence for both,
+    // so it is unique across the two kinds.
     list << Table{QStringLiteral("Anagrafiche"),
                   {key("RID"),
                    text("CAP", kCap),
@@ -207,14 +208,14 @@ QList<Table> buildTables()
                    text("TELUFFICIO", kTelefono),
                    text("TELUFFICIO3", kTelefono),
                    text("TIPO", 10)},
-                  {index({"TIPO", "NUMERO"}), index({"NUMERO"}), index({"CFISCALE"}), index({"PIVA"})}};
+                  {index({"TIPO", "NUMERO"}), index({"NUMERO"}, true), index({"CFISCALE"}), index({"PIVA"})}};
 
     list << Table{QStringLiteral("Rubrica"),
                   {key("RID"), text("CAP", kCap), text("CELL", kTelefono), text("CITTA", kCitta),
                    text("CIVICO", kCivico), text("DENOMINAZIONE", kDescrizione), text("EMAIL", kEmail),
                    text("FAX", kTelefono), text("INDIRIZZO", kIndirizzo), whole("NUMERO"),
                    text("PROVINCIA", kProvincia), text("TELEFONO", kTelefono)},
-                  {index({"NUMERO"})}};
+                  {index({"NUMERO"}, true)}};
 
     list << Table{QStringLiteral("CategorieSconti"),
                   {key("RID"), text("CODICE", kCodice), text("DESCRIZIONE", kDescrizione)},

@@ -37,12 +37,15 @@ const LookupTable gruppi{"Gruppi",      "CODICE",     "DESCRIZIONE",   "",
                          "DESCRIZIONE", validaGruppo, "frmSimpleForm", "mnuTab_4"};
 const LookupTable marche{"Marche",      "CODICE",    "DESCRIZIONE",   "",
                          "DESCRIZIONE", validaMarca, "frmSimpleForm", "mnuTab_8"};
-const LookupTable pagamenti{"Pagamenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaPagamento};
+const LookupTable pagamenti{"Pagamenti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaPagamento, "frmPagamenti"};
 const LookupTable unitaMisura{"UnitaMisura", "CODICE",          "DESCRIZIONE",   "",
                               "DESCRIZIONE", validaUnitaMisura, "frmSimpleForm", "mnuTab_10"};
 const LookupTable collezioni{"Collezioni",  "CODICE",         "DESCRIZIONE",   "",
                              "DESCRIZIONE", validaCollezione, "frmSimpleForm", "mnuCollezioni"};
 const LookupTable magazzini{"Magazzini",   "CODICE",        "DESCRIZIONE",   "",
                             "DESCRIZIONE", validaMagazzino, "frmSimpleForm", "mnuTab_6"};
+const LookupTable banche{"Banche", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaBanca, "frmBanche"};
+const LookupTable fasceClienti{"FasceClienti",      "CODICE",        "DESCRIZIONE",    "", "DESCRIZIONE",
+                               validaFasciaCliente, "frmSimpleForm", "mnuFasceClienti"};
 
 } // namespace lookup

@@ -39,5 +39,7 @@ extern const LookupTable pagamenti;
 extern const LookupTable unitaMisura;
 extern const LookupTable collezioni;
 extern const LookupTable magazzini;
+extern const LookupTable banche;
+extern const LookupTable fasceClienti;
 
 } // namespace lookup

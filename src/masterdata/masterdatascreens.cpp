@@ -1,12 +1,16 @@
 #include "masterdata/masterdatascreens.h"
 
 #include "core/screenregistry.h"
+#include "masterdata/frmanagrafica.h"
+#include "masterdata/frmcategoriasconti.h"
 #include "masterdata/frmcausali.h"
 #include "masterdata/frmiva.h"
 #include "masterdata/frmnumeratori.h"
 #include "masterdata/frmopzioni.h"
+#include "masterdata/frmpagamenti.h"
 #include "masterdata/frmpianoconti.h"
 #include "masterdata/frmricercaconto.h"
+#include "masterdata/frmrubrica.h"
 #include "masterdata/frmtipodocumento.h"
 #include "screens/framework/ctablescreen.h"
 #include "screens/framework/frmsimpleform.h"
@@ -49,6 +53,10 @@ void registerMasterdataScreens()
     registerRecordScreen<frmIva>("frmIva", false, true);
     registerRecordScreen<frmCausali>("frmCausali", true, false);
     registerRecordScreen<frmPianoConti>("frmPianoConti", true, true);
+    registerRecordScreen<frmPagamenti>("frmPagamenti", true, true);
+    registerRecordScreen<frmAnagrafica>("frmAnagrafica", true, true);
+    registerRecordScreen<frmCategoriaSconti>("frmCategoriaSconti", false, true);
+    registerRecordScreen<frmRubrica>("frmRubrica", true, true);
 
     using namespace fields;
     const unsigned required = Required | Trimmed;

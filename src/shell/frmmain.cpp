@@ -68,6 +68,7 @@ frmMain::frmMain(frmSplash* splash, QWidget* parent)
 {
     setObjectName(QStringLiteral("frmMain"));
     screens::setOpener([this](const QString& name, const QVariant& argument) { return openScreen(name, argument); });
+    screens::setTeller([this](const QString& caption) { showNotYetAvailable(caption); });
     if (splash)
         splash->addInfo(QStringLiteral("Creazione Menu..."));
 
@@ -104,6 +105,7 @@ frmMain::~frmMain()
     if (dialogs::ownerWindow() == this)
         dialogs::setOwnerWindow(nullptr);
     screens::setOpener({});
+    screens::setTeller({});
 }
 
 void frmMain::adaptMenuToMode()
@@ -218,10 +220,7 @@ void frmMain::openDocumentKey(const QString& key, const QString& caption)
 
 void frmMain::openOrTell(const QString& screen, const QVariant& argument, const QString& caption)
 {
-    if (screens::findScreen(screen))
-        openScreen(screen, argument);
-    else
-        showNotYetAvailable(plainCaption(caption));
+    screens::openOrTell(screen, argument, plainCaption(caption));
 }
 
 void frmMain::runCommand(const QString& name)

@@ -68,7 +68,7 @@ QList<MenuNode> buildTree()
                  item("mnuIva", "Aliquote &Iva", "IVA", "frmIva"),
                  item("mnuFasceClienti", "&Fasce Clienti", "Generic", "frmSimpleForm",
                       QStringLiteral("mnuFasceClienti")),
-                 item("mnuCatSconti", "Categorie &Sconti", "Catsco", "frmCategorieSconti"),
+                 item("mnuCatSconti", "Categorie &Sconti", "Catsco", "frmCategoriaSconti"),
                  item("mnuScontiImmediati", "Sco&nti Immediati", "ScoImm", "frmScontiImmediati"),
                  item("mnuCollezioni", "Colle&zioni", "Generic", "frmSimpleForm", QStringLiteral("mnuCollezioni")),
                  separator("mnuSeparetor"),

@@ -135,7 +135,7 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
         }
         limitToColumn(edit, m_fields.table(), f.column);
         b.control = b.row = edit;
-        if (f.column.compare(QLatin1String("CODICE"), Qt::CaseInsensitive) == 0) {
+        if (f.isCode()) {
             keepReadable(edit, kCodeWidth);
             setCodeField(b.input);
             b.row = withBrowseButton(edit, 0);
@@ -216,7 +216,9 @@ QStringList cRecordScreen::shownValues() const
             if (combo->currentIndex() < 0)
                 values << QString();
             else
-                values << (f.has(fields::ComboText) ? combo->currentText() : combo->currentData().toString());
+                values << (!f.has(fields::ComboText)                                 ? combo->currentData().toString()
+                               : combo->currentData().typeId() == QMetaType::QString ? combo->currentData().toString()
+                                                                                     : combo->currentText());
             break;
         }
         default: values << static_cast<QLineEdit*>(b.control)->text(); break;
@@ -240,9 +242,14 @@ void cRecordScreen::showValues(const QStringList& values)
         case Kind::Key: b.lookup->setRid(v.toInt()); break;
         case Kind::Combo: {
             auto* combo = static_cast<QComboBox*>(b.control);
-            combo->setCurrentIndex(f.has(fields::ComboText) ? combo->findText(v)
-                                       : v.isEmpty()        ? -1
-                                                            : combo->findData(v.toInt()));
+            // A combo of texts finds the item by its text, or by the text it
+            // stands for ("C" for "Cliente").
+            int index = -1;
+            if (f.has(fields::ComboText))
+                index = combo->findData(v) >= 0 ? combo->findData(v) : combo->findText(v);
+            else if (!v.isEmpty())
+                index = combo->findData(v.toInt());
+            combo->setCurrentIndex(index);
             break;
         }
         default: static_cast<QLineEdit*>(b.control)->setText(v); break;

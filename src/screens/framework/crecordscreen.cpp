@@ -63,7 +63,11 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
                                        QString::fromLatin1(kCommands[i].caption), this);
         button->setObjectName(QStringLiteral("cmdCommand_") + QString::number(i));
         button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, i] { cmdCommand_Click(i); });
+        connect(button, &QPushButton::clicked, this, [this, i] {
+            // A field that refused to be left kept the cursor: no command.
+            if (!std::exchange(m_fieldRefused, false))
+                cmdCommand_Click(i);
+        });
         commands->addWidget(button);
         m_cmdCommand.append(button);
         auto* shortcut =
@@ -77,6 +81,27 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_fraMain, 1);
     layout->addLayout(commands);
+
+    // A field is left when the focus moves to another control of this
+    // screen. Going to another window is no leaving: the field still has the
+    // cursor when the user comes back.
+    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+        if (!old || !now || !isAncestorOf(old) || !isAncestorOf(now))
+            return;
+        if (m_refocusing)
+            return;
+        m_fieldRefused = false;
+        if (m_code && old == m_code->TextBoxRef()) {
+            onCodeFieldLeft();
+        } else if (!old->objectName().isEmpty() && !fieldLeft(old->objectName())) {
+            // Refused: the cursor goes back, and a command that took the
+            // focus does not run.
+            m_fieldRefused = true;
+            m_refocusing = true;
+            old->setFocus();
+            m_refocusing = false;
+        }
+    });
 }
 
 cRecordScreen::~cRecordScreen()
@@ -93,20 +118,13 @@ void cRecordScreen::setCodeField(cTextBox* code)
     code->setCaseState(1);
     code->setCKeyRef(m_keys);
     connect(code, &cTextBox::destroyed, this, [this] { m_code = nullptr; });
-    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-        if (m_code && old == m_code->TextBoxRef())
-            onCodeFieldLeft(now);
-    });
 }
 
 // Leaving the code field for another field of this screen loads the record
-// of the code typed, if any. Going to another window is no leaving: the
-// field still has the cursor when the user comes back. A code that is the
-// one of the record shown loads nothing, so nothing typed is lost.
-void cRecordScreen::onCodeFieldLeft(QWidget* now)
+// of the code typed, if any. A code that is the one of the record shown
+// loads nothing, so nothing typed is lost.
+void cRecordScreen::onCodeFieldLeft()
 {
-    if (!now || !isAncestorOf(now))
-        return;
     const QString code = m_code->TextBoxRef()->text().trimmed();
     m_code->TextBoxRef()->setText(code);
     if (!code.isEmpty() && !(currentRid() > 0 && code == m_shownCode))
@@ -133,6 +151,8 @@ void cRecordScreen::setTitle(const QString& title)
     setWindowTitle(title);
 }
 
+void cRecordScreen::codeShown() { m_shownCode = codeText().trimmed(); }
+
 void cRecordScreen::setRid(int rid) { m_lblRID->setText(rid > 0 ? QString::number(rid) : QString()); }
 
 void cRecordScreen::startMe(bool keepCase, bool startNew, int rid)
@@ -151,9 +171,10 @@ void cRecordScreen::showData(int rid, const QString& codice)
     if (rid < 1 && codice.isEmpty())
         return;
     QString sql = selectStatement();
-    sql += rid >= 1 ? QStringLiteral(" WHERE RID = ") + QString::number(rid)
-                    : QStringLiteral(" WHERE CODICE = ") + sqlText(codice);
-    sql += QStringLiteral(" ORDER BY CODICE ");
+    sql += QStringLiteral(" WHERE ")
+        + (rid >= 1 ? QStringLiteral("RID = ") + QString::number(rid) : codeCondition(codice.trimmed()));
+    const fields::Field* code = m_fields.codeField();
+    sql += QStringLiteral(" ORDER BY ") + (code ? code->column : QStringLiteral("CODICE")) + QLatin1Char(' ');
     WaitCursor wait;
     const cReader rs(sql, tag(QStringLiteral("showData ")));
     if (!rs || rs->eof())
@@ -161,7 +182,16 @@ void cRecordScreen::showData(int rid, const QString& codice)
     clearFields();
     fillFields(*rs);
     setRid(int(rs->integer(QStringLiteral("RID"))));
-    m_shownCode = codeText().trimmed();
+    codeShown();
+}
+
+QString cRecordScreen::codeCondition(const QString& code) const
+{
+    const fields::Field* field = m_fields.codeField();
+    if (!field)
+        return QStringLiteral("CODICE = ") + sqlText(code);
+    return field->column + QStringLiteral(" = ")
+        + (field->kind == fields::Kind::Number ? QString::number(code.toLongLong()) : sqlText(code));
 }
 
 bool cRecordScreen::newRecord()
@@ -194,19 +224,29 @@ bool cRecordScreen::saveRecord()
     if (controllaInserimento())
         return false;
     WaitCursor wait;
-    const int rid = currentRid();
-    if (rid <= 0) {
-        const int id = gAdoSqlServer().getIDByInsert(insertStatement(), tag(QStringLiteral("saveRecord")),
-                                                     QStringLiteral("RID"), tableName());
-        if (id < 0)
+    int rid = currentRid();
+    {
+        // The row and what belongs to it are written together or not at all;
+        // a new key is shown only once it is committed.
+        cTransaction transaction(tag(QStringLiteral("saveRecord")));
+        if (!transaction)
             return false;
-        setRid(id);
-    } else if (!gAdoSqlServer().executeSQL(updateStatement(rid), tag(QStringLiteral("saveRecord")))) {
-        return false;
+        rid = writeRecord(rid);
+        if (rid <= 0 || !saveDetails(rid) || !transaction.commit())
+            return false;
     }
-    m_shownCode = codeText().trimmed();
+    setRid(rid);
+    codeShown();
     setWindowTitle(m_title + QStringLiteral(" - ") + codeText());
     return true;
+}
+
+int cRecordScreen::writeRecord(int rid)
+{
+    if (rid <= 0)
+        return gAdoSqlServer().getIDByInsert(insertStatement(), tag(QStringLiteral("saveRecord")),
+                                             QStringLiteral("RID"), tableName());
+    return gAdoSqlServer().executeSQL(updateStatement(rid), tag(QStringLiteral("saveRecord"))) ? rid : -1;
 }
 
 bool cRecordScreen::deleteRecord()
@@ -218,11 +258,14 @@ bool cRecordScreen::deleteRecord()
         msgBox(QStringLiteral("Impossibile eliminare questo record"), vb::Critical);
         return false;
     }
-    if (msgBox(QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?"),
-               vb::YesNo | vb::Question | vb::DefaultButton2)
-        != vb::Yes)
+    if (msgBox(deleteQuestion(), vb::YesNo | vb::Question | vb::DefaultButton2) != vb::Yes)
         return false;
     return removeRecord(rid);
+}
+
+QString cRecordScreen::deleteQuestion() const
+{
+    return QStringLiteral("Eliminare il record ") + codeText() + QStringLiteral("?");
 }
 
 bool cRecordScreen::removeRecord(int rid)
@@ -274,8 +317,11 @@ void cRecordScreen::pressCommand(int index)
 {
     // As a click: the field being left formats itself first.
     QPushButton* button = m_cmdCommand.at(index);
+    m_fieldRefused = false;
     button->setFocus(Qt::ShortcutFocusReason);
-    button->click();
+    if (!m_fieldRefused)
+        button->click();
+    m_fieldRefused = false;
 }
 
 void cRecordScreen::cmdSfoglia_Click(int index)

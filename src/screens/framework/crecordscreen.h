@@ -75,6 +75,8 @@ protected:
     virtual QString tableName() const { return m_fields.table(); }
     // "SELECT RID, CODICE, ... FROM Table", without WHERE and ORDER BY.
     virtual QString selectStatement() const { return m_fields.selectStatement(); }
+    // The condition that finds the record of a code: "CODICE = 'IVA22'".
+    virtual QString codeCondition(const QString& code) const;
     virtual void clearFields();
     virtual void fillFields(const Recordset& rs);
     // The lines of controllaInserimento (" - Campo [Codice] Obbligatorio."):
@@ -82,6 +84,17 @@ protected:
     virtual QStringList faults() const;
     virtual QString insertStatement() const { return m_fields.insertStatement(shownValues()); }
     virtual QString updateStatement(int rid) const { return m_fields.updateStatement(shownValues(), rid); }
+    // Inside the save's transaction: writes the row (insert for a rid of 0)
+    // and gives its key, -1 on a failure already told.
+    virtual int writeRecord(int rid);
+    // Inside the same transaction, after the row: what belongs to it in other
+    // tables (instalments, alternatives). No dialog here: the transaction is
+    // open. False on a failure already told; everything is rolled back.
+    virtual bool saveDetails(int rid)
+    {
+        Q_UNUSED(rid);
+        return true;
+    }
     // The statement of the search behind cmdSfoglia_Click(0).
     virtual QString searchStatement() const;
 
@@ -117,11 +130,21 @@ protected:
     // Leaving the code field with a code: by default the record of that code
     // is loaded when there is one.
     virtual void codeLeft(const QString& code);
+    // The focus moved from the named control to another of this screen (the
+    // Validate step of the field). False keeps the cursor in the field.
+    virtual bool fieldLeft(const QString& controlName)
+    {
+        Q_UNUSED(controlName);
+        return true;
+    }
     // The caption of a command button (0 Nuovo ... 3 Aggiorna).
     void setCommandCaption(int index, const QString& caption);
     // The function keys F3 to F7 of the fields; F3 in the code field browses.
     virtual void onFunctionKey(const QString& controlName, int keyCode, int shift);
     void setRid(int rid);
+    // The code field's text is the shown record's code (after the screen
+    // wrote it there itself): leaving the field unchanged loads nothing.
+    void codeShown();
     // The caption, and the name that leads the caller tags of the statements.
     void setTitle(const QString& title);
     void setTypeName(const QString& typeName) { m_typeName = typeName; }
@@ -131,8 +154,10 @@ protected:
     // A field with the code of another table's row, browsed as cmdSfoglia_<index>.
     cLookupField* addLookup(int index, QLineEdit* field, QLabel* label,
                             std::function<bool(QString&, QString&, int&)> validate, const QString& searchSql);
-    // Deletes the shown record after the screen's own questions; true when gone.
-    bool removeRecord(int rid);
+    // The question before a delete: "Eliminare il record IVA22?".
+    virtual QString deleteQuestion() const;
+    // Deletes the shown record once the user said yes; true when gone.
+    virtual bool removeRecord(int rid);
 
     void closeEvent(QCloseEvent* event) override;
 
@@ -155,6 +180,8 @@ private:
     // The code of the record as shown: leaving the code field unchanged
     // does not load it again over what was typed.
     QString m_shownCode;
+    bool m_refocusing = false;
+    bool m_fieldRefused = false;
 
     struct Bound
     {
@@ -165,7 +192,7 @@ private:
         QButtonGroup* group = nullptr;
     };
     Bound bind(const fields::Field& field, int& keyIndex);
-    void onCodeFieldLeft(QWidget* now);
+    void onCodeFieldLeft();
     fields::FieldList m_fields;
     QList<Bound> m_bound;
 };

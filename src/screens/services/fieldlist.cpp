@@ -10,6 +10,23 @@ namespace fields {
 
 namespace {
 
+// A column whose name is a reserved word goes between back-quotes, which
+// each back end turns into its own quoting.
+QString sqlColumn(const QString& column)
+{
+    return column.compare(QLatin1String("NOTE"), Qt::CaseInsensitive) == 0
+        ? QLatin1Char('`') + column + QLatin1Char('`')
+        : column;
+}
+
+QStringList sqlColumns(const QList<Field>& fields)
+{
+    QStringList columns;
+    for (const Field& f : fields)
+        columns << sqlColumn(f.column);
+    return columns;
+}
+
 Field declared(const char* column, const char* control, const char* caption, unsigned options)
 {
     Field f;
@@ -121,11 +138,19 @@ int FieldList::indexOf(const QString& control) const
     return -1;
 }
 
+const Field* FieldList::codeField() const
+{
+    for (const Field& f : m_fields)
+        if (f.isCode())
+            return &f;
+    return nullptr;
+}
+
 QString FieldList::selectStatement() const
 {
     QString sql = QStringLiteral("SELECT RID");
     for (const Field& f : m_fields)
-        sql += QStringLiteral(", ") + f.column;
+        sql += QStringLiteral(", ") + sqlColumn(f.column);
     return sql + QStringLiteral(" FROM ") + m_table;
 }
 
@@ -191,18 +216,12 @@ QStringList FieldList::sqlValues(const QStringList& shown) const
 
 QString FieldList::insertStatement(const QStringList& shown) const
 {
-    QStringList columns;
-    for (const Field& f : m_fields)
-        columns << f.column;
-    return sqlInsert(m_table, columns, sqlValues(shown));
+    return sqlInsert(m_table, sqlColumns(m_fields), sqlValues(shown));
 }
 
 QString FieldList::updateStatement(const QStringList& shown, int rid) const
 {
-    QStringList columns;
-    for (const Field& f : m_fields)
-        columns << f.column;
-    return sqlUpdate(m_table, columns, sqlValues(shown), rid);
+    return sqlUpdate(m_table, sqlColumns(m_fields), sqlValues(shown), rid);
 }
 
 QStringList FieldList::missing(const QStringList& shown) const

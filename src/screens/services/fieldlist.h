@@ -39,7 +39,8 @@ enum Option : unsigned {
     ZeroWhenEmpty = 1u << 2, // an empty number is written 0, not Null
     WholeNumber = 1u << 3,   // a number without decimals
     Trimmed = 1u << 4,       // text written without leading and trailing blanks
-    ComboText = 1u << 5,     // a combo whose column holds the item's text, not its key
+    ComboText = 1u << 5,     // a combo whose column holds a text: the item's text data, or its caption
+    Code = 1u << 6,          // the field that finds the record (column CODICE is one by itself)
 };
 
 struct Field
@@ -55,6 +56,7 @@ struct Field
     QStringList choices;                 // choice: the captions of the option buttons
 
     bool has(Option option) const { return (options & option) != 0; }
+    bool isCode() const { return has(Code) || column.compare(QLatin1String("CODICE"), Qt::CaseInsensitive) == 0; }
     // The caption of the field's row: "Codice:".
     QString label() const { return caption + QLatin1Char(':'); }
 };
@@ -81,6 +83,8 @@ public:
     const Field& at(int index) const { return m_fields.at(index); }
     // The position of the field of a control; -1 when none.
     int indexOf(const QString& control) const;
+    // The field that finds the record; null when there is none.
+    const Field* codeField() const;
     // Another table with the same fields (the generic table editor).
     void setTable(const QString& table);
 
