@@ -18,11 +18,15 @@
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/modeldatabase.h"
+#include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "lookups/lookuptable.h"
+#include "masterdata/prodotto.h"
 #include "numbering/numeratore.h"
 #include "pricing/prezzi.h"
+#include "screens/services/ricercasql.h"
 #include "stock/giacenze.h"
 
 #include <QCoreApplication>
@@ -456,6 +460,89 @@ void benchPricing(const Backend& b, int count, int runs)
     print(b, QStringLiteral("price and discounts of %1 sales rows").arg(count), m);
 }
 
+// A firm's catalogue: products up to `count`, written many rows a statement.
+void fillCatalogue(int count)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const int have = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti"), kTag).toInt();
+    db.beginTrasaction(kTag);
+    for (int i = have; i < count;) {
+        QStringList rows;
+        for (int n = 0; n < 500 && i < count; ++n, ++i)
+            rows << QStringLiteral("(%1, %2, 1, 2, %3)")
+                        .arg(sqlText(QStringLiteral("C%1").arg(i * 7919 % 1000003, 7, 10, QLatin1Char('0'))),
+                             sqlText(QStringLiteral("Articolo di catalogo %1").arg(i)), QString::number(i % 500));
+        run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, FK_UNITAMISURA, FK_Iva, LISTINO1) VALUES ")
+            + rows.join(QStringLiteral(", ")));
+    }
+    db.commitTrasaction(kTag);
+}
+
+// F3 on the product code over the catalogue: one read a keystroke as the
+// search list fills, cut at 500 rows, every row and column read; the last
+// keystrokes find nothing, which reads the most.
+void benchProductSearch(const Backend& b, int count, int runs)
+{
+    fillCatalogue(count);
+    const QString prepared = ricerca::prepareStatement(ricercaProdotti(), false);
+    const QString field = ricerca::nomeCampo(prepared, 1);
+    const QStringList typed{QStringLiteral("C"),    QStringLiteral("C0"),    QStringLiteral("C01"),
+                            QStringLiteral("C012"), QStringLiteral("C0123"), QStringLiteral("C01234"),
+                            QStringLiteral("X")};
+    int shown = 0;
+    Measure m = measure(
+        b, runs,
+        [&] {
+            shown = 0;
+            for (const QString& text : typed) {
+                const cReader rs(ricerca::withMaxRows(ricerca::addCondition(prepared,
+                                                                            ricerca::likeCondition(field, text, false)),
+                                                      QStringLiteral("500"), b.tipo),
+                                 QStringLiteral("frmRicerca.startMe"));
+                for (; rs && !rs->eof(); rs->moveNext(), ++shown)
+                    for (int c = 0; c < rs->fieldCount(); ++c)
+                        rs->value(c);
+            }
+        },
+        [] {});
+    m.system /= typed.size();
+    m.floor /= typed.size();
+    print(b, QStringLiteral("product search, per keystroke, %1 products").arg(count), m,
+          QStringLiteral("%1 rows listed in all").arg(shown));
+
+    // Opening cards: each one's row, then the code and name of each key it
+    // holds; 200 cards, spread over the catalogue.
+    constexpr int kCards = 200;
+    const int last = gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT MAX(RID) FROM Prodotti"), kTag).toInt();
+    const fields::FieldList list = prodottoFields(2);
+    m = measure(
+        b, runs,
+        [&] {
+            for (int card = 0; card < kCards; ++card) {
+                QList<int> keys;
+                {
+                    const cReader rs(letturaProdotto(2, last - card * (count / kCards)),
+                                     QStringLiteral("frmProdotto.showData"));
+                    for (const fields::Field& f : list.fields())
+                        if (f.lookup)
+                            keys << (rs && !rs->eof() ? int(rs->integer(f.column)) : 0);
+                }
+                int k = 0;
+                for (const fields::Field& f : list.fields())
+                    if (f.lookup) {
+                        QString code, description;
+                        int key = keys.at(k++);
+                        if (key > 0)
+                            f.lookup->validate(code, description, key);
+                    }
+            }
+        },
+        [] {});
+    m.system /= kCards;
+    m.floor /= kCards;
+    print(b, QStringLiteral("opening a product card among %1, per card").arg(count), m);
+}
+
 // The benchmark's database on the server, dropped before a run (one that was
 // stopped may have left it) and after.
 void dropServerDatabase(const QString& server)
@@ -517,6 +604,7 @@ int main(int argc, char* argv[])
         benchDueDates(b, qMin(rows, 1000), runs);
         benchStock(b, qMin(rows, 1000), runs);
         benchPricing(b, qMin(rows, 500), runs);
+        benchProductSearch(b, 100000, runs);
         if (b.tipo == TipoServer::MySql)
             dropServerDatabase(mysql);
         out.flush();

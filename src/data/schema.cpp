@@ -249,7 +249,8 @@ QList<Table> buildTables()
                    quantity("PESO"), amount("PLISTINO"), amount("PREZZOACQUISTO"), amount("PREZZOULTIMOCARICO"),
                    amount("PREZZOULTIMOSCARICO"), flag("PrintFlagRiepilogo"), percent("SCONTO"),
                    quantity("SCORTAMINIMA"), flag("SETGIACENZA"), text("UBICAZIONE", 50)},
-                  {index({"BARCODE"}), index({"EAN13CODE"}), index({"EXTRACODICE"}), index({"DESCRIZIONE"})}};
+                  {index({"CODICE"}), index({"BARCODE"}), index({"EAN13CODE"}), index({"EXTRACODICE"}),
+                   index({"DESCRIZIONE"})}};
 
     // Alternatives: the product card deletes neither side of a pair when a
     // product goes, and a pair may stand in either direction, so a constraint

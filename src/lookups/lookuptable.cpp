@@ -44,6 +44,9 @@ const LookupTable collezioni{"Collezioni",  "CODICE",         "DESCRIZIONE",   "
                              "DESCRIZIONE", validaCollezione, "frmSimpleForm", "mnuCollezioni"};
 const LookupTable magazzini{"Magazzini",   "CODICE",        "DESCRIZIONE",   "",
                             "DESCRIZIONE", validaMagazzino, "frmSimpleForm", "mnuTab_6"};
+const LookupTable categorie{"CategorieMerceologiche", "CODICE",        "DESCRIZIONE", "", "DESCRIZIONE",
+                            validaCategoria,          "frmSimpleForm", "mnuTab_5"};
+const LookupTable prodotti{"Prodotti", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaProdotto, "frmProdotto"};
 const LookupTable banche{"Banche", "CODICE", "DESCRIZIONE", "", "DESCRIZIONE", validaBanca, "frmBanche"};
 const LookupTable fasceClienti{"FasceClienti",      "CODICE",        "DESCRIZIONE",    "", "DESCRIZIONE",
                                validaFasciaCliente, "frmSimpleForm", "mnuFasceClienti"};

@@ -41,5 +41,7 @@ extern const LookupTable collezioni;
 extern const LookupTable magazzini;
 extern const LookupTable banche;
 extern const LookupTable fasceClienti;
+extern const LookupTable categorie; // of goods
+extern const LookupTable prodotti;
 
 } // namespace lookup

@@ -9,6 +9,7 @@
 #include "masterdata/frmopzioni.h"
 #include "masterdata/frmpagamenti.h"
 #include "masterdata/frmpianoconti.h"
+#include "masterdata/frmprodotto.h"
 #include "masterdata/frmricercaconto.h"
 #include "masterdata/frmrubrica.h"
 #include "masterdata/frmtipodocumento.h"
@@ -56,6 +57,7 @@ void registerMasterdataScreens()
     registerRecordScreen<frmPagamenti>("frmPagamenti", true, true);
     registerRecordScreen<frmAnagrafica>("frmAnagrafica", true, true);
     registerRecordScreen<frmCategoriaSconti>("frmCategoriaSconti", false, true);
+    registerRecordScreen<frmProdotto>("frmProdotto", true, false);
     registerRecordScreen<frmRubrica>("frmRubrica", true, true);
 
     using namespace fields;

@@ -83,7 +83,7 @@ QList<std::pair<QString, QString>> menuItems()
         "mnuRubrica=frmRubrica mnuFasceClienti=frmSimpleForm:mnuFasceClienti "
         "mnuCollezioni=frmSimpleForm:mnuCollezioni mnuOpzioni=dialog:frmOpzioni optServer=dialog:frmOptionServer "
         "mnuCambiaPW=dialog:frmCambiaPW mnuInfo=dialog:frmInformazioni mnuHelpIndex=help:indice "
-        "mnuSommario=help:sommario mnuTrovaArgomento=help:argomenti mnuAnagrafica=frmAnagrafica mnuProdotti "
+        "mnuSommario=help:sommario mnuTrovaArgomento=help:argomenti mnuAnagrafica=frmAnagrafica mnuProdotti=frmProdotto "
         "mnuDistintaBase mnuMovimenti mnuCatSconti=frmCategoriaSconti mnuScontiImmediati mnuListini mnuPNota mnuEstrattoClienti "
         "mnuEstrattoFornitore mnuEstrattoGenerico mnuEstrattoTotale mnuRiepilogoScadenze mnuRiepilogoMovimenti "
         "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti mnuStampaFornitori "

@@ -146,6 +146,8 @@ const Field* FieldList::codeField() const
     return nullptr;
 }
 
+QStringList FieldList::columns() const { return sqlColumns(m_fields); }
+
 QString FieldList::selectStatement() const
 {
     QString sql = QStringLiteral("SELECT RID");
@@ -216,12 +218,12 @@ QStringList FieldList::sqlValues(const QStringList& shown) const
 
 QString FieldList::insertStatement(const QStringList& shown) const
 {
-    return sqlInsert(m_table, sqlColumns(m_fields), sqlValues(shown));
+    return sqlInsert(m_table, columns(), sqlValues(shown));
 }
 
 QString FieldList::updateStatement(const QStringList& shown, int rid) const
 {
-    return sqlUpdate(m_table, sqlColumns(m_fields), sqlValues(shown), rid);
+    return sqlUpdate(m_table, columns(), sqlValues(shown), rid);
 }
 
 QStringList FieldList::missing(const QStringList& shown) const

@@ -88,6 +88,8 @@ public:
     // Another table with the same fields (the generic table editor).
     void setTable(const QString& table);
 
+    // The columns as statements name them, in the order of the fields.
+    QStringList columns() const;
     // "SELECT RID, <columns> FROM <table>", without WHERE and ORDER BY.
     QString selectStatement() const;
     // The values of the current row of a read, as the controls show them.
