@@ -10,6 +10,7 @@
 #include "masterdata/frmpagamenti.h"
 #include "masterdata/frmpianoconti.h"
 #include "masterdata/frmprodotto.h"
+#include "masterdata/frmrangesconti.h"
 #include "masterdata/frmricercaconto.h"
 #include "masterdata/frmrubrica.h"
 #include "masterdata/frmtipodocumento.h"
@@ -77,6 +78,24 @@ void registerMasterdataScreens()
                          {field("CODICE", "txtCodice", "Codice", required),
                           field("DESCRIZIONE", "txtDescrizione", "Descrizione", required),
                           field("CODICEEXTRA", "txtCodiceExtra", "Codice tessera", Trimmed)}});
+
+    // The ranges of a category, for a brand or a product: the argument is
+    // the category and the brand or product.
+    for (const auto& [name, tipo] :
+         {std::pair{"frmRangeSconti", TipoRange::Sconti}, std::pair{"frmRangePrezzi", TipoRange::Prezzi}}) {
+        const TipoRange t = tipo;
+        screens::registerScreen(QString::fromLatin1(name),
+                                {screens::Kind::Child,
+                                 [t](QWidget* parent, const QVariant& argument) -> QWidget* {
+                                     auto* screen = new frmRangeSconti(t, parent);
+                                     QVariantList a = argument.toList();
+                                     if (argument.typeId() == QMetaType::QString) // "category,brand" from --open
+                                         a = QVariant(argument.toString().split(QLatin1Char(','))).toList();
+                                     screen->startMe(a.value(0).toInt(), a.value(1).toInt());
+                                     return screen;
+                                 },
+                                 false});
+    }
 
     // The account tree, also by itself from --open.
     screens::registerScreen(QStringLiteral("frmRicercaConto"),

@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 namespace {
@@ -96,3 +97,11 @@ int cGrid::addRow(const QStringList& texts)
 }
 
 void cGrid::clearRows() { setRowCount(0); }
+
+QSize cGrid::sizeHint() const
+{
+    int width = 2 * frameWidth() + verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < columnCount(); ++column)
+        width += columnWidth(column);
+    return {width, QTableWidget::sizeHint().height()};
+}

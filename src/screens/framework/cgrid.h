@@ -23,6 +23,9 @@ public:
     int addRow(const QStringList& texts);
     void clearRows();
 
+    // As wide as its columns.
+    QSize sizeHint() const override;
+
 Q_SIGNALS:
     // A cell was edited and formatted.
     void cellEdited(int row, int column);
