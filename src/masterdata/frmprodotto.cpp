@@ -46,6 +46,8 @@ frmProdotto::frmProdotto(QWidget* parent)
     : cRecordScreen(QStringLiteral("frmProdotto"), QStringLiteral("Prodotti"), parent)
 {
     setFields(prodottoFields(gOptions().decimaliDopo));
+    // lblIva is the rate's percent; the rate's description has its own name.
+    findChild<QLabel*>(QStringLiteral("lblIva"))->setObjectName(QStringLiteral("lblIvaDescrizione"));
 
     auto* grid = new QGridLayout(fraMain());
     grid->setContentsMargins(0, 0, 0, 0);
@@ -77,6 +79,20 @@ frmProdotto::frmProdotto(QWidget* parent)
     altro->addTab(group(QString(), {"txtCatScontoAcq", "txtCatScontoVen", "txtSconto", "txtDataListino"}),
                   QStringLiteral("Sconti"));
     altro->addTab(buildAlternatives(), QStringLiteral("Alternativi"));
+    // Each discount category opens on its card, to configure its ranges.
+    const char* const categorie[] = {"txtCatScontoAcq", "txtCatScontoVen"};
+    for (int i = 0; i < 2; ++i) {
+        auto* row = static_cast<QHBoxLayout*>(fieldRow(QString::fromLatin1(categorie[i]))->layout());
+        auto* configura = new QPushButton(QStringLiteral("Configura"), fraMain());
+        configura->setObjectName(QStringLiteral("cmdConfigura_") + QString::number(i));
+        configura->setToolTip(QStringLiteral("Configura Categoria di Sconto"));
+        configura->setAutoDefault(false);
+        connect(configura, &QPushButton::clicked, this, [this, name = QString::fromLatin1(categorie[i])] {
+            if (const int categoria = lookupOf(name)->rid(); categoria > 0)
+                screens::openScreen(QStringLiteral("frmCategoriaSconti"), categoria);
+        });
+        row->addWidget(configura);
+    }
     grid->addWidget(anagrafica, 0, 0);
     grid->addWidget(altro, 1, 0);
     grid->addWidget(buildPrices(), 0, 1);

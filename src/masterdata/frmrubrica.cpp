@@ -4,6 +4,7 @@
 #include "screens/framework/frmricerca.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -28,7 +29,10 @@ frmRubrica::frmRubrica(QWidget* parent)
     perCitta->setObjectName(QStringLiteral("cmdSfoglia_1"));
     perCitta->setAutoDefault(false);
     connect(perCitta, &QPushButton::clicked, this, [this] { cmdSfoglia_Click(1); });
-    form->addRow(QString(), perCitta);
+    auto* row = new QHBoxLayout;
+    row->addWidget(perCitta);
+    row->addStretch(1);
+    form->addRow(QString(), row);
     resize(520, 420);
     writeDebugLine(QStringLiteral("frmRubrica: pronta"));
 }

@@ -157,6 +157,25 @@ private Q_SLOTS:
         }
     }
 
+    // A new card takes the options' VAT rate and unit; the gross price typed
+    // asks before it replaces an indicative price of its own.
+    void grossPriceOnTheCard()
+    {
+        Card s(true, true, 0);
+        QCOMPARE(s.shown("txtIva"), QStringLiteral("22"));
+        QCOMPARE(s.shown("lblIva"), QStringLiteral("22,00"));
+        QCOMPARE(s.shown("txtUnitaMisura"), QStringLiteral("PZ"));
+        s.set("txtPListino", "20");
+        s.set("txtListino1Lordo", "18,30");
+        ScriptedDialogs script;
+        script.expectMessage("Si desidera aggiornare il Prezzo di Listino?", vb::Yes);
+        s.get("txtRicarico")->setFocus();
+        QCOMPARE(s.shown({"txtListino1", "txtPListino"}), (QStringList{"15,00", "18,30"}));
+        s.set("txtPrezzoAcquisto", "10");
+        s.get("txtRicarico")->setFocus();
+        QCOMPARE(s.shown({"txtPrezzoAcquistoLordo", "txtRicarico"}), (QStringList{"12,20", "50,00"}));
+    }
+
     // Stock above 0 forbids the delete; none lets the product go with its lots.
     void deleteInStock()
     {
