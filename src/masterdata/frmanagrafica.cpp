@@ -100,23 +100,24 @@ frmAnagrafica::frmAnagrafica(QWidget* parent)
 
     auto* grid = new QGridLayout(fraMain());
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->addWidget(group(QStringLiteral("Anagrafica"),
-                          {"txtNumero", "cmbTipo", "txtDenominazione", "txtIndirizzo", "txtCivico", "txtCAP",
-                           "txtCitta", "txtProvincia", "txtCodifeFiscale", "txtPartitaIVA", "txtDataNascita",
-                           "txtCodiceExtra"}),
+    grid->addWidget(fieldGroup(QStringLiteral("Anagrafica"),
+                               {"txtNumero", "cmbTipo", "txtDenominazione", "txtIndirizzo", "txtCivico", "txtCAP",
+                                "txtCitta", "txtProvincia", "txtCodifeFiscale", "txtPartitaIVA", "txtDataNascita",
+                                "txtCodiceExtra"}),
                     0, 0, 2, 1);
-    grid->addWidget(group(QStringLiteral("Recapiti"),
-                          {"txtTelefonoUff", "txtTelefonoAbit", "txtTelUfficio3", "txtFax", "txtCellulare", "txtEmail",
-                           "txtReferente"}),
+    grid->addWidget(fieldGroup(QStringLiteral("Recapiti"),
+                               {"txtTelefonoUff", "txtTelefonoAbit", "txtTelUfficio3", "txtFax", "txtCellulare",
+                                "txtEmail", "txtReferente"}),
                     0, 1);
-    grid->addWidget(group(QStringLiteral("Indirizzo Destinazione"),
-                          {"txtIndirizzoDest", "txtCivicoDest", "txtCAPDest", "txtCittaDest", "txtProvinciaDest"}),
+    grid->addWidget(fieldGroup(QStringLiteral("Indirizzo Destinazione"),
+                               {"txtIndirizzoDest", "txtCivicoDest", "txtCAPDest", "txtCittaDest", "txtProvinciaDest"}),
                     1, 1);
-    grid->addWidget(group(QStringLiteral("Condizioni"),
-                          {"txtPagamento", "txtBanca", "txtIBAN", "txtFasciaCliente", "cmbListino", "txtSconto",
-                           "chkFido", "txtFido", "chkSegnala"}),
+    grid->addWidget(fieldGroup(QStringLiteral("Condizioni"),
+                               {"txtPagamento", "txtBanca", "txtIBAN", "txtFasciaCliente", "cmbListino", "txtSconto",
+                                "chkFido", "txtFido", "chkSegnala"}),
                     0, 2);
-    grid->addWidget(group(QStringLiteral("Documenti"), {"txtDatiAutorizzazione", "txtDocumentoRiconoscimento"}), 1, 2);
+    grid->addWidget(fieldGroup(QStringLiteral("Documenti"), {"txtDatiAutorizzazione", "txtDocumentoRiconoscimento"}), 1,
+                    2);
 
     // The two statement forms: the customer's and the supplier's.
     auto* commands = new QHBoxLayout;
@@ -141,17 +142,6 @@ frmAnagrafica::frmAnagrafica(QWidget* parent)
     connect(static_cast<QCheckBox*>(control(QStringLiteral("chkFido"))), &QCheckBox::clicked, this,
             &frmAnagrafica::chkFido_Click);
     writeDebugLine(QStringLiteral("frmAnagrafica: pronta"));
-}
-
-QWidget* frmAnagrafica::group(const QString& title, const QStringList& controls)
-{
-    auto* box = new QGroupBox(title, fraMain());
-    auto* form = new QFormLayout(box);
-    for (const QString& name : controls) {
-        const Field& f = fieldList().at(fieldList().indexOf(name));
-        form->addRow(f.kind == Kind::Flag ? QString() : f.label(), fieldRow(name));
-    }
-    return box;
 }
 
 QString frmAnagrafica::text(const char* name) const

@@ -41,7 +41,6 @@ private:
     void cmbTipo_Click();
     void chkFido_Click();
     void printInformativa();
-    QWidget* group(const QString& title, const QStringList& controls);
 
     QWidget* m_pctEstrC = nullptr;
     QWidget* m_pctEstrF = nullptr;

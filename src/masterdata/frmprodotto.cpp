@@ -51,9 +51,10 @@ frmProdotto::frmProdotto(QWidget* parent)
 
     auto* grid = new QGridLayout(fraMain());
     grid->setContentsMargins(0, 0, 0, 0);
-    QWidget* anagrafica = group(QStringLiteral("Prodotto"),
-                                {"txtCodice1", "txtCodice2", "txtCodice3", "txtDescrizione", "txtCategoria", "txtMarca",
-                                 "txtCollezione", "txtGruppo", "txtUnitaMisura", "txtProdSost", "txtIva"});
+    QWidget* anagrafica =
+        fieldGroup(QStringLiteral("Prodotto"),
+                   {"txtCodice1", "txtCodice2", "txtCodice3", "txtDescrizione", "txtCategoria", "txtMarca",
+                    "txtCollezione", "txtGruppo", "txtUnitaMisura", "txtProdSost", "txtIva"});
     // The code field: its lock and the choice of exact or prefix search.
     auto* codeRow = static_cast<QHBoxLayout*>(fieldRow(QStringLiteral("txtCodice1"))->layout());
     m_cmdUnlock = new QPushButton(QStringLiteral("Sblocca"), fraMain());
@@ -72,11 +73,11 @@ frmProdotto::frmProdotto(QWidget* parent)
 
     auto* altro = new QTabWidget(fraMain());
     altro->setObjectName(QStringLiteral("tabAltro"));
-    altro->addTab(group(QString(),
-                        {"txtUbicazione", "ChkElencoSpeciale", "txtNumRegistrazione", "chkDisabilitato",
-                         "chkBloccaPrezzo"}),
+    altro->addTab(fieldGroup(QString(),
+                             {"txtUbicazione", "ChkElencoSpeciale", "txtNumRegistrazione", "chkDisabilitato",
+                              "chkBloccaPrezzo"}),
                   QStringLiteral("Altri dati"));
-    altro->addTab(group(QString(), {"txtCatScontoAcq", "txtCatScontoVen", "txtSconto", "txtDataListino"}),
+    altro->addTab(fieldGroup(QString(), {"txtCatScontoAcq", "txtCatScontoVen", "txtSconto", "txtDataListino"}),
                   QStringLiteral("Sconti"));
     altro->addTab(buildAlternatives(), QStringLiteral("Alternativi"));
     // Each discount category opens on its card, to configure its ranges.
@@ -124,22 +125,11 @@ frmProdotto::frmProdotto(QWidget* parent)
     resize(900, 600);
 }
 
-QWidget* frmProdotto::group(const QString& title, const QStringList& controls)
-{
-    QWidget* box = title.isEmpty() ? new QWidget(fraMain()) : new QGroupBox(title, fraMain());
-    auto* form = new QFormLayout(box);
-    for (const QString& name : controls) {
-        const Field& f = fieldList().at(fieldList().indexOf(name));
-        form->addRow(f.kind == Kind::Flag ? QString() : f.label(), fieldRow(name));
-    }
-    return box;
-}
-
 QWidget* frmProdotto::buildPrices()
 {
     auto* box = static_cast<QGroupBox*>(
-        group(QStringLiteral("Prezzi"),
-              {"txtPrezzoAcquisto", "txtListino1", "txtListino2", "txtListino3", "txtListino4", "txtPListino"}));
+        fieldGroup(QStringLiteral("Prezzi"),
+                   {"txtPrezzoAcquisto", "txtListino1", "txtListino2", "txtListino3", "txtListino4", "txtPListino"}));
     auto* form = static_cast<QFormLayout*>(box->layout());
     m_lblIva = new QLabel(box);
     m_lblIva->setObjectName(QStringLiteral("lblIva"));

@@ -63,7 +63,6 @@ private:
     QWidget* buildPrices();
     QWidget* buildStock();
     QWidget* buildAlternatives();
-    QWidget* group(const QString& title, const QStringList& controls);
 
     QLabel* m_lblIva = nullptr;
     QLabel* m_lblGiacenza = nullptr;

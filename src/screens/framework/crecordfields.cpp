@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -196,6 +197,17 @@ QFormLayout* cRecordScreen::layoutFields()
         form->addRow(f.kind == Kind::Flag ? QString() : f.label(), m_bound.at(i).row);
     }
     return form;
+}
+
+QWidget* cRecordScreen::fieldGroup(const QString& title, const QStringList& controls)
+{
+    QWidget* box = title.isEmpty() ? new QWidget(fraMain()) : new QGroupBox(title, fraMain());
+    auto* form = new QFormLayout(box);
+    for (const QString& name : controls) {
+        const Field& f = m_fields.at(m_fields.indexOf(name));
+        form->addRow(f.kind == Kind::Flag ? QString() : f.label(), fieldRow(name));
+    }
+    return box;
 }
 
 QStringList cRecordScreen::shownValues() const

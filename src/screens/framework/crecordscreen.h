@@ -116,6 +116,9 @@ protected:
     QWidget* fieldRow(const QString& name) const;
     // Every field in a form of captions and rows, in the order of the list.
     QFormLayout* layoutFields();
+    // Some fields in a form of their own: a group box with the title, or a
+    // plain panel without one (a tab's page).
+    QWidget* fieldGroup(const QString& title, const QStringList& controls);
     void showValues(const QStringList& values);
 
     // --- for the screens
