@@ -43,8 +43,8 @@ bool prezzoListinoLasciato(EditorRiga& r, int decimali);
 void scontoLasciato(EditorRiga& r, int decimali);
 void prezzoNettoLasciato(EditorRiga& r, int decimali);
 void prezzoIvaInclusaLasciato(EditorRiga& r, int decimali);
-// The quantity, before the discounts of its range are asked (Part of row
-// entry); the taxable amount follows.
+// The quantity, before the row entry asks the discounts of its range; the
+// taxable amount follows.
 void quantitaLasciata(EditorRiga& r, int decimali);
 // A new VAT rate: the prices follow, keeping the VAT-included price when
 // prices are entered with VAT.
