@@ -10,6 +10,8 @@
 #include "data/scoped.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "masterdata/pagamento.h"
+#include "masterdata/rangeeditor.h"
 #include "numbering/numeratore.h"
 #include "stock/giacenze.h"
 
@@ -126,15 +128,40 @@ bool saveCard()
                            kTag);
 }
 
-bool saveInTransaction(const std::function<bool()>& write, Figures* figures)
+// A payment term saved as its screen saves it: the head, then its
+// instalments replaced, 1 to 4 of them, making 100 together.
+bool saveTermine(int termine, int rate)
 {
-    cAdoSqlServer::Failure failure = cAdoSqlServer::Failure::None;
-    bool saved = false;
-    {
-        cTransaction transaction(kTag);
-        saved = transaction && write() && transaction.commit();
-        failure = db().lastFailure();
+    // 100 split in hundredths, the first instalment taking the remainder.
+    const int quota = 10000 / rate;
+    QList<RataPagamento> righe;
+    for (int i = 0; i < rate; ++i) {
+        const int centesimi = i == 0 ? 10000 - quota * (rate - 1) : quota;
+        righe.append(
+            RataPagamento{QString::number(30 * (i + 1)),
+                          QStringLiteral("%1,%2").arg(centesimi / 100).arg(centesimi % 100, 2, 10, QLatin1Char('0'))});
     }
+    return db().executeSQL(QStringLiteral("UPDATE Pagamenti SET NRATE = ") + QString::number(rate)
+                               + QStringLiteral(" WHERE RID = ") + QString::number(termine),
+                           kTag)
+        && saveDettagliPagamento(termine, righe);
+}
+
+// The ranges of the category as its screen saves them: read, a discount
+// changed, everything written in the editor's own transaction.
+bool saveRange(int categoria, int sconto)
+{
+    RangeEditor editor(TipoRange::Sconti);
+    if (!editor.carica(categoria, 0) || editor.gruppi(Acquisti).isEmpty())
+        return false;
+    for (RangeRiga& riga : editor.gruppi(Acquisti)[0].righe)
+        riga.valori[0] = QString::number(sconto);
+    return editor.salva(categoria, 0);
+}
+
+bool count(bool saved, Figures* figures)
+{
+    const cAdoSqlServer::Failure failure = db().lastFailure();
     if (!figures)
         return saved;
     if (saved)
@@ -146,6 +173,16 @@ bool saveInTransaction(const std::function<bool()>& write, Figures* figures)
     else
         ++figures->other;
     return saved;
+}
+
+bool saveInTransaction(const std::function<bool()>& write, Figures* figures)
+{
+    bool saved = false;
+    {
+        cTransaction transaction(kTag);
+        saved = transaction && write() && transaction.commit();
+    }
+    return count(saved, figures);
 }
 
 } // namespace
@@ -220,9 +257,23 @@ bool prepareFixture(QString* message)
                                  + sqlText(QStringLiteral("Articolo di prova %1").arg(i)) + QStringLiteral(", 0, -1)"),
                              kTag))
             return fail(QStringLiteral("prodotti"));
+    if (!db().executeSQL(QStringLiteral("INSERT INTO Pagamenti (CODICE, DESCRIZIONE, NRATE) VALUES (")
+                             + sqlText(QStringLiteral("STRESS")) + QStringLiteral(", ")
+                             + sqlText(QStringLiteral("Rate di prova")) + QStringLiteral(", 0)"),
+                         kTag)
+        || !db().executeSQL(QStringLiteral("INSERT INTO CategorieSconti (CODICE, DESCRIZIONE) VALUES (")
+                                + sqlText(QStringLiteral("STRESS")) + QStringLiteral(", ")
+                                + sqlText(QStringLiteral("Sconti di prova")) + QLatin1Char(')'),
+                            kTag))
+        return fail(QStringLiteral("pagamento e categoria"));
     Fixture f;
     if (!readFixture(f))
         return fail(QStringLiteral("dati di partenza incompleti"));
+    RangeEditor ranges(TipoRange::Sconti);
+    if (!ranges.carica(f.categoria, 0)
+        || !ranges.aggiungiGruppo(Acquisti, f.fornitore, QStringLiteral("90002"), QStringLiteral("Fornitore")).isEmpty()
+        || !ranges.salva(f.categoria, 0) || !saveInTransaction([&] { return saveTermine(f.termine, 2); }, nullptr))
+        return fail(QStringLiteral("range e rate"));
     // A first load of every product, so that sales always find a lot.
     QList<Riga> righe;
     for (const int p : std::as_const(f.prodotti))
@@ -244,6 +295,8 @@ bool readFixture(Fixture& f)
     f.cauCarico = value(QStringLiteral("SELECT FK_CAUSALE") + ofType + QString::number(f.tdCarico)).toInt();
     f.numCarichi = value(QStringLiteral("SELECT NCONTATORE") + ofType + QString::number(f.tdCarico)).toInt();
     f.pagamento = ridByCode(QStringLiteral("Pagamenti"), QStringLiteral("3060FM"));
+    f.termine = ridByCode(QStringLiteral("Pagamenti"), QStringLiteral("STRESS"));
+    f.categoria = ridByCode(QStringLiteral("CategorieSconti"), QStringLiteral("STRESS"));
     f.conti.clienti = ridByCode(QStringLiteral("PianoConti"), QStringLiteral("01001001"));
     f.conti.fornitori = ridByCode(QStringLiteral("PianoConti"), QStringLiteral("02001001"));
     const cReader rs(QStringLiteral("SELECT RID FROM Prodotti WHERE CODICE LIKE ") + sqlText(QStringLiteral("STRESS%"))
@@ -252,14 +305,17 @@ bool readFixture(Fixture& f)
     for (; rs && !rs->eof(); rs->moveNext())
         f.prodotti << int(rs->integer(QStringLiteral("RID")));
     return f.sede > 0 && f.cliente > 0 && f.fornitore > 0 && f.cauFattura > 0 && f.numFatture > 0 && f.cauCarico > 0
-        && f.numCarichi > 0 && f.pagamento > 0 && f.prodotti.size() == 5;
+        && f.numCarichi > 0 && f.pagamento > 0 && f.termine > 0 && f.categoria > 0 && f.prodotti.size() == 5;
 }
 
 void save(const Fixture& f, QRandomGenerator& random, Figures& figures)
 {
-    if (random.bounded(4) == 0) {
-        saveInTransaction(saveCard, &figures);
-        return;
+    switch (random.bounded(8)) {
+    case 0:
+    case 1: saveInTransaction(saveCard, &figures); return;
+    case 2: saveInTransaction([&] { return saveTermine(f.termine, 1 + random.bounded(4)); }, &figures); return;
+    case 3: count(saveRange(f.categoria, random.bounded(50)), &figures); return;
+    default: break;
     }
     const bool carico = random.bounded(2) == 0;
     // One to three products in random order: the engine must lock them in
@@ -333,7 +389,8 @@ Check checkDatabase(int tipoServer)
         int bad = 0;
         for (const QVariantList& r :
              rows(QStringLiteral("CHECK TABLE Movimenti, DettagliMovimento, PrimaNota, PrimaNotaDettagli, Scadenze, "
-                                 "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota, Rubrica")))
+                                 "Prodotti, DettagliProdotto, Contatori, AnniPrimaNota, Rubrica, DettagliPagamenti, "
+                                 "CatScAcquisto, CatScAcquistoSconti")))
             if (r.value(2).toString() == QLatin1String("status") && r.value(3).toString() != QLatin1String("OK"))
                 ++bad;
         fact(QStringLiteral("CHECK TABLE: %1 tables not OK").arg(bad), bad == 0);
@@ -350,6 +407,29 @@ Check checkDatabase(int tipoServer)
                             problems);
     c.lines << sequence(QStringLiteral("address book cards"), QStringLiteral("FROM Rubrica"), problems,
                         QStringLiteral("NUMERO"));
+    {
+        const int termine = ridByCode(QStringLiteral("Pagamenti"), QStringLiteral("STRESS"));
+        const QString of = QStringLiteral(" FROM DettagliPagamenti WHERE FK_PAGAMENTO = ") + QString::number(termine);
+        const int rate = number(QStringLiteral("SELECT NRATE FROM Pagamenti WHERE RID = ") + QString::number(termine));
+        const int righe = number(QStringLiteral("SELECT COUNT(*)") + of);
+        const double totale = value(QStringLiteral("SELECT SUM(PERCENTUALE)") + of).toDouble();
+        fact(QStringLiteral("payment term: %1 instalments for %2, %3 %").arg(righe).arg(rate).arg(totale),
+             righe == rate && std::abs(totale - 100.0) < 1e-6);
+        const QString categoria =
+            QString::number(ridByCode(QStringLiteral("CategorieSconti"), QStringLiteral("STRESS")));
+        const int teste =
+            number(QStringLiteral("SELECT COUNT(*) FROM CatScAcquisto WHERE FK_Categoria = ") + categoria);
+        const int range = number(QStringLiteral("SELECT COUNT(*) FROM CatScAcquistoSconti R INNER JOIN CatScAcquisto H "
+                                                "ON R.FK_CatScAcquisto = H.RID WHERE H.FK_Categoria = ")
+                                 + categoria);
+        const int sconti = number(QStringLiteral("SELECT COUNT(DISTINCT R.Sconto1) FROM CatScAcquistoSconti R INNER "
+                                                 "JOIN CatScAcquisto H ON R.FK_CatScAcquisto = H.RID WHERE "
+                                                 "H.FK_Categoria = ")
+                                  + categoria);
+        fact(
+            QStringLiteral("discount ranges: %1 head, %2 ranges, %3 discount values").arg(teste).arg(range).arg(sconti),
+            teste == 1 && range == 3 && sconti == 1);
+    }
     const int documents = number(QStringLiteral("SELECT COUNT(*) FROM Movimenti"));
     const int entries = number(QStringLiteral("SELECT COUNT(*) FROM PrimaNota"));
     fact(QStringLiteral("documents %1, journal entries %2").arg(documents).arg(entries), documents == entries);

@@ -37,6 +37,8 @@ struct Fixture
     int tdFattura = 0, cauFattura = 0, numFatture = 0;
     int tdCarico = 0, cauCarico = 0, numCarichi = 0;
     int pagamento = 0;
+    int termine = 0;   // a payment term whose instalments the saves rewrite
+    int categoria = 0; // a discount category with one supplier's ranges
     QList<int> prodotti;
     ContiControparti conti;
 };
@@ -51,8 +53,10 @@ void dropServerDatabase(const QString& server);
 bool prepareFixture(QString* message);
 bool readFixture(Fixture& f);
 
-// One random document (a load from the supplier or a sale to the customer
-// of one to three products) saved in one transaction; the figures count it.
+// One random save, counted in the figures: mostly a document (a load from
+// the supplier or a sale to the customer of one to three products); else an
+// address-book card, a payment term's instalments, or a discount category's
+// ranges, as their screens save them.
 void save(const Fixture& f, QRandomGenerator& random, Figures& figures);
 
 struct Check
