@@ -144,11 +144,6 @@ frmAnagrafica::frmAnagrafica(QWidget* parent)
     writeDebugLine(QStringLiteral("frmAnagrafica: pronta"));
 }
 
-QString frmAnagrafica::text(const char* name) const
-{
-    return static_cast<QLineEdit*>(control(QString::fromLatin1(name)))->text();
-}
-
 QString frmAnagrafica::tipo() const
 {
     return static_cast<QComboBox*>(control(QStringLiteral("cmbTipo")))->currentData().toString();
@@ -178,7 +173,7 @@ void frmAnagrafica::clearFields()
     cNumberedScreen::clearFields();
     static_cast<QComboBox*>(control(QStringLiteral("cmbTipo")))->setCurrentIndex(kind);
     for (const char* name : {"txtSconto", "txtFido"})
-        static_cast<QLineEdit*>(control(QString::fromLatin1(name)))->setText(formattaImporto(Currency(), 2));
+        lineEdit(QString::fromLatin1(name))->setText(formattaImporto(Currency(), 2));
     cmbTipo_Click();
     chkFido_Click();
 }
@@ -198,8 +193,7 @@ void frmAnagrafica::cmbTipo_Click()
 
 void frmAnagrafica::chkFido_Click()
 {
-    control(QStringLiteral("txtFido"))
-        ->setEnabled(static_cast<QCheckBox*>(control(QStringLiteral("chkFido")))->isChecked());
+    control(QStringLiteral("txtFido"))->setEnabled(isChecked(QStringLiteral("chkFido")));
 }
 
 bool frmAnagrafica::confermaCodice(bool valido, const QString& messaggio)

@@ -34,7 +34,6 @@ protected:
 
 private:
     QString tipo() const;
-    QString text(const char* control) const;
     // Asks "Continuare?" for a code whose control character is wrong;
     // true when the code passes or the user accepts it.
     bool confermaCodice(bool valido, const QString& messaggio);

@@ -55,8 +55,8 @@ void frmPagamenti::clearFields()
 {
     cRecordScreen::clearFields();
     for (const char* name : kImporti)
-        static_cast<QLineEdit*>(control(QString::fromLatin1(name)))->setText(formattaImporto(Currency(), 2));
-    auto* nrRate = static_cast<QLineEdit*>(control(QStringLiteral("txtNrRate")));
+        lineEdit(QString::fromLatin1(name))->setText(formattaImporto(Currency(), 2));
+    auto* nrRate = lineEdit(QStringLiteral("txtNrRate"));
     nrRate->setText(QStringLiteral("0"));
     nrRate->setReadOnly(false);
     m_flxRate->clearRows();
@@ -68,8 +68,7 @@ void frmPagamenti::showData(int rid, const QString& codice)
     const int shown = currentRid();
     if (shown <= 0)
         return;
-    static_cast<QLineEdit*>(control(QStringLiteral("txtNrRate")))
-        ->setReadOnly(static_cast<QCheckBox*>(control(QStringLiteral("chkRimessaDiretta")))->isChecked());
+    lineEdit(QStringLiteral("txtNrRate"))->setReadOnly(isChecked(QStringLiteral("chkRimessaDiretta")));
     showRate(leggiRate(shown));
 }
 
@@ -91,7 +90,7 @@ void frmPagamenti::showRate(const QList<RataPagamento>& rate)
 QStringList frmPagamenti::faults() const
 {
     QStringList found = cRecordScreen::faults();
-    if (getValoreNumerico(static_cast<QLineEdit*>(control(QStringLiteral("txtNrRate")))->text()) <= 0)
+    if (getValoreNumerico(text(QStringLiteral("txtNrRate"))) <= 0)
         found << obbligatorio(QStringLiteral("Nr. Rate"));
     return found;
 }
@@ -100,7 +99,7 @@ bool frmPagamenti::saveRecord()
 {
     if (controllaInserimento())
         return false;
-    if (!percentualeEsatta(rate(), static_cast<QLineEdit*>(control(QStringLiteral("txtAcconto")))->text())) {
+    if (!percentualeEsatta(rate(), text(QStringLiteral("txtAcconto")))) {
         msgBox(messaggioPercentuale(), vb::Exclamation);
         return false;
     }
@@ -131,14 +130,14 @@ bool frmPagamenti::fieldLeft(const QString& controlName)
 
 void frmPagamenti::txtNrRate_LostFocus()
 {
-    const int numero = int(getValoreNumerico(static_cast<QLineEdit*>(control(QStringLiteral("txtNrRate")))->text()));
+    const int numero = int(getValoreNumerico(text(QStringLiteral("txtNrRate"))));
     showRate(rateVuote(numero));
 }
 
 void frmPagamenti::chkRimessaDiretta_Click()
 {
-    const bool on = static_cast<QCheckBox*>(control(QStringLiteral("chkRimessaDiretta")))->isChecked();
-    auto* nrRate = static_cast<QLineEdit*>(control(QStringLiteral("txtNrRate")));
+    const bool on = isChecked(QStringLiteral("chkRimessaDiretta"));
+    auto* nrRate = lineEdit(QStringLiteral("txtNrRate"));
     nrRate->setText(on ? QStringLiteral("1") : QStringLiteral("0"));
     nrRate->setReadOnly(on);
     txtNrRate_LostFocus();

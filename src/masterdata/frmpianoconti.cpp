@@ -70,7 +70,7 @@ void frmPianoConti::checkCodice(const QString& code)
         showData(found.toInt(), QString());
 }
 
-QLineEdit* frmPianoConti::codeEdit() const { return static_cast<QLineEdit*>(control(QStringLiteral("txtCodice"))); }
+QLineEdit* frmPianoConti::codeEdit() const { return lineEdit(QStringLiteral("txtCodice")); }
 
 bool frmPianoConti::codeAccepted(const QString& code)
 {

@@ -264,9 +264,8 @@ void frmProdotto::fillFields(const Recordset& rs)
                  dateText(rs.value(QStringLiteral("DATAULTIMOSCARICO"))),
                  formattaImporto(rs.value(QStringLiteral("PREZZOULTIMOSCARICO")), 2),
                  dateText(rs.value(QStringLiteral("DATAULTIMAMODIFICA")))));
-    m_pctGiacenze->setVisible(static_cast<QCheckBox*>(control(QStringLiteral("chkGiacenza")))->isChecked());
-    control(QStringLiteral("txtNumRegistrazione"))
-        ->setEnabled(static_cast<QCheckBox*>(control(QStringLiteral("ChkElencoSpeciale")))->isChecked());
+    m_pctGiacenze->setVisible(isChecked(QStringLiteral("chkGiacenza")));
+    control(QStringLiteral("txtNumRegistrazione"))->setEnabled(isChecked(QStringLiteral("ChkElencoSpeciale")));
     // The gross prices and the markup follow the stored net prices.
     PrezziProdotto p = prezzi();
     PrezziProdotto calcolati = p;

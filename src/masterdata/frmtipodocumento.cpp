@@ -273,9 +273,9 @@ bool frmTipoDocumento::deleteRecord()
 
 void frmTipoDocumento::chkRDA_Click()
 {
-    const bool on = static_cast<QCheckBox*>(control(QStringLiteral("chkRDA")))->isChecked();
+    const bool on = isChecked(QStringLiteral("chkRDA"));
     for (const char* name : {"txtRDA1", "txtRDA2"}) {
-        auto* rate = static_cast<QLineEdit*>(control(QString::fromLatin1(name)));
+        auto* rate = lineEdit(QString::fromLatin1(name));
         rate->setEnabled(on);
         if (!on || rate->text().isEmpty())
             rate->setText(formattaImporto(QVariant(), 2));

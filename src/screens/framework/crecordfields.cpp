@@ -177,6 +177,12 @@ QWidget* cRecordScreen::control(const QString& name) const
     return i < 0 ? nullptr : m_bound.at(i).control;
 }
 
+QLineEdit* cRecordScreen::lineEdit(const QString& name) const { return static_cast<QLineEdit*>(control(name)); }
+
+QString cRecordScreen::text(const QString& name) const { return lineEdit(name)->text(); }
+
+bool cRecordScreen::isChecked(const QString& name) const { return static_cast<QCheckBox*>(control(name))->isChecked(); }
+
 QWidget* cRecordScreen::fieldRow(const QString& name) const
 {
     const int i = m_fields.indexOf(name);

@@ -61,6 +61,11 @@ public:
     // The control of a declared field: a line edit, check box or combo box,
     // the first option button of a choice.
     QWidget* control(const QString& name) const;
+    // The line edit of a text, number or date field, and what it shows.
+    QLineEdit* lineEdit(const QString& name) const;
+    QString text(const QString& name) const;
+    // Whether the check box of a flag is ticked.
+    bool isChecked(const QString& name) const;
     // The look-up behind a key field.
     cLookupField* lookupOf(const QString& name) const;
     // The values as the controls hold them, in the order of the fields.
