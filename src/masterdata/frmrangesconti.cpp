@@ -4,6 +4,7 @@
 #include "lookups/lookuptable.h"
 #include "screens/framework/cgrid.h"
 #include "screens/framework/clookupfield.h"
+#include "screens/framework/fieldlimits.h"
 #include "screens/framework/frmricerca.h"
 #include "screens/services/typedinput.h"
 
@@ -30,7 +31,7 @@ cLookupField* lookupRow(QFormLayout* form, const QString& name, const QString& c
     layout->setContentsMargins(0, 0, 0, 0);
     auto* field = new QLineEdit(row);
     field->setObjectName(name);
-    field->setMaximumWidth(110);
+    keepReadable(field, 110);
     auto* label = new QLabel(row);
     label->setObjectName(QStringLiteral("lbl") + name.mid(3));
     label->setFrameShape(QFrame::StyledPanel);

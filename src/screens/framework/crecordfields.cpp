@@ -26,30 +26,8 @@ constexpr int kCodeWidth = 120;
 constexpr int kNumberWidth = 120;
 constexpr int kKeyWidth = 110;
 constexpr int kDescriptionMinWidth = 200;
-// Codes, keys and numbers never narrow below this many characters of their
-// own font ("01003001", "1.234,56"), at the window's minimum size too.
-constexpr int kShortFieldCharacters = 8;
-// The frame and margins of a line edit around its text.
-constexpr int kFieldMargins = 12;
 // Texts up to this length get a field of their own width.
 constexpr int kShortTextLength = 16;
-
-// Keeps a short field readable however the window shrinks: the width of its
-// characters in its own font, upper-case letters being the widest of a code,
-// and the frame and margins of the field. The widest it may grow stays at
-// least that.
-int characterWidth(const QLineEdit* edit)
-{
-    const QFontMetrics metrics = edit->fontMetrics();
-    return qMax(metrics.averageCharWidth(), metrics.horizontalAdvance(QLatin1Char('X')));
-}
-
-void keepReadable(QLineEdit* edit, int maximum)
-{
-    const int minimum = characterWidth(edit) * kShortFieldCharacters + kFieldMargins;
-    edit->setMaximumWidth(qMax(maximum, minimum));
-    edit->setMinimumWidth(minimum);
-}
 
 int inputKind(const Field& f)
 {
@@ -142,11 +120,14 @@ cRecordScreen::Bound cRecordScreen::bind(const Field& f, int& keyIndex)
             b.row = withBrowseButton(edit, 0);
         } else if (f.column.compare(QLatin1String("DESCRIZIONE"), Qt::CaseInsensitive) == 0) {
             setDescriptionField(b.input);
+            keepReadable(edit);
         } else {
             b.input->setCKeyRef(m_keys);
             // A short text (a bank's ABI, a province) is as wide as it can be long.
             if (f.kind == Kind::Text && f.length > 0 && f.length <= kShortTextLength)
-                keepReadable(edit, characterWidth(edit) * (f.length + 2) + kFieldMargins);
+                keepReadable(edit, readableWidth(edit, f.length + 2));
+            else
+                keepReadable(edit);
         }
         break;
     }

@@ -2,6 +2,7 @@
 
 #include "data/schema.h"
 
+#include <QFontMetrics>
 #include <QLineEdit>
 
 namespace {
@@ -61,4 +62,23 @@ int limitToColumn(QLineEdit* field, const QString& table, const QString& column)
         QObject::connect(field, &QLineEdit::textEdited, field, [field] { dropHalfCharacters(field); });
     }
     return length;
+}
+
+int readableWidth(const QLineEdit* field, int characters)
+{
+    // The frame and margins of a line edit around its text.
+    constexpr int kFieldMargins = 12;
+    // Upper-case letters are the widest of a code.
+    const QFontMetrics metrics = field->fontMetrics();
+    return qMax(metrics.averageCharWidth(), metrics.horizontalAdvance(QLatin1Char('X'))) * characters + kFieldMargins;
+}
+
+void keepReadable(QLineEdit* field, int maximum)
+{
+    // Codes, keys and numbers ("01003001", "1.234,56") never narrow below this.
+    constexpr int kShortFieldCharacters = 8;
+    const int minimum = readableWidth(field, kShortFieldCharacters);
+    if (maximum > 0)
+        field->setMaximumWidth(qMax(maximum, minimum));
+    field->setMinimumWidth(minimum);
 }

@@ -24,3 +24,10 @@ int columnLength(const QString& table, const QString& column);
 // Limits the field to the length of its column and returns that length.
 // For a column without a length the field is left as it is and 0 comes back.
 int limitToColumn(QLineEdit* field, const QString& table, const QString& column);
+
+// Keeps a field readable however its window shrinks (at the minimum size and
+// after "Affianca"): at least eight of its widest characters and its frame,
+// and no wider than `maximum` (0: as wide as the layout makes it).
+void keepReadable(QLineEdit* field, int maximum = 0);
+// The width of `characters` characters of the field's font with its frame.
+int readableWidth(const QLineEdit* field, int characters);
