@@ -1,5 +1,4 @@
-// The journal engine, the due dates of an entry and the customer's credit
-// limit, on both back ends.
+// The journal engine, the due dates of an entry and the customer's credit limit, on both back ends.
 #include "accounting/fido.h"
 #include "accounting/primanota.h"
 #include "accounting/scadenze.h"
@@ -20,21 +19,20 @@ namespace {
 constexpr int kClienti = 3, kFornitori = 12, kRicavi = 20, kIvaDebito = 14;
 constexpr int kAcquisti = 17, kIvaCredito = 5, kRitenute = 6;
 const ContiControparti kControparti{kClienti, kFornitori};
-
 Currency eur(const QString& text) { return getValoreCurrency(text); }
 QString n(int v) { return QString::number(v); }
-
+cAdoSqlServer& db() { return gAdoSqlServer(); }
 // The customers' and suppliers' control accounts of the seed.
 ContiControparti conti()
 {
-    return {rid("PianoConti", "CODICE = ¤01001001¤"), rid("PianoConti", "CODICE = ¤02001001¤")};
+    return {rid("PianoConti", testdb::code("01001001")), rid("PianoConti", testdb::code("02001001"))};
 }
 
 // "conto:amount" a line, in the order Dare 1, Dare 2, Avere 1, Avere 2; "-" for no line.
 QString describe(const RighePrimaNota& r)
 {
-    const auto one = [](int conto, Currency value) {
-        return conto > 0 ? QString(n(conto) + ':' + value.toPlainString()) : "-";
+    const auto one = [](int conto, Currency v) {
+        return conto > 0 ? n(conto) + ':' + v.toPlainString() : QString("-");
     };
     return QStringList{one(r.conti.dare1, r.dare1), one(r.conti.dare2, r.dare2), one(r.conti.avere1, r.avere1),
                        one(r.conti.avere2, r.avere2)}
@@ -55,32 +53,33 @@ QString linesOf(int entry, int clienti)
     return lines.join(", ");
 }
 
-// A payment term in words: "30%" down payment, "rd" direct remittance, "fm"
-// end of month, "n3" instalments when not the rows' number, rows "days:share".
+// A payment term in words: "30%" down payment, "rd" direct remittance, "fm" end of month, "n3" instalments when not the
+// rows' number, rows "days:share".
 int addTerm(const QString& code, const QString& term)
 {
     const QStringList words = term.split(' '), rate = words.filter(":");
     const QString acconto = words.filter("%").join("").remove('%');
     const QString nRate = words.filter(QRegularExpression("^n")).join("").mid(1);
-    run("DELETE FROM DettagliPagamenti WHERE FK_PAGAMENTO IN (SELECT RID FROM Pagamenti WHERE CODICE = ¤" + code
-        + "¤)");
-    run("DELETE FROM Pagamenti WHERE CODICE = ¤" + code + "¤");
+    run("DELETE FROM DettagliPagamenti WHERE FK_PAGAMENTO IN (SELECT RID FROM Pagamenti WHERE " + testdb::code(code)
+        + ")");
+    run("DELETE FROM Pagamenti WHERE " + testdb::code(code));
     run(QString("INSERT INTO Pagamenti (CODICE, DESCRIZIONE, ACCONTO, RIMESSADIRETTA, FINEMESE, NRATE) "
                 "VALUES (¤%1¤, ¤prova¤, %2, %3, %4, %5)")
             .arg(code, acconto.isEmpty() ? "0" : acconto, words.contains("rd") ? "-1" : "0",
                  words.contains("fm") ? "-1" : "0", nRate.isEmpty() ? n(rate.size()) : nRate));
-    const int pagamento = rid("Pagamenti", "CODICE = ¤" + code + "¤");
+    const int pagamento = rid("Pagamenti", testdb::code(code));
     for (const QString& r : rate)
         run(QString("INSERT INTO DettagliPagamenti (FK_PAGAMENTO, NGIORNI, PERCENTUALE) VALUES (%1, %2, %3)")
                 .arg(n(pagamento), r.section(':', 0, 0), r.section(':', 1)));
     return pagamento;
 }
 
-int addEntry()
+int addEntry(const QDate& data = QDate(2026, 1, 1), const QString& anagrafe = "Null")
 {
-    return gAdoSqlServer().getIDByInsert("INSERT INTO PrimaNota (DATA, DESCRIZIONE) VALUES ("
-                                             + gAdoSqlServer().getSQLDate(QDate(2026, 1, 1)) + ", ¤prova¤)",
-                                         "test", "RID", "PrimaNota");
+    return db().getIDByInsert(
+        QString("INSERT INTO PrimaNota (DATA, DataValuta, FK_Anagrafe, DESCRIZIONE) VALUES (%1, %1, %2, ¤prova¤)")
+            .arg(db().getSQLDate(data), anagrafe),
+        "test", "RID", "PrimaNota");
 }
 
 // The due dates of an entry as "DD/MM/YYYY amount; ...".
@@ -94,11 +93,30 @@ QString dueDatesOf(int entry)
 }
 
 // MariaDB: the DELETE statements run so far on the transaction's connection.
-int deletesRun()
+int deletesRun() { return testdb::rows("SHOW SESSION STATUS LIKE ¤Com_delete¤").value(0).value(1).toInt(); }
+struct Righe
 {
-    const QList<QVariantList> status = testdb::rows("SHOW SESSION STATUS LIKE ¤Com_delete¤");
-    return status.isEmpty() ? -1 : status.first().value(1).toInt();
-}
+    ContiCausale causale;
+    QString importo, iva, rda, expected;
+};
+struct Rifiuto
+{
+    int causale;
+    QDate data, valuta;
+    QString iva, message;
+};
+struct Termine
+{
+    QString termine, importo; // "-100": 100 with the negative flag
+    QDate data;
+    QString expected, messaggio = {};
+};
+struct Fido
+{
+    bool ctrl, allaData;
+    QStringList movimenti;
+    QString saldo, residuo, avviso, domanda;
+};
 
 } // namespace
 
@@ -115,39 +133,28 @@ private Q_SLOTS:
 
     void lines_data()
     {
-        QTest::addColumn<ContiCausale>("causale");
-        QTest::addColumn<QString>("importo");
-        QTest::addColumn<QString>("iva");
-        QTest::addColumn<QString>("rda");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* name, const ContiCausale& causale, const char* importo, const char* iva,
-                            const char* rda, const char* expected) {
-            QTest::newRow(name) << causale << QString(importo) << QString(iva) << QString(rda) << QString(expected);
-        };
+        QTest::addColumn<Righe>("r");
+        const auto row = [](const char* name, const Righe& r) { QTest::newRow(name) << r; };
         const ContiCausale vendita{kClienti, 0, kRicavi, kIvaDebito};
-        row("sales invoice", vendita, "122", "22", "0", "3:122 - 20:100 14:22");
-        row("purchase", {kAcquisti, kIvaCredito, kFornitori, 0}, "122", "22", "0", "17:100 5:22 12:122 -");
-        row("VAT 0", vendita, "100", "0", "0", "3:100 - 20:100 14:0");
-        row("negative VAT keeps the whole total", vendita, "-122", "-22", "0", "3:-122 - 20:-122 14:-22");
-        row("Dare 2 wins over Avere 2", {kAcquisti, kIvaCredito, kFornitori, kIvaDebito}, "122", "22", "0",
-            "17:100 5:22 12:122 -");
-        // Withholding on a causal with Dare 1 on the customers' account.
-        row("withholding, customers on Dare 1", {kClienti, kRitenute, kRicavi, kIvaDebito}, "122", "22", "20",
-            "3:102 6:20 20:100 14:22");
+        row("sales invoice", {vendita, "122", "22", "0", "3:122 - 20:100 14:22"});
+        row("purchase", {{kAcquisti, kIvaCredito, kFornitori, 0}, "122", "22", "0", "17:100 5:22 12:122 -"});
+        row("VAT 0", {vendita, "100", "0", "0", "3:100 - 20:100 14:0"});
+        row("negative VAT keeps the whole total", {vendita, "-122", "-22", "0", "3:-122 - 20:-122 14:-22"});
+        row("Dare 2 wins over Avere 2",
+            {{kAcquisti, kIvaCredito, kFornitori, kIvaDebito}, "122", "22", "0", "17:100 5:22 12:122 -"});
+        row("withholding, customers on Dare 1",
+            {{kClienti, kRitenute, kRicavi, kIvaDebito}, "122", "22", "20", "3:102 6:20 20:100 14:22"});
         // Avere 1 on the suppliers' account: minus the withholding, not the total less it.
-        row("withholding, suppliers on Avere 1", {kAcquisti, kIvaCredito, kFornitori, kRitenute}, "122", "22", "20",
-            "17:100 5:22 12:-20 6:20");
-        row("withholding, no counterparty account", vendita, "122", "22", "20", "3:0 - 20:0 -");
-        row("no accounts", {}, "122", "22", "0", "- - - -");
+        row("withholding, suppliers on Avere 1",
+            {{kAcquisti, kIvaCredito, kFornitori, kRitenute}, "122", "22", "20", "17:100 5:22 12:-20 6:20"});
+        row("withholding, no counterparty account", {vendita, "122", "22", "20", "3:0 - 20:0 -"});
+        row("no accounts", {{}, "122", "22", "0", "- - - -"});
     }
+
     void lines()
     {
-        QFETCH(ContiCausale, causale);
-        QFETCH(QString, importo);
-        QFETCH(QString, iva);
-        QFETCH(QString, rda);
-        QFETCH(QString, expected);
-        QCOMPARE(describe(calcolaRighe(causale, eur(importo), eur(iva), eur(rda), kControparti)), expected);
+        QFETCH(Righe, r);
+        QCOMPARE(describe(calcolaRighe(r.causale, eur(r.importo), eur(r.iva), eur(r.rda), kControparti)), r.expected);
     }
 
     // Entries numbered per year, lines rewritten on a new save, the number kept in another year.
@@ -161,15 +168,14 @@ private Q_SLOTS:
         d.importoIva = eur("220");
         d.data = d.dataValuta = QDate(2026, 3, 10);
         d.codicePartita = "PARTITA-0123456789-ABCDEF";
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
         const int first = salvaPrimaNota(d, c), second = salvaPrimaNota(d, c);
         d.data = QDate(2027, 1, 2);
         const int nextYear = salvaPrimaNota(d, c);
-        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
-        QVERIFY(first > 0 && second > 0 && nextYear > 0);
-        QCOMPARE(getProgPrimaNotaByID(first), 1);
-        QCOMPARE(getProgPrimaNotaByID(second), 2);
-        QCOMPARE(getProgPrimaNotaByID(nextYear), 1);
+        QVERIFY(db().commitTrasaction("test"));
+        QCOMPARE(QList<int>(
+                     {getProgPrimaNotaByID(first), getProgPrimaNotaByID(second), getProgPrimaNotaByID(nextYear)}),
+                 QList<int>({1, 2, 1}));
         QCOMPARE(linesOf(first, c.clienti), "C D 1220, 20 A 1000, 14 A 220");
         QCOMPARE(testdb::value("SELECT CodicePartita FROM PrimaNota WHERE RID = " + n(first)).toString(),
                  "PARTITA-0123456789-A");
@@ -186,112 +192,89 @@ private Q_SLOTS:
         // The moved entry keeps its 2026 place; a number freed at the end is given again.
         d.rid = 0;
         d.data = QDate(2026, 12, 31);
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
         const int third = salvaPrimaNota(d, c);
-        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
+        QVERIFY(db().commitTrasaction("test"));
         QCOMPARE(getProgPrimaNotaByID(third), 3);
         run("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota = " + n(third));
         run("DELETE FROM PrimaNota WHERE RID = " + n(third));
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
         QCOMPARE(getNewProgressivoPrimaNota(d.data), 3);
-        QVERIFY(gAdoSqlServer().rollbackTrasaction("test"));
-    }
-
-    // Outside a transaction no number is given: another workstation could take it too.
-    void numberOutsideTransaction()
-    {
+        QVERIFY(db().rollbackTrasaction("test"));
+        // Outside a transaction no number is given: another workstation could take it too.
         testdb::ErrorRecorder errors;
-        QCOMPARE(getNewProgressivoPrimaNota(QDate(2026, 5, 5)), -1);
+        QCOMPARE(getNewProgressivoPrimaNota(d.data), -1);
         QCOMPARE(errors.reports.size(), 1);
-        DatiPrimaNota d;
-        d.fkCausale = 1;
-        d.data = d.dataValuta = QDate(2026, 5, 5);
-        QCOMPARE(salvaPrimaNota(d, kControparti), -1);
-        QCOMPARE(testdb::count("PrimaNota"), 0);
+        QCOMPARE(salvaPrimaNota(d, c), -1);
+        QCOMPARE(testdb::count("PrimaNota"), 3);
     }
 
     // Values stored wrong and a causal without accounts leave nothing; the message follows the rollback.
     void refusedValues_data()
     {
-        QTest::addColumn<int>("causale");
-        QTest::addColumn<QDate>("data");
-        QTest::addColumn<QDate>("valuta");
-        QTest::addColumn<QString>("iva");
-        QTest::addColumn<QString>("message");
+        QTest::addColumn<Rifiuto>("r");
+        const auto row = [](const char* name, const Rifiuto& r) { QTest::newRow(name) << r; };
         const QDate ok(2026, 6, 1);
-        const auto row = [](const char* name, int causale, QDate data, QDate valuta, const char* iva, const char* m) {
-            QTest::newRow(name) << causale << data << valuta << QString(iva) << QString(m);
-        };
-        row("no date", 1, QDate(), ok, "0", "Data non valida: Data della registrazione");
-        row("no value date", 1, ok, QDate(), "0", "Data non valida: Data valuta");
-        row("date before 1753", 1, QDate(1700, 1, 1), ok, "0", "Data non valida");
-        row("net amount out of range", 1, ok, ok, "-1", "Importo fuori dai limiti consentiti");
-        row("no causal", 0, ok, ok, "0", "Impossibile assegnare i conti DARE/AVERE!");
+        row("no date", {1, QDate(), ok, "0", "Data non valida: Data della registrazione"});
+        row("no value date", {1, ok, QDate(), "0", "Data non valida: Data valuta"});
+        row("date before 1753", {1, QDate(1700, 1, 1), ok, "0", "Data non valida"});
+        row("net amount out of range", {1, ok, ok, "-1", "Importo fuori dai limiti consentiti"});
+        row("no causal", {0, ok, ok, "0", "Impossibile assegnare i conti DARE/AVERE!"});
     }
+
     void refusedValues()
     {
-        QFETCH(int, causale);
-        QFETCH(QDate, data);
-        QFETCH(QDate, valuta);
-        QFETCH(QString, iva);
-        QFETCH(QString, message);
-        DatiPrimaNota d;
-        d.fkCausale = causale;
-        d.data = data;
-        d.dataValuta = valuta;
-        d.importo = eur("922337203685477");
-        d.importoIva = eur(iva);
+        QFETCH(Rifiuto, r);
         testdb::ScriptedMsgBox boxes;
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
+        DatiPrimaNota d;
+        d.fkCausale = r.causale;
+        d.data = r.data;
+        d.dataValuta = r.valuta;
+        d.importo = eur("922337203685477");
+        d.importoIva = eur(r.iva);
         QCOMPARE(salvaPrimaNota(d, kControparti), -1);
         QCOMPARE(boxes.shown.size(), 0);
-        boxes.expect(message, vb::OK);
-        QVERIFY(gAdoSqlServer().rollbackTrasaction("test"));
+        boxes.expect(r.message, vb::OK);
+        QVERIFY(db().rollbackTrasaction("test"));
         QVERIFY(boxes.allAnswered());
         QCOMPARE(testdb::count("PrimaNota"), 0);
     }
 
-    // The instalments of a term, or the message of a value that cannot be
-    // stored: then the earlier due dates stay, and nothing is reported.
+    // The instalments of a term, or the message of a value that cannot be stored: then the earlier due dates stay, and
+    // nothing is reported.
     void dueDates_data()
     {
-        QTest::addColumn<QString>("termine");
-        QTest::addColumn<QString>("importo"); // "-100": 100 with the negative flag
-        QTest::addColumn<QDate>("data");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("messaggio");
+        QTest::addColumn<Termine>("t");
         const QString limiti = " (sono ammessi importi da -922.337.203.685.477,5808 a 922.337.203.685.477,5807).";
         const QString intervallo = " (la data deve essere compresa tra il 01/01/1753 e il 31/12/9999).";
         const QString fineMese = ": con la scadenza a fine mese i giorni devono essere compresi tra -32768 e 32767.";
+        const QString scadenze = "Data non valida: data delle scadenze";
         const QDate maggio(2026, 5, 2), gennaio(2026, 1, 1);
-        const auto row = [](const char* name, const char* term, const char* importo, QDate data, const char* expected,
-                            const QString& messaggio = QString()) {
-            QTest::newRow(name) << QString(term) << QString(importo) << data << QString(expected) << messaggio;
+        const auto row = [](const char* name, const Termine& t) { QTest::newRow(name) << t; };
+        const auto refused = [](const char* name, const char* term, const char* importo, QDate data, const QString& m) {
+            QTest::newRow(name) << Termine{term, importo, data, "", m};
         };
-        const auto refused = [&row](const char* name, const char* term, const char* importo, QDate data,
-                                    const QString& messaggio) { row(name, term, importo, data, "", messaggio); };
-        row("30/60 end of month from 15 January", "fm 30:50 60:50", "1000", QDate(2026, 1, 15),
-            "28/02/2026 500,00; 31/03/2026 500,00");
-        row("leap year", "fm 30:50 60:50", "1000", QDate(2028, 1, 15), "29/02/2028 500,00; 31/03/2028 500,00");
-        row("days first, no months", "fm 30:100", "10", QDate(2026, 1, 31), "31/03/2026 10,00");
-        row("plain days", "30:100", "10", QDate(2026, 1, 31), "02/03/2026 10,00");
-        row("direct remittance at month end", "rd fm 30:50 60:50", "100", QDate(2026, 4, 10),
-            "30/04/2026 50,00; 30/04/2026 50,00");
-        row("30% down payment", "30% 60:70", "1000", maggio, "02/05/2026 300,00; 01/07/2026 700,00");
-        row("zero total", "30:50 60:50", "0", maggio, "01/06/2026 0,00; 01/07/2026 0,00");
-        row("negative", "30:50 60:50", "-100", maggio, "01/06/2026 -50,00; 01/07/2026 -50,00");
-        row("shares not adjusted", "30:33.33 60:33.33 90:33.34", "100", maggio,
-            "01/06/2026 33,33; 01/07/2026 33,33; 31/07/2026 33,34");
-        row("fewer instalments than rows", "n1 30:50 60:50", "100", maggio, "01/06/2026 50,00");
+        row("30/60 end of month from 15 January",
+            {"fm 30:50 60:50", "1000", QDate(2026, 1, 15), "28/02/2026 500,00; 31/03/2026 500,00"});
+        row("leap year", {"fm 30:50 60:50", "1000", QDate(2028, 1, 15), "29/02/2028 500,00; 31/03/2028 500,00"});
+        row("days first, no months", {"fm 30:100", "10", QDate(2026, 1, 31), "31/03/2026 10,00"});
+        row("direct remittance at month end",
+            {"rd fm 30:50 60:50", "100", QDate(2026, 4, 10), "30/04/2026 50,00; 30/04/2026 50,00"});
+        row("30% down payment", {"30% 60:70", "1000", maggio, "02/05/2026 300,00; 01/07/2026 700,00"});
+        row("zero total", {"30:50 60:50", "0", maggio, "01/06/2026 0,00; 01/07/2026 0,00"});
+        row("negative", {"30:50 60:50", "-100", maggio, "01/06/2026 -50,00; 01/07/2026 -50,00"});
+        row("shares not adjusted",
+            {"30:33.33 60:33.33 90:33.34", "100", maggio, "01/06/2026 33,33; 01/07/2026 33,33; 31/07/2026 33,34"});
+        row("fewer instalments than rows", {"n1 30:50 60:50", "100", maggio, "01/06/2026 50,00"});
         // The month-end rule takes its days as a 16-bit number; the plain rule does not.
-        row("32767 days at month end", "fm 32767:100", "10", gennaio, "30/09/2115 10,00");
-        row("40000 plain days", "40000:100", "10", gennaio, "09/07/2135 10,00");
-        row("large amounts kept", "10% 30:100", "-900000000000000", gennaio,
-            "01/01/2026 -90.000.000.000.000,00; 31/01/2026 -900.000.000.000.000,00");
-        refused("no date", "30:50 60:50", "100", QDate(),
-                "Data non valida: data delle scadenze (data mancante o inesistente).");
-        refused("date before 1753", "30:50 60:50", "100", QDate(1700, 5, 1),
-                "Data non valida: data delle scadenze" + intervallo);
+        row("32767 days at month end", {"fm 32767:100", "10", gennaio, "30/09/2115 10,00"});
+        row("40000 plain days", {"40000:100", "10", gennaio, "09/07/2135 10,00"});
+        row("large amounts kept",
+            {"10% 30:100", "-900000000000000", gennaio,
+             "01/01/2026 -90.000.000.000.000,00; 31/01/2026 -900.000.000.000.000,00"});
+        refused("no date", "30:50 60:50", "100", QDate(), scadenze + " (data mancante o inesistente).");
+        refused("date before 1753", "30:50 60:50", "100", QDate(1700, 5, 1), scadenze + intervallo);
         refused("due date after 9999", "30:50 3000000:50", "100", gennaio,
                 "Data non valida: scadenza della rata 2 delle scadenze" + intervallo);
         refused("32768 days at month end", "fm 32768:100", "100", gennaio,
@@ -305,126 +288,103 @@ private Q_SLOTS:
         refused("down payment beyond the range", "150% 30:100", "900000000000000", gennaio,
                 "Importo fuori dai limiti consentiti: acconto delle scadenze" + limiti);
     }
+
     void dueDates()
     {
-        QFETCH(QString, termine);
-        QFETCH(QString, importo);
-        QFETCH(QDate, data);
-        QFETCH(QString, expected);
-        QFETCH(QString, messaggio);
-        const int term = addTerm("TST", termine), entry = addEntry();
-        QVERIFY(entry > 0);
-        if (!messaggio.isEmpty()) {
+        QFETCH(Termine, t);
+        const int term = addTerm("TST", t.termine), entry = addEntry();
+        const bool refused = !t.messaggio.isEmpty();
+        if (refused) {
             QVERIFY(generaScadenzePagamento(entry, addTerm("TSTB", "10:100"), eur("80"), QDate(2026, 2, 1), false));
-            expected = "11/02/2026 80,00";
+            t.expected = "11/02/2026 80,00";
         }
         testdb::ErrorRecorder errors;
         QString ricevuto = "not cleared";
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
-        const bool negative = importo.startsWith('-');
-        QCOMPARE(generaScadenzePagamento(entry, term, eur(importo.remove('-')), data, negative, &ricevuto),
-                 messaggio.isEmpty());
-        QCOMPARE(dueDatesOf(entry), expected);
-        QVERIFY(messaggio.isEmpty() ? gAdoSqlServer().commitTrasaction("test")
-                                    : gAdoSqlServer().rollbackTrasaction("test"));
-        QCOMPARE(ricevuto, messaggio);
+        QVERIFY(db().beginTrasaction("test"));
+        const bool negative = t.importo.startsWith('-');
+        QCOMPARE(generaScadenzePagamento(entry, term, eur(t.importo.remove('-')), t.data, negative, &ricevuto),
+                 !refused);
+        QCOMPARE(dueDatesOf(entry), t.expected);
+        QVERIFY(refused ? db().rollbackTrasaction("test") : db().commitTrasaction("test"));
+        QCOMPARE(ricevuto, t.messaggio);
         QVERIFY(errors.reports.isEmpty());
-        QCOMPARE(dueDatesOf(entry), expected);
+        QCOMPARE(dueDatesOf(entry), t.expected);
     }
 
-    // A new entry runs no DELETE (on MariaDB it would lock an index gap); another
-    // term replaces every row, also one changed by hand; no term leaves none.
+    // A new entry runs no DELETE (on MariaDB it would lock an index gap); another term replaces every row, also one
+    // changed by hand; no term leaves none.
     void regenerate()
     {
         const bool server = backend() == "mariadb";
         const int entry = addEntry(), due = addTerm("T2", "30:50 60:50"), uno = addTerm("T1", "10:100");
         testdb::ErrorRecorder errors;
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
         const int deletes = server ? deletesRun() : 0;
         QVERIFY(generaScadenzePagamento(entry, due, eur("80"), QDate(2026, 2, 1), false));
         QCOMPARE(server ? deletesRun() : 0, deletes);
-        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
+        QVERIFY(db().commitTrasaction("test"));
         QCOMPARE(dueDatesOf(entry), "03/03/2026 40,00; 02/04/2026 40,00");
         run("UPDATE Scadenze SET IMPORTO = 12 WHERE FK_PrimaNota = " + n(entry));
-        QVERIFY(gAdoSqlServer().beginTrasaction("test"));
+        QVERIFY(db().beginTrasaction("test"));
         const int again = server ? deletesRun() : 0;
         QVERIFY(generaScadenzePagamento(entry, uno, eur("80"), QDate(2026, 2, 1), false));
         QCOMPARE(server ? deletesRun() : 1, again + 1);
-        QVERIFY(gAdoSqlServer().commitTrasaction("test"));
+        QVERIFY(db().commitTrasaction("test"));
         QCOMPARE(dueDatesOf(entry), "11/02/2026 80,00");
         QVERIFY(generaScadenzePagamento(entry, 0, eur("80"), QDate(2026, 2, 1), false)); // no term: none
         QVERIFY(dueDatesOf(entry).isEmpty());
         QVERIFY(errors.reports.isEmpty());
     }
 
-    // Customer 801 (limit 500, checked or not) with documents "causal total
-    // VAT days-from-today"; 802's unpaid invoice must not count. The warning
-    // and the question on saving a document of 100 name the amount over.
+    // Customer 801 (limit 500, checked or not) with documents "causal total VAT days-from-today"; 802's unpaid invoice
+    // must not count. The warning and the question on saving a document of 100 name the amount over.
     void creditLimit_data()
     {
-        QTest::addColumn<bool>("ctrl");
-        QTest::addColumn<bool>("allaData");
-        QTest::addColumn<QStringList>("movimenti");
-        QTest::addColumn<QString>("saldo");
-        QTest::addColumn<QString>("residuo");
-        QTest::addColumn<QString>("avviso");
-        QTest::addColumn<QString>("domanda");
-        const auto row = [](const char* name, bool ctrl, bool allaData, const QStringList& movimenti, const char* saldo,
-                            const char* residuo, const char* avviso, const char* domanda) {
-            QTest::newRow(name) << ctrl << allaData << movimenti << QString(saldo) << QString(residuo)
-                                << QString(avviso) << QString(domanda);
-        };
+        QTest::addColumn<Fido>("f");
         const QString fv = "FV 1220 220 -10";
-        row("unpaid invoice beyond the limit", true, false, {fv}, "1220", "-720", "-720,00", "-820,00");
-        row("invoice partly paid", true, false, {fv, "INC 1000 0 -5"}, "220", "280", "", "");
-        row("no entries", true, false, {}, "0", "500", "", "");
-        row("exactly at the limit", true, false, {"FV 500 0 -1"}, "500", "0", "", "-100,00");
-        row("credit note", true, false, {fv, "NC 610 110 -2"}, "610", "-110", "-110,00", "-210,00");
-        row("future value date counts", true, false, {"FV 1220 220 5"}, "1220", "-720", "-720,00", "-820,00");
-        row("future value date left out by date", true, true, {"FV 1220 220 5", "FV 122 22 0"}, "122", "378", "", "");
-        row("limit not checked", false, false, {fv}, "1220", "0", "", "");
+        const auto row = [](const char* name, const Fido& f) { QTest::newRow(name) << f; };
+        row("unpaid invoice beyond the limit", {true, false, {fv}, "1220", "-720", "-720,00", "-820,00"});
+        row("invoice partly paid", {true, false, {fv, "INC 1000 0 -5"}, "220", "280", "", ""});
+        row("no entries", {true, false, {}, "0", "500", "", ""});
+        row("exactly at the limit", {true, false, {"FV 500 0 -1"}, "500", "0", "", "-100,00"});
+        row("credit note", {true, false, {fv, "NC 610 110 -2"}, "610", "-110", "-110,00", "-210,00"});
+        row("future value date counts", {true, false, {"FV 1220 220 5"}, "1220", "-720", "-720,00", "-820,00"});
+        row("future value date left out by date", {true, true, {"FV 1220 220 5", "FV 122 22 0"}, "122", "378", "", ""});
+        row("limit not checked", {false, false, {fv}, "1220", "0", "", ""});
     }
+
     void creditLimit()
     {
-        QFETCH(bool, ctrl);
-        QFETCH(bool, allaData);
-        QFETCH(QStringList, movimenti);
-        QFETCH(QString, saldo);
-        QFETCH(QString, residuo);
-        QFETCH(QString, avviso);
-        QFETCH(QString, domanda);
+        QFETCH(Fido, f);
         const QDate oggi(2026, 6, 15);
         const ContiControparti c = conti();
-        QVERIFY(c.clienti > 0);
         run("DELETE FROM Anagrafiche WHERE NUMERO IN (801, 802)");
         run(QString("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, CTRLFIDO, FIDO) "
                     "VALUES (801, ¤Rossi¤, ¤C¤, %1, 500), (802, ¤Bianchi¤, ¤C¤, -1, 0)")
-                .arg(ctrl ? -1 : 0));
+                .arg(f.ctrl ? -1 : 0));
         const int rossi = rid("Anagrafiche", "NUMERO = 801");
         // The journal engine leaves a line's other side Null: the balance must survive it.
         const auto registra = [&](int anagrafe, const QString& movimento) {
             const QStringList p = movimento.split(' ');
-            const int entry = gAdoSqlServer().getIDByInsert(
-                QString("INSERT INTO PrimaNota (DATA, DataValuta, FK_Anagrafe, DESCRIZIONE) VALUES (%1, %1, %2, ¤x¤)")
-                    .arg(gAdoSqlServer().getSQLDate(oggi.addDays(p.at(3).toInt())), n(anagrafe)),
-                "test", "RID", "PrimaNota");
-            QCOMPARE(saveDettagliPrimaNota(entry, rid("Causali", "CODICE = ¤" + p.at(0) + "¤"), eur(p.at(1)),
-                                           eur(p.at(2)), Currency(), c),
+            QCOMPARE(saveDettagliPrimaNota(addEntry(oggi.addDays(p.at(3).toInt()), n(anagrafe)),
+                                           rid("Causali", testdb::code(p.at(0))), eur(p.at(1)), eur(p.at(2)),
+                                           Currency(), c),
                      "#");
         };
-        for (const QString& movimento : movimenti)
+        for (const QString& movimento : f.movimenti)
             registra(rossi, movimento);
         registra(rid("Anagrafiche", "NUMERO = 802"), "FV 999 0 -1");
         QVERIFY(testdb::count("PrimaNotaDettagli", "AVERE IS NULL") > 0);
         testdb::ErrorRecorder errors;
-        QCOMPARE(getSaldoCliente(rossi, c.clienti, allaData, oggi), eur(saldo));
-        bool ctrlFido = !ctrl;
-        QCOMPARE(controllaFuoriFido(rossi, ctrlFido, c.clienti, allaData, oggi), eur(residuo));
-        QCOMPARE(ctrlFido, ctrl);
+        QCOMPARE(getSaldoCliente(rossi, c.clienti, f.allaData, oggi), eur(f.saldo));
+        bool ctrlFido = !f.ctrl;
+        QCOMPARE(controllaFuoriFido(rossi, ctrlFido, c.clienti, f.allaData, oggi), eur(f.residuo));
+        QCOMPARE(ctrlFido, f.ctrl);
         const QString fuori = "Attenzione! E' stato riscontrato un FUORI FIDO per l'anagrafica selezionata di Euro: ";
-        QCOMPARE(avvisoFuoriFido(rossi, c.clienti, allaData, oggi), avviso.isEmpty() ? QString() : fuori + avviso);
-        QCOMPARE(domandaFuoriFido(rossi, Currency::fromUnits(100), c.clienti, allaData, oggi),
-                 domanda.isEmpty() ? QString() : fuori + domanda + "\n\nSi desidera continuare?");
+        QCOMPARE(avvisoFuoriFido(rossi, c.clienti, f.allaData, oggi),
+                 f.avviso.isEmpty() ? QString() : fuori + f.avviso);
+        QCOMPARE(domandaFuoriFido(rossi, Currency::fromUnits(100), c.clienti, f.allaData, oggi),
+                 f.domanda.isEmpty() ? QString() : fuori + f.domanda + "\n\nSi desidera continuare?");
         QVERIFY(errors.reports.isEmpty());
     }
 };

@@ -1,5 +1,5 @@
-// Yearly counters and the checks of a document's number, on both back
-// ends. (Workstations taking numbers at once: tst_workstations.)
+// Yearly counters and the checks of a document's number, on both back ends. (Workstations taking numbers at once:
+// tst_workstations.)
 #include "common/errorlog.h"
 #include "data/cadosqlserver.h"
 #include "numbering/numeratore.h"
@@ -10,11 +10,12 @@
 
 namespace {
 
+using testdb::columns;
+
 int counter(int numeratore, const char* anno)
 {
-    const QVariant n = testdb::value(
+    return testdb::number(
         QString("SELECT NUMERO FROM Contatori WHERE FK_NUMERATORE = %1 AND ANNO = ¤%2¤").arg(numeratore).arg(anno));
-    return n.isValid() ? n.toInt() : -1;
 }
 
 // A number taken in a transaction of its own, committed or not.
@@ -33,8 +34,8 @@ class TestNumeratore : public testdb::BackendTest
     Q_OBJECT
 
 private Q_SLOTS:
-    // A missing counter and one at 0 both start at 1; years and numerators
-    // are apart. Then the flexible counter flag of the document types.
+    // A missing counter and one at 0 both start at 1; years and numerators are apart. Then the flexible counter flag of
+    // the document types.
     void yearlyCounter()
     {
         testdb::run("DELETE FROM Contatori WHERE ANNO IN (¤2040¤, ¤2041¤)");
@@ -46,12 +47,10 @@ private Q_SLOTS:
         QCOMPARE(take(2, "2040"), 1);
         QCOMPARE(counter(1, "2040"), 2);
         // Outside a transaction no number is given, and the counter stays.
-        {
-            testdb::ErrorRecorder errors;
-            QCOMPARE(getNewNumeratoreAnnuale(1, "2040"), 0);
-            QCOMPARE(errors.reports.size(), 1);
-            QCOMPARE(counter(1, "2040"), 2);
-        }
+        testdb::ErrorRecorder errors;
+        QCOMPARE(getNewNumeratoreAnnuale(1, "2040"), 0);
+        QCOMPARE(errors.reports.size(), 1);
+        QCOMPARE(counter(1, "2040"), 2);
         // A save that rolls back gives its number back.
         QCOMPARE(take(1, "2040", false), 3);
         QCOMPARE(take(1, "2040"), 3);
@@ -61,17 +60,11 @@ private Q_SLOTS:
         QVERIFY(!getFlexCounter(999));
     }
 
-    // Type 4 (DDT) in 2031: 10 on 10 March, 20 and 21 on the 20th, 30 on the
-    // 30th; type 7 shares the numerator and holds 20. `order`: checkNumeroData,
-    // else checkNumeroDocumento; `self` the document's own number, 0 if new.
+    // Type 4 (DDT) in 2031: 10 on 10 March, 20 and 21 on the 20th, 30 on the 30th; type 7 shares the numerator and
+    // holds 20. `order`: checkNumeroData, else checkNumeroDocumento; `self` the document's own number, 0 if new.
     void numberChecks_data()
     {
-        QTest::addColumn<bool>("order");
-        QTest::addColumn<int>("tipo");
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<int>("progressivo");
-        QTest::addColumn<int>("self");
-        QTest::addColumn<bool>("ok");
+        columns<bool, int, QDate, int, int, bool>("order", "tipo", "date", "progressivo", "self", "ok");
         const auto number = [](const char* name, int tipo, QDate date, int progressivo, int self, bool ok) {
             QTest::newRow(name) << false << tipo << date << progressivo << self << ok;
         };
@@ -92,14 +85,12 @@ private Q_SLOTS:
         order("last, 65535", QDate(2031, 12, 31), 65535, 0, false);
         order("itself left out", QDate(2031, 3, 30), 31, 30, true);
     }
+
     void numberChecks()
     {
-        QFETCH(bool, order);
-        QFETCH(int, tipo);
+        FETCH_EACH(bool, order, ok);
+        FETCH_EACH(int, tipo, progressivo, self);
         QFETCH(QDate, date);
-        QFETCH(int, progressivo);
-        QFETCH(int, self);
-        QFETCH(bool, ok);
         testdb::run("DELETE FROM Movimenti WHERE ANNO = 2031");
         for (const auto& [t, numero, marzo] :
              {std::tuple{4, 10, 10}, {4, 20, 20}, {4, 21, 20}, {4, 30, 30}, {7, 20, 5}})

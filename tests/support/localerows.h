@@ -26,6 +26,7 @@ public:
         static const char* const englishNames[] = {"en_US.UTF-8", "en_US.utf8", "C", nullptr};
         for (const char* const* c = italian ? italianNames : englishNames; *c && !std::setlocale(LC_ALL, *c); ++c) { }
     }
+
     ~ProcessLocale()
     {
         QLocale::setDefault(QLocale::c());

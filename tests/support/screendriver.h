@@ -1,7 +1,6 @@
 #pragma once
-// A screen under test driven by the names of its controls: shown as the
-// active window, fields typed or entered, combos chosen, and what a control
-// shows read back.
+// A screen under test, shown as the active window and driven by the names of
+// its controls: fields typed or entered, combos chosen, what a control shows.
 
 #include "core/screenregistry.h"
 #include "screens/framework/appearance.h"
@@ -62,8 +61,7 @@ template <class Form> struct Screen
         return texts;
     }
     QString rid() { return shown(QStringLiteral("lblRID")); }
-    // Types into a field (focus on it), clicks a button, picks a combo's
-    // entry by its text, or pastes into a text box.
+    // Types into a field (focused), clicks a button, picks a combo's entry or pastes text.
     void set(const QString& name, const QString& value)
     {
         QWidget* w = get(name);
@@ -81,7 +79,25 @@ template <class Form> struct Screen
             typeInto(screen, name, value);
         }
     }
+    // Several controls, each "name=value", in order: set() moves the focus
+    // from one to the next (the look-ups run), type() leaves it alone.
+    void set(const QStringList& pairs)
+    {
+        for (const QString& pair : pairs)
+            set(pair.section('=', 0, 0), pair.section('=', 1));
+    }
+    void type(const QStringList& pairs)
+    {
+        for (const QString& pair : pairs)
+            type(pair.section('=', 0, 0), pair.section('=', 1));
+    }
     void type(const QString& name, const QString& text) { typeInto(screen, name, text); }
+    // Types a code and moves on to `next`, which has the screen look it up.
+    void lookUp(const QString& field, const QString& code, const QString& next = QStringLiteral("txtDescrizione"))
+    {
+        type(field, code);
+        get(next)->setFocus();
+    }
     // Types and leaves the field with Tab.
     void enter(const QString& name, const QString& text) { testdb::enter(screen, name, text); }
     void tick(const QString& name, bool on) { get<QAbstractButton>(name)->setChecked(on); }
@@ -101,9 +117,8 @@ template <class Form> struct Screen
     }
 };
 
-// A screen that the program knows only by its registered name (a table of
-// fields alone), built as the menu builds it, in a window of its own:
-// Screen<RegisteredScreen> s("frmBanche").
+// A screen known only by its registered name, built as the menu builds it, in
+// a window of its own: Screen<RegisteredScreen> s("frmBanche").
 class RegisteredScreen : public QWidget
 {
 public:

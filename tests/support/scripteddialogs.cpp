@@ -48,8 +48,7 @@ int ScriptedDialogs::dialog(QDialog& dialog)
 {
     shown.append("dialog: " + dialog.objectName());
     const auto step = next(Dialog, dialog.objectName());
-    // Unexpected, it is closed as its user would close it, so that a screen
-    // waiting on it goes on (and the test fails) instead of asking for ever.
+    // Unexpected, it is closed as its user would: a screen waiting on it goes on, the test fails.
     if (step && step->drive)
         step->drive(dialog);
     if (!step || dialog.isVisible())

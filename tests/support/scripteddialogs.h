@@ -26,7 +26,7 @@ public:
     ScriptedDialogs();
     ~ScriptedDialogs() override;
 
-    void expectMessage(const QString& fragment, int answer) { m_steps.append({Message, fragment, answer, {}}); }
+    void expectMessage(const QString& text, int answer = vb::OK) { m_steps.append({Message, text, answer, {}}); }
     void expectDialog(const QString& objectName, Driver drive) { m_steps.append({Dialog, objectName, 0, drive}); }
     void expectFile(const QString& answer) { m_steps.append({File, answer, 0, {}}); }
 
@@ -46,6 +46,7 @@ private:
         Dialog,
         File
     };
+
     struct Step
     {
         Kind kind;

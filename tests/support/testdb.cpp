@@ -156,12 +156,10 @@ ScriptedMsgBox::~ScriptedMsgBox()
 }
 
 void ScriptedMsgBox::expect(const QString& fragment, int answer) { m_script.append({fragment, answer}); }
-
 void run(const QString& sql) { QVERIFY2(gAdoSqlServer().executeSQL(sql, QStringLiteral("test")), qPrintable(sql)); }
-
 QVariant value(const QString& sql) { return gAdoSqlServer().getValueBySQL(sql, QStringLiteral("test")); }
-
 int number(const QString& sql) { return value(sql).toInt(); }
+QString text(const QString& sql) { return value(sql).toString(); }
 
 QList<QVariantList> rows(const QString& sql)
 {
@@ -216,9 +214,7 @@ void BackendTest::initTestCase_data()
 }
 
 void BackendTest::initTestCase() { isolateProgramFolder(); }
-
 void BackendTest::cleanupTestCase() { dropShared(); }
-
 void BackendTest::init() { QVERIFY(shared(backend(), m_seed).isValid()); }
 
 void BackendTest::cleanup()

@@ -3,17 +3,32 @@
 // database on the throwaway MariaDB server named by ORVANTIS_TEST_MYSQL.
 
 #include "common/errorlog.h"
+#include "support/columns.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QVariant>
 
 #include <memory>
 
 class QTestData;
+
+// Columns of one type fetched at once: FETCH_EACH(QString, code, message)
+// stands for QFETCH(QString, code); QFETCH(QString, message).
+// clang-format off
+#define ORV_F1(T, a) QFETCH(T, a)
+#define ORV_F2(T, a, ...) QFETCH(T, a); ORV_F1(T, __VA_ARGS__)
+#define ORV_F3(T, a, ...) QFETCH(T, a); ORV_F2(T, __VA_ARGS__)
+#define ORV_F4(T, a, ...) QFETCH(T, a); ORV_F3(T, __VA_ARGS__)
+#define ORV_F5(T, a, ...) QFETCH(T, a); ORV_F4(T, __VA_ARGS__)
+#define ORV_F6(T, a, ...) QFETCH(T, a); ORV_F5(T, __VA_ARGS__)
+#define ORV_FN(_1, _2, _3, _4, _5, _6, N, ...) N
+#define FETCH_EACH(T, ...) ORV_FN(__VA_ARGS__, ORV_F6, ORV_F5, ORV_F4, ORV_F3, ORV_F2, ORV_F1, )(T, __VA_ARGS__)
+// clang-format on
 
 namespace testdb {
 
@@ -75,7 +90,7 @@ public:
     ScriptedMsgBox();
     ~ScriptedMsgBox();
     // Expects a box whose text contains `fragment`; answers `answer`.
-    void expect(const QString& fragment, int answer);
+    void expect(const QString& fragment, int answer = 1); // vb::OK
     QStringList shown;
     bool allAnswered() const { return m_script.isEmpty(); }
 
@@ -83,11 +98,11 @@ private:
     QList<QPair<QString, int>> m_script;
 };
 
-// Statements on the current test database, in the system's mark-up: run()
-// fails the test when the statement fails; value() is the first column of
-// the first row (invalid for none); rows() every row.
+// Statements on the current test database, in the system's mark-up: run() fails the test
+// when the statement fails; value() is the first column of the first row; rows() every row.
 void run(const QString& sql);
 QVariant value(const QString& sql);
+QString text(const QString& sql); // value() as text
 int number(const QString& sql);
 QList<QVariantList> rows(const QString& sql);
 
@@ -106,10 +121,9 @@ QString code(const QString& code);
 // What a database holds for a text: a lone UTF-16 surrogate becomes U+FFFD.
 QString asStored(const QString& text);
 
-// A test class whose tests all run on each back end: the back ends are its
-// global rows, every test starts on the shared database of its row and must
-// give back every connection it took. A class that needs more at one of
-// these steps declares the slot and calls the one here first.
+// A test class whose tests all run on each back end (its global rows), each on the shared
+// database of its row, giving back every connection it took. A class that needs more at
+// one of these steps declares the slot and calls the one here first.
 class BackendTest : public QObject
 {
     Q_OBJECT

@@ -26,6 +26,7 @@ private Q_SLOTS:
             testdb::row(b, "killed while saving") << QStringList{"--processes", "2", "--kill", kills};
         }
     }
+
     void stress()
     {
         QFETCH(QString, backend);
