@@ -7,6 +7,7 @@
 #include "core/startup.h"
 #include "data/cadosqlserver.h"
 #include "data/driver.h"
+#include "documents/documentscreens.h"
 #include "masterdata/masterdatascreens.h"
 #include "screens/framework/appearance.h"
 #include "screens/framework/frameworkscreens.h"
@@ -126,6 +127,7 @@ int runShell(const StartOptions& options)
     }
     registerShellScreens();
     registerMasterdataScreens();
+    registerDocumentScreens();
     installElementChooser();
     registerFrameworkScreens();
 

@@ -1,0 +1,7 @@
+#include "documents/documentscreens.h"
+
+#include "core/screenregistry.h"
+
+void registerDocumentScreens()
+{
+}
