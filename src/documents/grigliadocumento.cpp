@@ -27,6 +27,17 @@ void GrigliaDocumento::inserisci(int posizione, const QStringList& celle, bool v
         riga << QString();
     m_righe.insert(posizione, riga);
     m_visibili.insert(posizione, visibile);
+    // The components of a kit not yet stored name it by its row: the rows
+    // that moved down take their kit along.
+    for (int i = posizione + 1; i < righe(); ++i) {
+        QString& chiave = m_righe[i][colonna::IdDistintaBase];
+        if (!chiave.startsWith(QLatin1Char('*')))
+            continue;
+        bool ok = false;
+        const int padre = QStringView(chiave).mid(1).toInt(&ok);
+        if (ok && padre >= posizione)
+            chiave = QLatin1Char('*') + QString::number(padre + 1);
+    }
 }
 
 int GrigliaDocumento::aggiungiCaricata(const QStringList& celle, bool visibile)
@@ -56,7 +67,7 @@ int GrigliaDocumento::controllaProdottoPresente(int prodotto) const
 {
     for (int i = 0; i < righe(); ++i) {
         const QStringList& r = m_righe.at(i);
-        if (!isEliminata(r) && r.at(colonna::IdProdotto).toInt() == prodotto
+        if (!isEliminata(r) && r.at(colonna::IdDistintaBase).isEmpty() && r.at(colonna::IdProdotto).toInt() == prodotto
             && !r.at(colonna::Codice).startsWith(QLatin1Char('/')))
             return i;
     }
@@ -64,21 +75,21 @@ int GrigliaDocumento::controllaProdottoPresente(int prodotto) const
 }
 
 int GrigliaDocumento::addElement(int riga, const DatiRiga& dati, const CelleRiga& celle, bool aggiungiPrecedente,
-                                 int corrente)
+                                 int corrente, bool padreKit)
 {
     const CelleRiga& c = celle;
     if (riga < 0) {
+        const bool dopoCorrente = corrente >= 0 && corrente < righe();
+        const bool componente = !dati.padre.isEmpty();
         riga = righe();
-        if (dati.padre.isEmpty() && !aggiungiPrecedente && corrente >= 0 && corrente < righe()) {
-            // After the current row and its children.
-            riga = corrente + 1;
-            while (riga < righe() && !cella(riga, colonna::IdDistintaBase).isEmpty())
-                ++riga;
-            inserisci(riga, {}, true);
+        // A component after its kit's components; any other row after the
+        // current one and its components, unless it is added to a previous
+        // row.
+        if (dopoCorrente && (componente || !aggiungiPrecedente))
+            riga = fineFigli(corrente);
+        inserisci(riga, {}, !componente);
+        if (riga < righe() - 1)
             updateNextRow(riga + 1);
-        } else {
-            inserisci(riga, {}, dati.padre.isEmpty());
-        }
         setCella(riga, colonna::OldQuantita, QStringLiteral("0"));
         setCella(riga, colonna::Gestione, QString::number(gestione::Nuova));
     }
@@ -98,10 +109,12 @@ int GrigliaDocumento::addElement(int riga, const DatiRiga& dati, const CelleRiga
     r[colonna::Sc1] = c.sc1;
     r[colonna::Sc2] = c.sc2;
     r[colonna::Sc3] = c.sc3;
-    r[colonna::PrezzoListino] = c.listino;
-    r[colonna::PrezzoNetto] = c.netto;
-    r[colonna::NettoEsteso] = c.nettoEsteso;
-    r[colonna::Importo] = c.importo;
+    if (!padreKit) {
+        r[colonna::PrezzoListino] = c.listino;
+        r[colonna::PrezzoNetto] = c.netto;
+        r[colonna::NettoEsteso] = c.nettoEsteso;
+        r[colonna::Importo] = c.importo;
+    }
     r[colonna::Gestione] = QString::number(r.at(colonna::Rid).toInt() > 0 ? gestione::Modificata : gestione::Nuova);
     r[colonna::Taglio] = dati.taglio;
     r[colonna::IdDistintaBase] = dati.padre;
@@ -126,6 +139,44 @@ void GrigliaDocumento::updateNextRow(int riga)
     for (int i = righe() - 1; i >= riga; --i)
         if (stato(i) == gestione::Invariata)
             setCella(i, colonna::Gestione, QString::number(gestione::Modificata));
+}
+
+bool GrigliaDocumento::padreKit(int riga, const QString& carattereDistinta) const
+{
+    return !carattereDistinta.isEmpty() && cella(riga, colonna::Codice).startsWith(carattereDistinta);
+}
+
+int GrigliaDocumento::fineFigli(int riga) const
+{
+    int fine = riga + 1;
+    while (fine < righe() && figlio(fine))
+        ++fine;
+    return fine;
+}
+
+bool GrigliaDocumento::figliAperti(int rigaPadre) const
+{
+    for (int i = rigaPadre + 1; i < righe() && figlio(i); ++i)
+        if (!isEliminata(m_righe.at(i)))
+            return m_visibili.at(i);
+    return false;
+}
+
+bool GrigliaDocumento::apriChiudiFigli(int rigaPadre)
+{
+    const bool aperti = !figliAperti(rigaPadre);
+    for (int i = rigaPadre + 1; i < righe() && figlio(i); ++i)
+        m_visibili[i] = aperti && !isEliminata(m_righe.at(i));
+    return aperti;
+}
+
+IconaRiga GrigliaDocumento::icona(int riga, const QString& carattereDistinta) const
+{
+    if (isEliminata(m_righe.at(riga)))
+        return IconaRiga::Nessuna;
+    if (padreKit(riga, carattereDistinta))
+        return figliAperti(riga) ? IconaRiga::PadreAperto : IconaRiga::PadreChiuso;
+    return figlio(riga) && m_visibili.at(riga) ? IconaRiga::Figlio : IconaRiga::Nessuna;
 }
 
 QList<RigaPerTotali> GrigliaDocumento::perTotali(const QString& carattereDistinta) const

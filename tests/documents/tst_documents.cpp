@@ -279,18 +279,31 @@ private Q_SLOTS:
         QCOMPARE(e.totali().righe, QStringLiteral("0"));
     }
 
-    // A kit parent is left out of the totals; its children count.
+    // A kit row is left out of the totals and its components count; they stay hidden until opened, can't be copied,
+    // and keep naming their kit when a row is inserted above it.
     void distinta()
     {
         EditorDocumento e(2, "*");
-        prodotto(e, 1, "*KIT", "0", "1");
+        prodotto(e, 1, "P0", "10", "1");
         e.confermaRiga();
-        prodotto(e, 2, "VITE", "10", "4");
-        e.dati.padre = "*0";
-        e.confermaRiga();
-        QCOMPARE((QStringList{e.totali().righe, e.totali().imponibile}), words("1 40,00"));
-        QVERIFY(!e.griglia().visibile(1)); // children hidden until opened
-        QVERIFY(e.griglia().copiaRiga(1).isEmpty());
+        prodotto(e, 2, "*KIT", "0", "1");
+        confermaRiga(e.riga, 2);
+        QCOMPARE(e.griglia().addElement(-1, e.dati, celleRiga(e.riga, 1, 2), false, 0, true), 1);
+        prodotto(e, 3, "VITE", "10", "4");
+        std::tie(e.dati.padre, e.corrente) = std::tuple("*1", 1);
+        QCOMPARE(e.confermaRiga(), 2);
+        e.corrente = 0;
+        prodotto(e, 4, "DADO", "10", "1");
+        QCOMPARE(e.confermaRiga(), 1);
+        QCOMPARE((QStringList{e.griglia().cella(2, colonna::Codice), e.griglia().cella(3, colonna::IdDistintaBase),
+                              e.totali().righe, e.totali().imponibile}),
+                 words("*KIT *2 3 60,00"));
+        QVERIFY(!e.griglia().visibile(3));
+        QCOMPARE(e.griglia().icona(2, "*"), IconaRiga::PadreChiuso);
+        QVERIFY(e.griglia().apriChiudiFigli(2));
+        QVERIFY(e.griglia().visibile(3) && e.griglia().figliAperti(2));
+        QCOMPARE(e.griglia().icona(3, "*"), IconaRiga::Figlio);
+        QVERIFY(e.griglia().copiaRiga(3).isEmpty());
     }
 
     // A copied row comes back as a new row with the same amounts.

@@ -95,6 +95,7 @@ template <class Form> struct Screen
     // Types a code and moves on to `next`, which has the screen look it up.
     void lookUp(const QString& field, const QString& code, const QString& next = QStringLiteral("txtDescrizione"))
     {
+        get(field)->setFocus();
         type(field, code);
         get(next)->setFocus();
     }

@@ -37,6 +37,14 @@ void cLookupField::clear()
     show(QString(), QString());
 }
 
+void cLookupField::setTable(Validator validate, const QString& searchSql, const QString& searchTitle)
+{
+    m_validate = std::move(validate);
+    m_searchSql = searchSql;
+    m_searchTitle = searchTitle;
+    clear();
+}
+
 void cLookupField::setRid(int rid)
 {
     clear();

@@ -36,6 +36,9 @@ public:
     // Searches the table and takes the row chosen.
     void browse();
     void setSearchTitle(const QString& title) { m_searchTitle = title; }
+    // Another table behind the field, for a field whose table follows a
+    // choice made elsewhere on the screen. The field is emptied.
+    void setTable(Validator validate, const QString& searchSql, const QString& searchTitle);
     // Looks up a code typed and not yet left, as leaving the field does.
     void validate();
     // Field, label and browse button together.

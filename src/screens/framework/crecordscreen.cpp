@@ -5,6 +5,7 @@
 #include "data/recordset.h"
 #include "data/scoped.h"
 #include "data/sqlliteral.h"
+#include "screens/framework/cfieldleave.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/clookupfield.h"
@@ -65,7 +66,7 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, [this, i] {
             // A field that refused to be left kept the cursor: no command.
-            if (!std::exchange(m_fieldRefused, false))
+            if (!m_leave->takeRefused())
                 cmdCommand_Click(i);
         });
         commands->addWidget(button);
@@ -82,33 +83,18 @@ cRecordScreen::cRecordScreen(const QString& typeName, const QString& title, QWid
     layout->addWidget(m_fraMain, 1);
     layout->addLayout(commands);
 
-    // A field is left when the focus moves to another control of this
-    // screen. Going to another window is no leaving: the field still has the
-    // cursor when the user comes back.
-    m_focusWatch = QObject::connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
-        if (!old || !now || !isAncestorOf(old) || !isAncestorOf(now))
-            return;
-        if (m_refocusing)
-            return;
-        m_fieldRefused = false;
+    // Leaving the code field loads its record; the other fields have their
+    // screen's rules.
+    m_leave = new cFieldLeave(this, [this](QWidget* old) {
         if (m_code && old == m_code->TextBoxRef()) {
             onCodeFieldLeft();
-        } else if (!old->objectName().isEmpty() && !fieldLeft(old->objectName())) {
-            // Refused: the cursor goes back, and a command that took the
-            // focus does not run.
-            m_fieldRefused = true;
-            m_refocusing = true;
-            old->setFocus();
-            m_refocusing = false;
+            return true;
         }
+        return old->objectName().isEmpty() || fieldLeft(old->objectName());
     });
 }
 
-cRecordScreen::~cRecordScreen()
-{
-    // The base class still moves the focus while it closes the window.
-    QObject::disconnect(m_focusWatch);
-}
+cRecordScreen::~cRecordScreen() = default;
 
 QString cRecordScreen::tag(const QString& procedure) const { return m_typeName + QLatin1Char('.') + procedure; }
 
@@ -317,11 +303,10 @@ void cRecordScreen::pressCommand(int index)
 {
     // As a click: the field being left formats itself first.
     QPushButton* button = m_cmdCommand.at(index);
-    m_fieldRefused = false;
+    m_leave->clearRefused();
     button->setFocus(Qt::ShortcutFocusReason);
-    if (!m_fieldRefused)
+    if (!m_leave->takeRefused())
         button->click();
-    m_fieldRefused = false;
 }
 
 void cRecordScreen::cmdSfoglia_Click(int index)

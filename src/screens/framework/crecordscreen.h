@@ -22,6 +22,7 @@ class QLineEdit;
 class QPushButton;
 class Recordset;
 class cKeyFunction;
+class cFieldLeave;
 class cLookupField;
 class cTextBox;
 
@@ -183,13 +184,11 @@ private:
     cTextBox* m_code = nullptr;
     cTextBox* m_description = nullptr;
     bool m_unloadRaised = false;
-    QMetaObject::Connection m_focusWatch;
+    cFieldLeave* m_leave = nullptr;
     QHash<int, cLookupField*> m_lookups;
     // The code of the record as shown: leaving the code field unchanged
     // does not load it again over what was typed.
     QString m_shownCode;
-    bool m_refocusing = false;
-    bool m_fieldRefused = false;
 
     struct Bound
     {
