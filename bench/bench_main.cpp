@@ -15,6 +15,7 @@
 #include "accounting/primanota.h"
 #include "accounting/scadenze.h"
 #include "common/italiantext.h"
+#include "core/optionstore.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
 #include "data/modeldatabase.h"
@@ -22,6 +23,9 @@
 #include "data/session.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "documents/editordocumento.h"
+#include "documents/frmmovimento.h"
+#include "documents/grigliamovimento.h"
 #include "lookups/lookuptable.h"
 #include "masterdata/prodotto.h"
 #include "numbering/numeratore.h"
@@ -29,7 +33,7 @@
 #include "screens/services/ricercasql.h"
 #include "stock/giacenze.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QSqlQuery>
@@ -543,6 +547,147 @@ void benchProductSearch(const Backend& b, int count, int runs)
     print(b, QStringLiteral("opening a product card among %1, per card").arg(count), m);
 }
 
+// The key of a seeded row by its code.
+int keyOf(const QString& table, const QString& code)
+{
+    return gAdoSqlServer()
+        .getValueBySQL(QStringLiteral("SELECT RID FROM ") + table + QStringLiteral(" WHERE CODICE = ") + sqlText(code),
+                       kTag)
+        .toInt();
+}
+
+// A sales invoice of 1,000 rows over the catalogue, five of them kits of three
+// components each; its key.
+int storeDocument()
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const QString kit = gOptions().distintaBase;
+    const int iva22 = keyOf(QStringLiteral("Iva"), QStringLiteral("22"));
+    const int iva10 = keyOf(QStringLiteral("Iva"), QStringLiteral("10"));
+    const int pezzi = keyOf(QStringLiteral("UnitaMisura"), QStringLiteral("PZ"));
+    const int next =
+        db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM DettagliMovimento"), kTag).toInt() + 1;
+    const int rid = db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM Movimenti"), kTag).toInt() + 1;
+    db.beginTrasaction(kTag);
+    for (int k = 1; k <= 5; ++k)
+        run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, FK_UNITAMISURA, FK_Iva) VALUES (%1, %2, %3, %4)")
+                .arg(sqlText(kit + QStringLiteral("KIT%1").arg(k)),
+                     sqlText(QStringLiteral("Kit di montaggio %1").arg(k)))
+                .arg(pezzi)
+                .arg(iva22));
+    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO, SCONTO) VALUES (99002, ")
+        + sqlText(QStringLiteral("Ferramenta dell'Adige")) + QStringLiteral(", ") + sqlText(QStringLiteral("C"))
+        + QStringLiteral(", ") + QString::number(keyOf(QStringLiteral("Pagamenti"), QStringLiteral("RD")))
+        + QStringLiteral(", 0)"));
+    run(QStringLiteral("INSERT INTO Movimenti (RID, PROGRESSIVO, ANNO, DATA, FK_TIPODOCUMENTO, FK_ORIGINE, "
+                       "FK_CONTROPARTITA, FK_PAGAMENTO, RIFERIMENTI, RDA1, RDA2, USAPREZZIIVA) VALUES (%1, 901, 2026, "
+                       "%2, %3, %4, %5, %6, %7, 0, 0, 0)")
+            .arg(rid)
+            .arg(db.getSQLDate(QDate(2026, 3, 2)))
+            .arg(keyOf(QStringLiteral("TipoDocumenti"), QStringLiteral("FV")))
+            .arg(keyOf(QStringLiteral("Magazzini"), QStringLiteral("SEDE")))
+            .arg(db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99002"), kTag).toInt())
+            .arg(keyOf(QStringLiteral("Pagamenti"), QStringLiteral("RD")))
+            .arg(sqlText(QStringLiteral("ordine 12/2026"))));
+    const cReader kits(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Prodotti WHERE CODICE LIKE ")
+                           + sqlText(kit + QStringLiteral("KIT%")) + QStringLiteral(" ORDER BY RID"),
+                       kTag);
+    const cReader products(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Prodotti WHERE CODICE LIKE ")
+                               + sqlText(QStringLiteral("C%")) + QStringLiteral(" ORDER BY RID LIMIT 1000"),
+                           kTag);
+    int parent = 0;
+    for (int i = 0; i < 1000; ++i) {
+        // Every 200 rows a kit, its three components after it at their prices.
+        const bool isKit = i % 200 == 100;
+        const cReader& p = isKit ? kits : products;
+        const bool child = !isKit && parent > 0 && next + i - parent <= 3;
+        const double aliquota = i % 7 == 3 ? 10 : 22;
+        const double quantita = isKit ? 2 : 1 + i % 12, prezzo = isKit ? 0 : (150 + (i * 37) % 9000) / 100.0;
+        const double sconto = isKit || child ? 0 : (i % 3) * 5;
+        const double netto = prezzo * (100 - sconto) / 100, ivaUnita = netto * aliquota / 100;
+        if (isKit)
+            parent = next + i;
+        QStringList values{QString::number(next + i),
+                           QString::number(rid),
+                           QString::number(i + 1),
+                           p->text(QStringLiteral("RID")),
+                           sqlText(p->text(QStringLiteral("CODICE"))),
+                           sqlText(p->text(QStringLiteral("DESCRIZIONE"))),
+                           QString::number(aliquota == 22 ? iva22 : iva10),
+                           QString::number(pezzi)};
+        for (const double v : {quantita, prezzo, sconto, 0.0, 0.0, prezzo - netto, netto, netto * quantita, ivaUnita,
+                               ivaUnita * quantita, (netto + ivaUnita) * quantita, aliquota, 0.0})
+            values << QString::number(v, 'f', 4);
+        values << (child ? QString::number(parent) : QStringLiteral("NULL"));
+        run(QStringLiteral("INSERT INTO DettagliMovimento (RID, FK_MOVIMENTO, POS, FK_PRODOTTO, CODPRODOTTO, "
+                           "DESCPRODOTTO, FK_Iva, FK_UM, QUANTITA, PREZZO, SCONTO, SCONTO2, SCONTO3, SCONTONETTO, "
+                           "PREZZONETTO, TotPrezzoNetto, IVA, TOTALEIVA, TOTALERIGA, VALOREIVA, TAGLIO, "
+                           "IK_DETTAGLIOMOVIMENTO) VALUES (")
+            + values.join(QStringLiteral(", ")) + QLatin1Char(')'));
+        p->moveNext();
+    }
+    db.commitTrasaction(kTag);
+    return rid;
+}
+
+// Opening a stored invoice of 1,000 rows on the document screen, and adding
+// rows to it: in the editor alone, then with the grid shown again as the
+// screen does after each row. Adding a row reads nothing, so it is timed on
+// the first back end only.
+void benchDocument(const Backend& b, int runs)
+{
+    gOptions().decimaliDopo = getOpzione(QStringLiteral("DecimaliDopo")).toInt();
+    gOptions().distintaBase = getOpzione(QStringLiteral("DistintaBase"));
+    gOptions().rigaLibera = getOpzione(QStringLiteral("RigaLibera"));
+    const int rid = storeDocument();
+    frmMovimento screen;
+    screen.resize(1200, 800);
+    screen.show();
+    QCoreApplication::processEvents();
+    // Each opening starts from the screen drawn: the drawing that follows an
+    // opening is not timed.
+    const Measure m = measure(
+        b, runs, [&] { screen.showData(rid); }, [] { QCoreApplication::processEvents(); });
+    print(b, QStringLiteral("opening a stored document of %1 rows").arg(screen.editor().griglia().righe()), m,
+          QStringLiteral("[taxable %1]").arg(screen.editor().totali().imponibile));
+    if (b.tipo != TipoServer::FileDb)
+        return;
+
+    // One row of a product of the catalogue, as row entry fills the editor.
+    const auto nuovaRiga = [](EditorDocumento& e, int i) {
+        e.pulisciRiga();
+        std::tie(e.dati.prodotto, e.dati.codice, e.dati.descrizione, e.dati.iva) =
+            std::tuple(1 + i, QStringLiteral("C%1").arg(i, 7, 10, QLatin1Char('0')),
+                       QStringLiteral("Articolo di catalogo %1").arg(i), 1);
+        std::tie(e.riga.prezzoListino, e.riga.quantita, e.riga.sconto1, e.riga.aliquota) =
+            std::tuple(QStringLiteral("12,50"), QStringLiteral("3"), QStringLiteral("10"), QStringLiteral("22"));
+    };
+    auto* griglia = screen.findChild<GrigliaMovimento*>();
+    const EditorDocumento caricato = screen.editor();
+    constexpr int kRows = 200;
+    for (const bool withGrid : {false, true}) {
+        QList<double> times;
+        for (int i = 0; i < kRows; ++i) {
+            EditorDocumento& e = screen.editor();
+            e = caricato;
+            griglia->aggiorna(-1);
+            nuovaRiga(e, i);
+            times.append(timeMs([&] {
+                e.confermaRiga();
+                if (withGrid)
+                    griglia->aggiorna(e.corrente);
+            }));
+        }
+        out << b.name.leftJustified(8) << ' '
+            << (withGrid ? QStringLiteral("adding a row to a %1-row document + grid, per row")
+                         : QStringLiteral("adding a row to a %1-row document, per row"))
+                   .arg(caricato.griglia().righe())
+                   .leftJustified(52)
+            << " system " << QString::number(median(times), 'f', 3).rightJustified(8) << " ms  (no database)\n";
+    }
+    out.flush();
+}
+
 // The benchmark's database on the server, dropped before a run (one that was
 // stopped may have left it) and after.
 void dropServerDatabase(const QString& server)
@@ -559,7 +704,10 @@ void dropServerDatabase(const QString& server)
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication app(argc, argv);
+    // The document screen is a widget: without a display it is drawn off screen.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
     int rows = 5000;
     int runs = 5;
     QString mysql = qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
@@ -605,6 +753,7 @@ int main(int argc, char* argv[])
         benchStock(b, qMin(rows, 1000), runs);
         benchPricing(b, qMin(rows, 500), runs);
         benchProductSearch(b, 100000, runs);
+        benchDocument(b, runs);
         if (b.tipo == TipoServer::MySql)
             dropServerDatabase(mysql);
         out.flush();

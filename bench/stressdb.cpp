@@ -10,6 +10,7 @@
 #include "data/scoped.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "documents/documento.h"
 #include "masterdata/pagamento.h"
 #include "masterdata/rangeeditor.h"
 #include "numbering/numeratore.h"
@@ -115,6 +116,32 @@ bool saveDocument(const Fixture& f, bool carico, const QList<Riga>& righe)
                                + QStringLiteral(", TOTDOCUMENTO = ") + getSqlNumber(d.importo.toPlainString())
                                + QStringLiteral(" WHERE RID = ") + QString::number(documento),
                            kTag);
+}
+
+// A stored invoice deleted, any but the last of its year (the counter stays
+// at the last one): its stock goes back, its entry and due dates go. One that
+// another workstation deleted first is no failure.
+bool deleteDocument(const Fixture& f, QRandomGenerator& random)
+{
+    const QString fatture = QStringLiteral(" FROM Movimenti WHERE FK_TIPODOCUMENTO = ") + QString::number(f.tdFattura);
+    QList<int> candidati;
+    {
+        const cReader rs(QStringLiteral("SELECT RID") + fatture
+                             + QStringLiteral(" AND PROGRESSIVO < (SELECT MAX(PROGRESSIVO)") + fatture
+                             + QStringLiteral(") ORDER BY RID"),
+                         kTag);
+        for (; rs && !rs->eof(); rs->moveNext())
+            candidati << int(rs->integer(QStringLiteral("RID")));
+    }
+    if (candidati.isEmpty())
+        return true;
+    TestataDocumento testata;
+    InfoDocumento info;
+    const int rid = candidati.at(random.bounded(int(candidati.size())));
+    if (!leggiTestata(rid, 0, 0, 0, testata) || !getInfoDocumento(testata.tipo.rid, info))
+        return true;
+    return eliminaDocumento(testata, info)
+        || value(QStringLiteral("SELECT COUNT(*) FROM Movimenti WHERE RID = ") + QString::number(rid)).toInt() == 0;
 }
 
 // A card of the address book, numbered as the highest number plus one.
@@ -310,11 +337,12 @@ bool readFixture(Fixture& f)
 
 void save(const Fixture& f, QRandomGenerator& random, Figures& figures)
 {
-    switch (random.bounded(8)) {
+    switch (random.bounded(9)) {
     case 0:
     case 1: saveInTransaction(saveCard, &figures); return;
     case 2: saveInTransaction([&] { return saveTermine(f.termine, 1 + random.bounded(4)); }, &figures); return;
     case 3: count(saveRange(f.categoria, random.bounded(50)), &figures); return;
+    case 4: count(deleteDocument(f, random), &figures); return;
     default: break;
     }
     const bool carico = random.bounded(2) == 0;
@@ -350,15 +378,16 @@ QList<QVariantList> rows(const QString& sql)
 
 int number(const QString& sql) { return value(sql).toInt(); }
 
-// Numbers 1..count, each once.
+// Numbers 1..count, each once; with gaps (numbers of deleted rows), each
+// number once.
 QString sequence(const QString& what, const QString& fromWhere, int& problems,
-                 const QString& column = QStringLiteral("PROGRESSIVO"))
+                 const QString& column = QStringLiteral("PROGRESSIVO"), bool gaps = false)
 {
     const int count = number(QStringLiteral("SELECT COUNT(*) ") + fromWhere);
     const int distinct = number(QStringLiteral("SELECT COUNT(DISTINCT ") + column + QStringLiteral(") ") + fromWhere);
     const int highest = number(QStringLiteral("SELECT MAX(") + column + QStringLiteral(") ") + fromWhere);
     const int lowest = number(QStringLiteral("SELECT MIN(") + column + QStringLiteral(") ") + fromWhere);
-    const bool ok = count == distinct && (count == 0 || (lowest == 1 && highest == count));
+    const bool ok = count == distinct && (gaps || count == 0 || (lowest == 1 && highest == count));
     if (!ok)
         ++problems;
     return QStringLiteral("%1: %2, distinct numbers %3, from %4 to %5%6")
@@ -397,14 +426,16 @@ Check checkDatabase(int tipoServer)
     }
 
     // Documents and journal.
+    // Invoices are deleted too, with their entries: numbers are not given back.
     c.lines << sequence(QStringLiteral("journal entries of %1").arg(kAnno),
-                        QStringLiteral("FROM PrimaNota WHERE ANNO = ") + QString::number(kAnno), problems);
+                        QStringLiteral("FROM PrimaNota WHERE ANNO = ") + QString::number(kAnno), problems,
+                        QStringLiteral("PROGRESSIVO"), true);
     for (const char* type : {"FV", "CF"})
         c.lines << sequence(QStringLiteral("documents %1").arg(QLatin1String(type)),
                             QStringLiteral("FROM Movimenti WHERE FK_TIPODOCUMENTO = ")
                                 + QString::number(
                                     ridByCode(QStringLiteral("TipoDocumenti"), QString::fromLatin1(type))),
-                            problems);
+                            problems, QStringLiteral("PROGRESSIVO"), QLatin1String(type) == QLatin1String("FV"));
     c.lines << sequence(QStringLiteral("address book cards"), QStringLiteral("FROM Rubrica"), problems,
                         QStringLiteral("NUMERO"));
     {
@@ -449,8 +480,9 @@ Check checkDatabase(int tipoServer)
     fact(QStringLiteral("entries without their two due dates: %1").arg(scadenzeErrate), scadenzeErrate == 0);
     const int contatori = number(
         QStringLiteral("SELECT COUNT(*) FROM Contatori c WHERE c.ANNO = ") + QString::number(kAnno)
-        + QStringLiteral(" AND c.NUMERO <> (SELECT COUNT(*) FROM Movimenti m INNER JOIN TipoDocumenti t ON "
-                         "m.FK_TIPODOCUMENTO = t.RID WHERE t.NCONTATORE = c.FK_NUMERATORE AND m.ANNO = c.ANNO)"));
+        + QStringLiteral(
+            " AND c.NUMERO <> COALESCE((SELECT MAX(m.PROGRESSIVO) FROM Movimenti m INNER JOIN TipoDocumenti t ON "
+            "m.FK_TIPODOCUMENTO = t.RID WHERE t.NCONTATORE = c.FK_NUMERATORE AND m.ANNO = c.ANNO), 0)"));
     fact(QStringLiteral("counters not at their last document: %1").arg(contatori), contatori == 0);
 
     // Stock: every lot against the rows of the documents, every product

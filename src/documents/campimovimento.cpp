@@ -53,10 +53,15 @@ CampoCodificato campoCodificato(QWidget* parent, const QString& nome, const Look
     CampoCodificato c;
     c.campo = campo(parent, nome, typedinput::Testo, keys);
     inputDi(c.campo)->setIsCodice(true);
+    inputDi(c.campo)->setCaseState(1); // codes are upper case
     c.campo->setMaximumWidth(readableWidth(c.campo, 14));
     c.etichetta = new QLabel(parent);
     c.etichetta->setObjectName(QStringLiteral("lbl") + nome.mid(3));
+    c.etichetta->setFrameShape(QFrame::StyledPanel);
+    c.etichetta->setFrameShadow(QFrame::Sunken);
     c.etichetta->setMinimumWidth(readableWidth(c.campo, 12));
+    if (tabella)
+        limitToColumn(c.campo, QLatin1String(tabella->table), QLatin1String(tabella->codeColumn));
     QToolButton* sfoglia = nullptr;
     c.riga = conSfoglia(c.campo, c.etichetta, sfoglia);
     c.lookup = new cLookupField(

@@ -296,26 +296,65 @@ bool deleteAllDettagli(const TestataDocumento& t, const GrigliaDocumento& grigli
 
 } // namespace
 
-bool eliminaDocumento(const TestataDocumento& t, const GrigliaDocumento& griglia, const InfoDocumento& info)
+bool eliminaDocumento(const TestataDocumento& testata, const InfoDocumento& info)
 {
-    if (t.rid <= 0)
+    if (testata.rid <= 0)
         return false;
     cTransaction transazione(tag("deleteRecord"));
     if (!transazione)
         return false;
     cAdoSqlServer& db = gAdoSqlServer();
-    const QString rid = numero(t.rid);
-    const QString primeNote =
-        QStringLiteral("RID = %1 OR RID = %2 OR RifMovimento = %3").arg(t.primaNota).arg(t.pnPagamento).arg(t.rid);
-    const QString inPrimeNote = QStringLiteral(" IN (SELECT RID FROM PrimaNota WHERE ") + primeNote + QLatin1Char(')');
+    const QString rid = numero(testata.rid);
+    // The header is held until the end: a second workstation deleting the
+    // same document waits, then finds it gone and gives no stock back twice.
+    TestataDocumento t = testata;
+    bool presente = false;
+    {
+        const cReader rs(QStringLiteral("SELECT FK_PrimaNota, FK_PNPagamento FROM Movimenti \u2022S\u2022WITH "
+                                        "(UPDLOCK, HOLDLOCK) \u2022/S\u2022WHERE RID = ")
+                             + rid + QStringLiteral(" \u2022M\u2022FOR UPDATE\u2022/M\u2022"),
+                         tag("deleteRecord"));
+        if (!rs)
+            return false;
+        presente = !rs->eof();
+        t.primaNota = int(rs->integer(QStringLiteral("FK_PrimaNota")));
+        t.pnPagamento = int(rs->integer(QStringLiteral("FK_PNPagamento")));
+    }
+    if (!presente) {
+        transazione.rollback();
+        db.showAfterTransaction(QStringLiteral("Il documento è già stato eliminato da un'altra postazione."),
+                                vb::Information);
+        return false;
+    }
+    // The stock goes back as the rows stand stored now.
+    GrigliaDocumento memorizzata;
+    if (!leggiRighe(t.rid, memorizzata, gOptions().decimaliDopo, gOptions().distintaBase))
+        return false;
+    // The journal entries of the document, read once: deleting by their keys
+    // locks those rows only, not the journal that other saves are writing.
+    QStringList primeNote;
+    {
+        const cReader rs(QStringLiteral("SELECT RID FROM PrimaNota WHERE RID = %1 OR RID = %2 OR RifMovimento = %3")
+                             .arg(t.primaNota)
+                             .arg(t.pnPagamento)
+                             .arg(t.rid),
+                         tag("deleteRecord"));
+        if (!rs)
+            return false;
+        for (; !rs->eof(); rs->moveNext())
+            primeNote << rs->text(QStringLiteral("RID"));
+    }
+    if (primeNote.isEmpty())
+        primeNote << QStringLiteral("0");
+    const QString inPrimeNote = QStringLiteral(" IN (") + primeNote.join(QStringLiteral(", ")) + QLatin1Char(')');
     const auto esegui = [&](const QString& sql) { return db.executeSQL(sql, tag("deleteRecord")); };
     const bool fatto = esegui(QStringLiteral("DELETE FROM DocGenerati WHERE FK_MOVDESTINAZIONE = ") + rid)
         && esegui(QStringLiteral("DELETE FROM Scadenze WHERE FK_PrimaNota = ") + numero(t.primaNota))
         && esegui(QStringLiteral("DELETE FROM DettagliMovimento WHERE FK_MOVIMENTO = ") + rid)
-        && deleteAllDettagli(t, griglia, info) && esegui(QStringLiteral("DELETE FROM Movimenti WHERE RID = ") + rid)
+        && deleteAllDettagli(t, memorizzata, info) && esegui(QStringLiteral("DELETE FROM Movimenti WHERE RID = ") + rid)
         && esegui(QStringLiteral("DELETE FROM PrimaNotaDettagli WHERE FK_PrimaNota") + inPrimeNote)
         && esegui(QStringLiteral("DELETE FROM Scadenze WHERE FK_PrimaNota") + inPrimeNote)
-        && esegui(QStringLiteral("DELETE FROM PrimaNota WHERE ") + primeNote);
+        && esegui(QStringLiteral("DELETE FROM PrimaNota WHERE RID") + inPrimeNote);
     if (!fatto) {
         transazione.rollback();
         return false;

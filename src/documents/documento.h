@@ -90,9 +90,10 @@ bool leggiRighe(int ridMovimento, GrigliaDocumento& griglia, int decimali, const
 // The question before a delete.
 QString domandaEliminazione(const QString& tipo, int progressivo);
 // Deletes the document, its rows, its journal entries and due dates, and
-// gives its stock back, in one transaction. The grid is the document as
-// loaded. False when anything failed: nothing is changed then.
-bool eliminaDocumento(const TestataDocumento& testata, const GrigliaDocumento& griglia, const InfoDocumento& info);
+// gives its stock back as its rows stand stored, in one transaction. False
+// when anything failed, or another workstation deleted it first: nothing is
+// changed then.
+bool eliminaDocumento(const TestataDocumento& testata, const InfoDocumento& info);
 
 // The question when a printed document is about to change; empty when it
 // was never printed.

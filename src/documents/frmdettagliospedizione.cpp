@@ -4,6 +4,7 @@
 #include "common/msgbox.h"
 #include "core/dialogservice.h"
 #include "core/screenregistry.h"
+#include "documents/campimovimento.h"
 #include "lookups/lookups.h"
 #include "lookups/lookuptable.h"
 #include "screens/framework/cinputs.h"
@@ -256,34 +257,11 @@ cLookupField* frmDettaglioSpedizione::campoCodice(const QString& suffisso, const
                                                   const LookupTable& tabella, const QString& titolo, QWidget* parent,
                                                   QWidget*& riga)
 {
-    riga = new QWidget(parent);
-    auto* layout = new QHBoxLayout(riga);
-    layout->setContentsMargins(0, 0, 0, 0);
-    auto* field = new QLineEdit(riga);
-    field->setObjectName(campo);
-    auto* input = new cTextBox(field, typedinput::Testo, this);
-    input->setCaseState(1);
-    input->setCKeyRef(m_keys);
-    limitToColumn(field, QLatin1String(tabella.table), QLatin1String(tabella.codeColumn));
-    keepReadable(field, readableWidth(field, 10));
-    auto* browse = new QToolButton(riga);
-    browse->setObjectName(QStringLiteral("cmd") + suffisso);
-    browse->setIcon(QIcon::fromTheme(QStringLiteral("edit-find")));
-    browse->setToolTip(QStringLiteral("Cerca [F3]"));
-    browse->setFocusPolicy(Qt::NoFocus);
-    auto* label = new QLabel(riga);
-    label->setObjectName(QStringLiteral("lbl") + suffisso);
-    label->setFrameShape(QFrame::StyledPanel);
-    label->setFrameShadow(QFrame::Sunken);
-    label->setMinimumWidth(220);
-    layout->addWidget(field);
-    layout->addWidget(browse);
-    layout->addWidget(label, 1);
-    auto* lookup = new cLookupField(field, label, tabella.validate, lookupSearch(tabella), this);
-    lookup->setSearchTitle(QStringLiteral("Ricerca - ") + titolo);
-    lookup->setButton(browse);
-    connect(browse, &QToolButton::clicked, lookup, &cLookupField::browse);
-    return lookup;
+    const CampoCodificato c = campoCodificato(parent, campo, &tabella, m_keys, QStringLiteral("Ricerca - ") + titolo);
+    c.riga->findChild<QToolButton*>()->setObjectName(QStringLiteral("cmd") + suffisso);
+    c.etichetta->setObjectName(QStringLiteral("lbl") + suffisso);
+    riga = c.riga;
+    return c.lookup;
 }
 
 void frmDettaglioSpedizione::carica()

@@ -15,6 +15,7 @@
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/waitcursor.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QGridLayout>
@@ -111,6 +112,7 @@ frmMovimento::frmMovimento(QWidget* parent)
     const auto tasto = [this](QKeySequence sequenza, auto azione) {
         auto* shortcut = new QShortcut(sequenza, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, azione);
+        return shortcut;
     };
     // A key presses its button as a click would: the field being left is
     // validated first, and a refusal keeps the command from running.
@@ -130,8 +132,13 @@ frmMovimento::frmMovimento(QWidget* parent)
     tasto(Qt::Key_F9, [=, this] { premi(m_riga->azione(2)); });
     tasto(Qt::Key_F4, [this] { m_riga->like()->toggle(); });
     tasto(Qt::Key_Escape, [this] { close(); });
-    tasto(Qt::Key_Up, [this] { spostaRiga(-1); });
-    tasto(Qt::Key_Down, [this] { spostaRiga(1); });
+    // Up and Down walk the rows from any field; in the grid they are the grid's own.
+    QShortcut* su = tasto(Qt::Key_Up, [this] { spostaRiga(-1); });
+    QShortcut* giu = tasto(Qt::Key_Down, [this] { spostaRiga(1); });
+    connect(qApp, &QApplication::focusChanged, this, [=, this](QWidget*, QWidget* now) {
+        su->setEnabled(now != m_griglia);
+        giu->setEnabled(now != m_griglia);
+    });
 
     m_leave = new cFieldLeave(this, [this](QWidget* old) { return campoLasciato(old); });
     connect(m_keys, &cKeyFunction::evtFunctionKeyPressed, this,
@@ -258,12 +265,9 @@ bool frmMovimento::deleteRecord()
     if (msgBox(domandaEliminazione(m_testata.tipo.descrizione, m_testata.progressivo), vb::YesNo | vb::Information)
         != vb::Yes)
         return false;
-    // The stock goes back as the rows stand stored, not as edited since.
-    GrigliaDocumento memorizzata;
     {
         WaitCursor attesa;
-        if (!leggiRighe(m_testata.rid, memorizzata, m_editor.decimali(), gOptions().distintaBase)
-            || !eliminaDocumento(m_testata, memorizzata, m_intestazione->info()))
+        if (!eliminaDocumento(m_testata, m_intestazione->info()))
             return false;
     }
     m_modificato = false;
@@ -445,8 +449,6 @@ void frmMovimento::aggiornaRighe(int corrente)
 
 void frmMovimento::spostaRiga(int passo)
 {
-    if (m_griglia->hasFocus())
-        return;
     const GrigliaDocumento& g = m_editor.griglia();
     int r = m_griglia->rigaCorrente();
     do
@@ -454,7 +456,7 @@ void frmMovimento::spostaRiga(int passo)
     while (r >= 0 && r < g.righe() && !g.visibile(r));
     if (r < 0 || r >= g.righe())
         return;
-    m_griglia->aggiorna(r);
+    m_griglia->seleziona(r);
     rigaScelta(r, -1);
 }
 

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 namespace {
 
@@ -48,7 +49,7 @@ int larghezza(int c)
     case colonna::Icona: return 2;
     case colonna::Marca: return 6;
     case colonna::Codice: return 11;
-    case colonna::Descrizione: return 24;
+    case colonna::Descrizione: return 16;
     case colonna::UM: return 3;
     case colonna::Sconti: return 8;
     case colonna::Iva: return 5;
@@ -79,6 +80,9 @@ QVariant ModelloGriglia::data(const QModelIndex& index, int role) const
     const int r = index.row(), c = index.column();
     if (role == Qt::TextAlignmentRole)
         return allineataADestra(c) ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant(Qt::AlignVCenter);
+    // A text cut short by the column is read whole in its tip.
+    if (role == Qt::ToolTipRole && c == colonna::Descrizione)
+        return m_griglia.cella(r, c);
     if (role != Qt::DisplayRole)
         return {};
     if (c != colonna::Icona)
@@ -128,6 +132,11 @@ GrigliaMovimento::GrigliaMovimento(const GrigliaDocumento& griglia, const QStrin
                                 fontMetrics().horizontalAdvance(QString::fromUtf8(kIntestazioni[c])))
                                + 12);
     }
+    // The text takes the room left, never less than its own width.
+    int larghezzaMinima = frameWidth() * 2 + verticalScrollBar()->sizeHint().width();
+    for (int c = 0; c < colonna::Numero; ++c)
+        larghezzaMinima += isColumnHidden(c) ? 0 : columnWidth(c);
+    setMinimumWidth(larghezzaMinima);
     horizontalHeader()->setSectionResizeMode(colonna::Descrizione, QHeaderView::Stretch);
     // Arrows bring the row they reach to the editor; a click says which column it hit.
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex& now) {
@@ -144,8 +153,13 @@ void GrigliaMovimento::aggiorna(int corrente)
     const GrigliaDocumento& g = m_modello->griglia();
     for (int r = 0; r < g.righe(); ++r)
         setRowHidden(r, !g.visibile(r));
-    if (corrente >= 0 && corrente < g.righe())
-        setCurrentIndex(m_modello->index(corrente, colonna::Codice));
+    seleziona(corrente);
+}
+
+void GrigliaMovimento::seleziona(int riga)
+{
+    if (riga >= 0 && riga < m_modello->rowCount())
+        setCurrentIndex(m_modello->index(riga, colonna::Codice));
 }
 
 int GrigliaMovimento::rigaCorrente() const

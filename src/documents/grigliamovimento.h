@@ -41,6 +41,8 @@ public:
     // selected (-1 none).
     void aggiorna(int corrente);
     int rigaCorrente() const;
+    // Another row made current, the rows as they are.
+    void seleziona(int riga);
     ModelloGriglia* modello() const { return m_modello; }
 
     // The columns typed over in the grid: quantity, list price, net price

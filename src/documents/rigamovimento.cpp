@@ -61,6 +61,7 @@ RigaMovimento::RigaMovimento(EditorDocumento& editor, cKeyFunction* keys, QWidge
     // code, several products); its button searches the same way.
     m_prodotto = campo(this, QStringLiteral("txtProdotto"), typedinput::Testo, keys);
     inputDi(m_prodotto)->setIsCodice(true);
+    inputDi(m_prodotto)->setCaseState(1);
     QToolButton* sfogliaProdotto = nullptr;
     QWidget* rigaProdotto = conSfoglia(m_prodotto, nullptr, sfogliaProdotto);
     connect(sfogliaProdotto, &QToolButton::clicked, this, [this] { sfoglia(m_prodotto->objectName()); });

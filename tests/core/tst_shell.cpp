@@ -10,6 +10,7 @@
 #include "data/modelseed.h"
 #include "data/session.h"
 #include "data/sqldialect.h"
+#include "documents/documentscreens.h"
 #include "masterdata/frmopzioni.h"
 #include "masterdata/masterdatascreens.h"
 #include "screens/framework/crecordscreen.h"
@@ -151,7 +152,8 @@ QList<std::pair<QString, QString>> menuItems()
         "mnuCambiaPW=dialog:frmCambiaPW mnuInfo=dialog:frmInformazioni mnuHelpIndex=help:indice "
         "mnuSommario=help:sommario mnuTrovaArgomento=help:argomenti mnuAnagrafica=frmAnagrafica "
         "mnuProdotti=frmProdotto "
-        "mnuDistintaBase mnuMovimenti mnuCatSconti=frmCategoriaSconti mnuScontiImmediati mnuListini mnuPNota "
+        "mnuDistintaBase mnuMovimenti=frmMovimento:0 mnuCatSconti=frmCategoriaSconti mnuScontiImmediati mnuListini "
+        "mnuPNota "
         "mnuEstrattoClienti "
         "mnuEstrattoFornitore mnuEstrattoGenerico mnuEstrattoTotale mnuRiepilogoScadenze mnuRiepilogoMovimenti "
         "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti mnuStampaFornitori "
@@ -163,8 +165,13 @@ QList<std::pair<QString, QString>> menuItems()
         items.append({entry.section(u'=', 0, 0), entry.section(u'=', 1)});
     for (int i = 4; i <= 12; ++i)
         items.append({u"mnuTab_%1"_s.arg(i), u"frmSimpleForm:mnuTab_%1"_s.arg(i)});
-    for (int i : {0, 1, 3, 4, 5, 6, 7, 8, 9}) // 3 to 9: the seeded document types
-        items.append({u"mnudocumento_%1"_s.arg(i), QString()});
+    // 0 the wizard and 1 the search of a stored document, not yet here; 3 to 9 the seeded document types in the
+    // order of their captions, each opening the document screen on its type.
+    items.append({u"mnudocumento_0"_s, QString()});
+    items.append({u"mnudocumento_1"_s, QString()});
+    const int tipi[] = {6, 4, 1, 2, 3, 5, 7};
+    for (int i = 3; i <= 9; ++i)
+        items.append({u"mnudocumento_%1"_s.arg(i), u"frmMovimento:%1"_s.arg(tipi[i - 3])});
     return items;
 }
 
@@ -183,6 +190,7 @@ private Q_SLOTS:
         gError().setLeaveHook({});
         registerShellScreens();
         registerMasterdataScreens();
+        registerDocumentScreens();
         registerFrameworkScreens();
     }
 
@@ -399,12 +407,11 @@ private Q_SLOTS:
         QCOMPARE(captions(documentItems(main)), seeded);
         QCOMPARE(captions(dropDown->actions()), QStringList{"Seleziona Documento esistente..."} + seeded);
         QCOMPARE(dropDown->actions().first()->objectName(), u"D_0"_s);
-        // Until the document screen comes, the drop-down's entries say so.
-        for (QAction* entry : dropDown->actions()) {
-            main.statusBar()->clearMessage();
+        // Each type opens a document screen of its own; the search of a stored document is not here yet.
+        for (QAction* entry : dropDown->actions())
             entry->trigger();
-            QCOMPARE(main.statusBar()->currentMessage(), QString(entry->text() + kNotYet));
-        }
+        QCOMPARE(main.mdiArea()->subWindowList().size(), seeded.size());
+        QCOMPARE(main.statusBar()->currentMessage(), QString(dropDown->actions().first()->text() + kNotYet));
         // A type marked HIDEMENU leaves both once a screen tells of the change; filling twice adds nothing.
         testdb::run(u"UPDATE TipoDocumenti SET HIDEMENU = 1 WHERE CODICE = ¤NC¤"_s);
         screens::notifyDocumentTypesChanged();
@@ -524,7 +531,7 @@ private Q_SLOTS:
         columns<QString, int>("screen", "points"); // points: 0 for the usual font
         for (const char* name :
              {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni", "frmAnagrafica",
-              "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti", "frmRangeSconti"})
+              "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti", "frmRangeSconti", "frmMovimento"})
             for (const int points : {0, 12})
                 QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString(name) << points;
     }

@@ -28,8 +28,9 @@ void prepara()
         "(9102, ¤RD¤, ¤Rimessa diretta¤)");
     run("INSERT INTO Anagrafiche (RID, NUMERO, TIPO, DENOMINAZIONE, FK_PAGAMENTO, SCONTO, CTRLFIDO, FIDO) VALUES "
         "(9101, 9101, ¤C¤, ¤Ferramenta Rossi¤, 9101, 3, 0, 0), (9102, 9102, ¤C¤, ¤Bar Bianchi¤, NULL, 0, -1, -1)");
-    run("INSERT INTO Prodotti (RID, CODICE, DESCRIZIONE, SETGIACENZA, GIACENZA) VALUES (9101, ¤VITE¤, ¤Vite¤, -1, "
-        "10), (9102, ¤DADO¤, ¤Dado¤, -1, 0), (9103, ¤*KIT¤, ¤Kit viti e dadi¤, 0, 0)");
+    run("INSERT INTO Prodotti (RID, CODICE, DESCRIZIONE, SETGIACENZA, GIACENZA, LISTINO1, FK_Iva) VALUES (9101, "
+        "¤VITE¤, ¤Vite¤, -1, 10, 10, 1), (9102, ¤DADO¤, ¤Dado¤, -1, 0, 1, 1), (9103, ¤*KIT¤, ¤Kit viti e dadi¤, 0, 0, "
+        "0, 1)");
     const int sede = testdb::rid("Magazzini", testdb::code("SEDE"));
     run(QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA, TAGLIO) "
                        "VALUES (9101, %1, 10, 1)")
@@ -143,22 +144,25 @@ private Q_SLOTS:
     }
 
     // The delete takes the document, its rows, journal entry, due dates and the link where it is the
-    // destination, and gives the stock back: VITE had 10 left after selling 4 + 6; the number is not reused.
+    // destination, and gives the stock back: VITE had 10 left after selling 4 + 6.
     void elimina()
     {
         TestataDocumento t;
         QVERIFY(leggiTestata(9101, 0, 0, 0, t));
         InfoDocumento i;
         QVERIFY(getInfoDocumento(t.tipo.rid, i));
-        GrigliaDocumento g;
-        QVERIFY(leggiRighe(t.rid, g, 2, QStringLiteral("*")));
-        QVERIFY(eliminaDocumento(t, g, i));
+        QVERIFY(eliminaDocumento(t, i));
         QCOMPARE(count("Movimenti", "RID = 9101"), 0);
         QCOMPARE(count("DettagliMovimento", "FK_MOVIMENTO = 9101"), 0);
         QCOMPARE(count("PrimaNota", "RID = 9101") + count("PrimaNotaDettagli", "FK_PrimaNota = 9101"), 0);
         QCOMPARE(count("Scadenze", "FK_PrimaNota = 9101"), 0);
         QCOMPARE(count("DocGenerati", "FK_MOVDESTINAZIONE = 9101"), 0);
         QCOMPARE(testdb::number("SELECT QUANTITA FROM DettagliProdotto WHERE FK_PRODOTTO = 9101"), 20);
+        QCOMPARE(testdb::number("SELECT GIACENZA FROM Prodotti WHERE RID = 9101"), 20);
+        // Deleted meanwhile by another workstation: said, and no stock given back twice.
+        testdb::ScriptedMsgBox box;
+        box.expect("Il documento è già stato eliminato da un'altra postazione.");
+        QVERIFY(!eliminaDocumento(t, i));
         QCOMPARE(testdb::number("SELECT GIACENZA FROM Prodotti WHERE RID = 9101"), 20);
         testdb::dropShared(); // the next tests start from the stored document again
     }
@@ -223,6 +227,33 @@ private Q_SLOTS:
         testdb::ScriptedMsgBox box;
         box.expect("FUORI FIDO per l'anagrafica selezionata di Euro: -");
         s.lookUp("txtDestinazione", "9102", "txtRiferimenti");
+    }
+
+    // A row typed on the screen: the customer's list price less its 3% discount, F6 writes it into the grid with
+    // the totals; F9 asks before the row goes; a paste with nothing copied says so.
+    void rigaSulloSchermo()
+    {
+        testdb::Screen<frmMovimento> s(0, tipo("FD"));
+        s.lookUp("txtDestinazione", "9101", "txtRiferimenti");
+        s.lookUp("txtProdotto", "VITE", "txtQuantita");
+        QCOMPARE(s.shown({"txtDescProdotto", "txtPrezzoListino", "txtSconto1", "txtIva"}),
+                 QStringList({"Vite", "10,00", "3,00", "22"}));
+        s.enter("txtQuantita", "3");
+        QTest::keyClick(s.get("txtQuantita"), Qt::Key_F6);
+        QCOMPARE(s.screen.editor().griglia().righe(), 1);
+        QCOMPARE(s.shown({"lblTotaleImponibile", "lblTotaleIva", "lblTotaleImporto", "txtProdotto"}),
+                 QStringList({"29,10", "6,40", "35,50", ""}));
+        QVERIFY(s.screen.modificato());
+        {
+            testdb::ScriptedMsgBox box;
+            box.expect("Eliminare il dettaglio [Vite]?", vb::Yes);
+            QTest::keyClick(s.get("txtProdotto"), Qt::Key_F9);
+        }
+        QCOMPARE(s.screen.editor().griglia().stato(0), int(gestione::Eliminata));
+        QCOMPARE(s.shown("lblTotaleImporto"), QStringLiteral("0,00"));
+        testdb::ScriptedMsgBox box;
+        box.expect("Impossibile incollare. Nessuna Riga copiata.");
+        s.get<QAbstractButton>("cmdAction_5")->click();
     }
 
     // Work not saved is asked about before another document replaces it; Cancel keeps it.
