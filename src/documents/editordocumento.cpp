@@ -7,6 +7,7 @@
 #include "data/scoped.h"
 #include "documents/righekit.h"
 #include "lookups/lookups.h"
+#include "stock/giacenze.h"
 
 namespace {
 
@@ -240,6 +241,15 @@ int EditorDocumento::magazzinoGiacenza() const
     if (destinazione && !origine)
         return prezzi.destinazione;
     return 0;
+}
+
+void EditorDocumento::leggiGiacenza()
+{
+    const int magazzino = magazzinoGiacenza();
+    m_giacenza = dati.prodotto <= 0 ? QString()
+                                    : formattaImporto(magazzino > 0 ? getGiacenzaProdotto(dati.prodotto, magazzino)
+                                                                    : getGiacenzaProdottoTotale(dati.prodotto),
+                                                      2);
 }
 
 void EditorDocumento::svuotaProdotto()

@@ -107,6 +107,9 @@ public:
     const QString& codiceAccettato() const { return m_codiceAccettato; }
     // Stock on hand as shown ("12,00"); empty without a product.
     QString giacenza() const { return m_giacenza; }
+    // The stock on hand of the product in the editor read again (a grid row
+    // brought back to the editor shows it too).
+    void leggiGiacenza();
 
     // --- leaving the price fields
     // The quantity: the discounts of its range are asked again (a row

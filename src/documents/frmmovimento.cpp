@@ -423,6 +423,7 @@ void frmMovimento::rigaScelta(int riga, int colonnaCliccata)
         m_editor.pulisciRiga();
         aggiornaRighe(riga);
     } else if (m_editor.getRowFromGrid(riga)) {
+        m_editor.leggiGiacenza();
         m_totali->mostra(m_editor.totali(), m_editor.rdaPerc, m_editor.rdaPercSu);
     }
     m_riga->mostra();

@@ -1,6 +1,7 @@
 #include "documents/intestazionemovimento.h"
 
 #include "accounting/fido.h"
+#include "accounting/primanota.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
@@ -137,7 +138,10 @@ IntestazioneMovimento::IntestazioneMovimento(cKeyFunction* keys, QWidget* parent
 
     for (QLineEdit* e : findChildren<QLineEdit*>())
         connect(e, &QLineEdit::textEdited, this, &IntestazioneMovimento::modificato);
-    connect(m_prezziIva, &QCheckBox::clicked, this, &IntestazioneMovimento::modificato);
+    connect(m_prezziIva, &QCheckBox::clicked, this, [this] {
+        Q_EMIT modificato();
+        Q_EMIT tipoCambiato(); // the rows' prices follow the box
+    });
     connect(m_tipoDoc.lookup, &cLookupField::changed, this, [this] { applicaTipo(); });
     connect(m_origine.lookup, &cLookupField::changed, this, [this] { controparteScelta(false); });
     connect(m_destinazione.lookup, &cLookupField::changed, this, [this] { controparteScelta(true); });
@@ -194,6 +198,9 @@ void IntestazioneMovimento::mostra(const TestataDocumento& t)
     m_stampato->setVisible(t.dataStampa.isValid());
     m_stampato->setText(t.dataStampa.isValid() ? QStringLiteral("Documento stampato il ") + formatDate(t.dataStampa)
                                                : QString());
+    m_primaNota->setText(t.primaNota > 0 ? QStringLiteral("P.N.: ")
+                                 + formatMask(getProgPrimaNotaByID(t.primaNota), QStringLiteral("00000"))
+                                         : QString());
     m_rdaPerc = t.rda1;
     m_rdaPercSu = t.rda2;
     m_prezziIva->setChecked(t.usaPrezziIva);

@@ -8,6 +8,7 @@
 #include "support/screendriver.h"
 
 #include <QCheckBox>
+#include <QTableView>
 #include <QtTest>
 
 using testdb::count;
@@ -230,7 +231,7 @@ private Q_SLOTS:
     }
 
     // A row typed on the screen: the customer's list price less its 3% discount, F6 writes it into the grid with
-    // the totals; F9 asks before the row goes; a paste with nothing copied says so.
+    // the totals; picked again it comes back; F9 asks before the row goes; a paste with nothing copied says so.
     void rigaSulloSchermo()
     {
         testdb::Screen<frmMovimento> s(0, tipo("FD"));
@@ -244,6 +245,10 @@ private Q_SLOTS:
         QCOMPARE(s.shown({"lblTotaleImponibile", "lblTotaleIva", "lblTotaleImporto", "txtProdotto"}),
                  QStringList({"29,10", "6,40", "35,50", ""}));
         QVERIFY(s.screen.modificato());
+        // The row picked in the grid comes back to the editor with its stock.
+        auto* grid = s.get<QTableView>("flxElement");
+        Q_EMIT grid->clicked(grid->model()->index(0, colonna::Codice));
+        QCOMPARE(s.shown({"txtProdotto", "txtQuantita", "lblGiacenza"}), QStringList({"VITE", "3,00", "10,00"}));
         {
             testdb::ScriptedMsgBox box;
             box.expect("Eliminare il dettaglio [Vite]?", vb::Yes);
@@ -262,6 +267,7 @@ private Q_SLOTS:
         testdb::Screen<frmMovimento> s(9101, 0);
         QCOMPARE(s.shown("txtProgressivo"), QStringLiteral("00017"));
         QVERIFY(s.get("lblStampato")->isVisibleTo(&s.screen));
+        QCOMPARE(s.shown("lblPrimaNota"), QStringLiteral("P.N.: 09101"));
         s.type("txtRiferimenti", "x");
         testdb::ScriptedMsgBox box;
         box.expect("Salvare le modifiche al Documento corrente?", vb::Cancel);
