@@ -1,5 +1,6 @@
 #include "documents/frmmovimento.h"
 
+#include "accounting/fido.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
@@ -9,10 +10,12 @@
 #include "documents/grigliamovimento.h"
 #include "documents/intestazionemovimento.h"
 #include "documents/rigamovimento.h"
+#include "documents/salvadocumento.h"
 #include "documents/spedizione.h"
 #include "documents/totalimovimento.h"
 #include "screens/framework/cfieldleave.h"
 #include "screens/framework/ckeyfunction.h"
+#include "screens/framework/crecordscreen.h"
 #include "screens/framework/waitcursor.h"
 
 #include <QApplication>
@@ -253,16 +256,55 @@ bool frmMovimento::newRecord()
 
 bool frmMovimento::saveRecord()
 {
-    msgBox(QStringLiteral("Il salvataggio dei documenti non è ancora disponibile in questa versione."),
-           vb::Information);
-    return false;
+    DocumentoDaSalvare d;
+    d.testata = m_intestazione->testata();
+    d.testata.rid = m_testata.rid;
+    d.testata.primaNota = m_testata.primaNota;
+    d.testata.pnPagamento = m_testata.pnPagamento;
+    d.testata.progElencoSpeciale = m_testata.progElencoSpeciale;
+    d.testata.dataStampa = m_testata.dataStampa;
+    d.testata.spedizione = m_spedizione;
+    d.info = m_intestazione->info();
+    d.stampaElencoSpeciale = m_intestazione->tipo().stampaElencoSpeciale;
+    m_editor.calcolaTotali();
+    d.totali = m_editor.totali();
+    // Everything that asks comes before the transaction.
+    if (d.info.destinazione == lato::Cliente && d.testata.destinazione.rid > 0) {
+        const QString domanda =
+            domandaFuoriFido(d.testata.destinazione.rid, getValoreCurrency(d.totali.importo), gOptions().contoClienti,
+                             gOptions().fidoAllaData, QDate::currentDate());
+        if (!domanda.isEmpty() && msgBox(domanda, vb::YesNo | vb::Exclamation | vb::DefaultButton2) != vb::Yes)
+            return false;
+    }
+    const QStringList faults = controllaInserimento(d, m_editor.griglia());
+    if (!faults.isEmpty()) {
+        msgBox(cRecordScreen::faultsMessage(faults), vb::Exclamation);
+        return false;
+    }
+    if (!controllaDataStampa())
+        return false;
+    const bool aggiornaPrimaNota = !chiedeAggiornamentoPrimaNota(d)
+        || msgBox(domandaAggiornamentoPrimaNota(), vb::YesNo | vb::Question) == vb::Yes;
+    bool salvato = false;
+    {
+        WaitCursor attesa;
+        salvato = salvaDocumento(d, m_editor.griglia(), aggiornaPrimaNota);
+    }
+    if (!salvato) {
+        aggiornaRighe(m_griglia->rigaCorrente());
+        return false;
+    }
+    m_testata = d.testata;
+    m_modificato = false;
+    return true;
 }
 
 bool frmMovimento::deleteRecord()
 {
     if (m_testata.rid <= 0)
         return newRecord();
-    if (msgBox(domandaEliminazione(m_testata.tipo.descrizione, m_testata.progressivo), vb::YesNo | vb::Information)
+    if (msgBox(domandaEliminazione(m_testata.tipo.descrizione, m_testata.progressivo),
+               vb::YesNo | vb::Information | vb::DefaultButton2)
         != vb::Yes)
         return false;
     {

@@ -157,7 +157,8 @@ void IntestazioneMovimento::pulisci()
         c->lookup->clear();
     m_progressivo->setText(QStringLiteral("(Auto)"));
     m_data->setText(formatDate(QDate::currentDate()));
-    m_anno->setText(gOptions().annoCorrente);
+    m_anno->setText(gOptions().annoCorrente.isEmpty() ? QString::number(QDate::currentDate().year())
+                                                      : gOptions().annoCorrente);
     m_prezziIva->setChecked(false);
     m_info = InfoDocumento();
     m_tipo = DocumentoEsteso();
@@ -298,6 +299,32 @@ void IntestazioneMovimento::riempiDaControparte(int rid)
     };
     riempi(m_pagamento, info.pagamento, "Mod. Pagamento");
     riempi(m_banca, info.banca, "Banca");
+}
+
+TestataDocumento IntestazioneMovimento::testata() const
+{
+    const auto codificato = [](const CampoCodificato& c) {
+        return Codificato{c.lookup->rid(), c.campo->text().trimmed(), c.etichetta->text()};
+    };
+    TestataDocumento t;
+    t.anno = anno();
+    t.progressivo = progressivo();
+    t.data = toDate(m_data->text());
+    t.numeroOriginale = m_numeroOriginale->text().trimmed();
+    t.dataOriginale = toDate(m_dataOriginale->text());
+    t.tipo = codificato(m_tipoDoc);
+    t.tipoOrigine = m_info.origine;
+    t.tipoDestinazione = m_info.destinazione;
+    t.origine = codificato(m_origine);
+    t.destinazione = codificato(m_destinazione);
+    t.pagamento = codificato(m_pagamento);
+    t.banca = codificato(m_banca);
+    t.riferimenti = m_riferimenti->text();
+    t.codPartita = m_codPartita->text();
+    t.rda1 = m_rdaPerc;
+    t.rda2 = m_rdaPercSu;
+    t.usaPrezziIva = m_prezziIva->isChecked();
+    return t;
 }
 
 int IntestazioneMovimento::tipoRid() const { return m_tipoDoc.lookup->rid(); }

@@ -31,6 +31,10 @@ public:
     // The type by key, as choosing it in the field.
     void caricaTipo(int tipoDocumento);
 
+    // The header as the fields hold it (key, journal links and the shipment
+    // are the screen's).
+    TestataDocumento testata() const;
+
     const InfoDocumento& info() const { return m_info; }
     const DocumentoEsteso& tipo() const { return m_tipo; }
     int tipoRid() const;

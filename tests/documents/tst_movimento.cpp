@@ -261,6 +261,26 @@ private Q_SLOTS:
         s.get<QAbstractButton>("cmdAction_5")->click();
     }
 
+    // F5 saves the document typed and shows it again as stored: its number, its rows unchanged since.
+    void salvaSulloSchermo()
+    {
+        testdb::Screen<frmMovimento> s(0, tipo("FD"));
+        s.lookUp("txtDestinazione", "9101", "txtRiferimenti");
+        s.lookUp("txtProdotto", "DADO", "txtQuantita");
+        s.enter("txtQuantita", "2");
+        QTest::keyClick(s.get("txtQuantita"), Qt::Key_F6);
+        QTest::keyClick(s.get("txtProdotto"), Qt::Key_F5);
+        QVERIFY(s.screen.currentRid() > 0);
+        QVERIFY(!s.screen.modificato());
+        QCOMPARE(s.screen.editor().griglia().stato(0), int(gestione::Invariata));
+        QCOMPARE(s.shown({"txtProgressivo", "lblTotaleImporto"}),
+                 QStringList(
+                     {testdb::text(
+                          QStringLiteral("SELECT PROGRESSIVO FROM Movimenti WHERE RID = %1").arg(s.screen.currentRid()))
+                          .rightJustified(5, QLatin1Char('0')),
+                      "2,37"})); // 2 × 1,00 less 3%: 1,94 and 0,43 of VAT
+    }
+
     // Work not saved is asked about before another document replaces it; Cancel keeps it.
     void modificheNonSalvate()
     {
