@@ -36,6 +36,9 @@ struct Fixture
     int fornitore = 0;
     int tdFattura = 0, cauFattura = 0, numFatture = 0;
     int tdCarico = 0, cauCarico = 0, numCarichi = 0;
+    int tdDdt = 0, tdTrasferimento = 0;
+    int negozio = 0; // a second warehouse, for transfers
+    int iva = 0;
     int pagamento = 0;
     int termine = 0;   // a payment term whose instalments the saves rewrite
     int categoria = 0; // a discount category with one supplier's ranges
