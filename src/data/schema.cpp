@@ -307,7 +307,7 @@ QList<Table> buildTables()
                   {key("RID"), text("BARCODE", kCodice), text("CODICE", kCodice), text("DESCRIZIONE", kDescrizione),
                    text("EXTRACOD", kCodice), ref("FK_CATEGORIA", "CategorieMerceologiche"), ref("FK_GRUPPO", "Gruppi"),
                    ref("FK_UM", "UnitaMisura")},
-                  {}};
+                  {index({"CODICE"}, true)}}; // one bill of material per kit code
     list << Table{QStringLiteral("DistintaBaseDettagli"),
                   {key("RID"), text("CODPRODOTTO", kCodice), text("DESCPRODOTTO", kDescrizione),
                    ref("FK_DISTINTABASE", "DistintaBase"), ref("FK_Iva", "Iva"), ref("FK_PRODOTTO", "Prodotti"),

@@ -4,6 +4,7 @@
 #include "masterdata/frmanagrafica.h"
 #include "masterdata/frmcategoriasconti.h"
 #include "masterdata/frmcausali.h"
+#include "masterdata/frmdistintabase.h"
 #include "masterdata/frmiva.h"
 #include "masterdata/frmnumeratori.h"
 #include "masterdata/frmopzioni.h"
@@ -59,6 +60,7 @@ void registerMasterdataScreens()
     registerRecordScreen<frmAnagrafica>("frmAnagrafica", true, true);
     registerRecordScreen<frmCategoriaSconti>("frmCategoriaSconti", false, true);
     registerRecordScreen<frmProdotto>("frmProdotto", true, false);
+    registerRecordScreen<frmDistintaBase>("frmDistintaBase", true, true);
     registerRecordScreen<frmRubrica>("frmRubrica", true, true);
 
     using namespace fields;
