@@ -45,6 +45,13 @@ StartOptions parseStartOptions(const QStringList& arguments)
             next(o.screenshot);
         } else if (a == QLatin1String("--open")) {
             next(o.open);
+        } else if (a == QLatin1String("--demo-data")) {
+            QString v;
+            next(v);
+            bool ok = false;
+            o.demoData = v.toInt(&ok);
+            if (!ok || o.demoData < 7)
+                o.error = QStringLiteral("--demo-data vuole il numero di documenti da creare (almeno 7)");
         } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
             o.help = true;
         } else {
@@ -70,7 +77,10 @@ QString usageText()
         "  --screenshot FILE    dopo l'avvio salva l'immagine della finestra principale (PNG) ed esce;\n"
         "                       senza schermo usa la piattaforma \"offscreen\"\n"
         "  --open NAME          con --screenshot: apre prima la schermata indicata (es. frmOptionServer,\n"
-        "                       frmSimpleForm:mnuTab_10 per una tabella del menu)\n");
+        "                       frmSimpleForm:mnuTab_10 per una tabella del menu)\n"
+        "  --demo-data N        riempie la ditta, se vuota, con dati dimostrativi: clienti, fornitori,\n"
+        "                       prodotti, distinte base, range di sconto e N documenti dell'anno corrente;\n"
+        "                       vuole anche --password; poi esce (o salva l'immagine di --screenshot)\n");
 }
 
 bool startsScreens(const StartOptions& options)

@@ -17,6 +17,7 @@ struct StartOptions
     QString password;
     QString screenshot; // --screenshot FILE (picture of the main window, then exit)
     QString open;       // --open NAME (a screen opened before the picture)
+    int demoData = 0;   // --demo-data N (fill the empty firm with demo data and N documents, then exit)
     bool help = false;
     QString error; // a switch that could not be read
 };

@@ -24,8 +24,9 @@ int main(int argc, char* argv[])
         return code;
     }
 
-    // A picture needs no screen: without a display the offscreen platform draws it.
-    if (!options.screenshot.isEmpty() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
+    // A picture or the demo data need no screen: without a display the
+    // offscreen platform stands in.
+    if ((!options.screenshot.isEmpty() || options.demoData > 0) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
         && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);

@@ -115,6 +115,7 @@ QList<MenuNode> buildTree()
                  item("mnuImportaListini", "&Importa Prezzi Prodotti", "", "frmImportaListini"),
                  item("mnuImportaProdotti", "I&mporta Anagrafica Prodotti", "Prodotti", "frmImportazioneProdotti"),
                  item("mnuRicalcoloGiacenze", "&Ricalcolo giacenze", "Ricalcolo", "frmRicalcoloGiacenze"),
+                 item("mnuDatiDimostrativi", "Dati di&mostrativi", "Wizard", "frmDatiDimostrativi"),
                  submenu("mnuDiagnostica", "&Avanzate", "Altre",
                          {item("mnuComputerList", "&Connessioni di rete attive", "", "frmComputerList"), separator(),
                           item("mnuDBCompact", "Compatta &DataBase", "", "compattaDataBase"),

@@ -7,6 +7,8 @@
 #include "core/startup.h"
 #include "data/cadosqlserver.h"
 #include "data/driver.h"
+#include "demo/datidimostrativi.h"
+#include "demo/demoscreens.h"
 #include "documents/documentscreens.h"
 #include "masterdata/masterdatascreens.h"
 #include "screens/framework/appearance.h"
@@ -16,6 +18,7 @@
 #include "shell/frmwarning.h"
 #include "shell/shellscreens.h"
 #include "shell/startsequence.h"
+#include "stock/stockscreens.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -62,6 +65,32 @@ int takeScreenshot(frmMain& main, const StartOptions& options)
     }
     QTextStream(stdout) << "Immagine salvata: " << options.screenshot << '\n';
     return 0;
+}
+
+// --demo-data: the firm just opened gets its demo data; a line every few
+// percent tells how far the run is.
+int fillDemoData(int documents)
+{
+    QTextStream out(stdout);
+    int shown = -5;
+    const auto progress = [&out, &shown](int done, int total, const QString& what) {
+        const int percent = total > 0 ? int(qint64(done) * 100 / total) : 100;
+        if (percent / 5 != shown / 5 || done >= total) {
+            shown = percent;
+            out << "Dati dimostrativi: " << percent << "% (" << done << '/' << total << ") " << what << Qt::endl;
+        }
+        return true;
+    };
+    QElapsedTimer timer;
+    timer.start();
+    QString error;
+    RiepilogoDemo summary;
+    const bool ok = generaDatiDimostrativi(documents, progress, &error, &summary);
+    if (!ok)
+        QTextStream(stderr) << error << '\n';
+    out << testoRiepilogo(summary) << '\n'
+        << "Tempo: " << QString::number(double(timer.elapsed()) / 1000.0, 'f', 1) << " s\n";
+    return ok ? 0 : 1;
 }
 
 } // namespace
@@ -114,20 +143,23 @@ int runShell(const StartOptions& options)
     ShellOptions shell;
     shell.hasPassword = options.hasPassword;
     shell.password = options.password;
-    shell.interactive = options.screenshot.isEmpty();
+    shell.interactive = options.screenshot.isEmpty() && options.demoData == 0;
     if (shell.interactive) {
         dialogs::install();
         frmWarning::install();
     } else {
         shell.pauseMs = 0;
         if (!options.hasPassword) {
-            QTextStream(stderr) << "--screenshot vuole anche --password\n";
+            QTextStream(stderr) << (options.demoData > 0 ? "--demo-data" : "--screenshot")
+                                << " vuole anche --password\n";
             return 2;
         }
     }
     registerShellScreens();
     registerMasterdataScreens();
     registerDocumentScreens();
+    registerStockScreens();
+    registerDemoScreens();
     installElementChooser();
     registerFrameworkScreens();
 
@@ -137,6 +169,10 @@ int runShell(const StartOptions& options)
         std::unique_ptr<frmMain> main = start.run();
         if (!main) {
             code = start.exitCode();
+        } else if (options.demoData > 0) {
+            code = fillDemoData(options.demoData);
+            if (code == 0 && !options.screenshot.isEmpty())
+                code = takeScreenshot(*main, options);
         } else if (!options.screenshot.isEmpty()) {
             code = takeScreenshot(*main, options);
         } else {

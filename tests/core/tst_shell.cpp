@@ -152,13 +152,15 @@ QList<std::pair<QString, QString>> menuItems()
         "mnuCambiaPW=dialog:frmCambiaPW mnuInfo=dialog:frmInformazioni mnuHelpIndex=help:indice "
         "mnuSommario=help:sommario mnuTrovaArgomento=help:argomenti mnuAnagrafica=frmAnagrafica "
         "mnuProdotti=frmProdotto "
-        "mnuDistintaBase mnuMovimenti=frmMovimento:0 mnuCatSconti=frmCategoriaSconti mnuScontiImmediati mnuListini "
+        "mnuDistintaBase=frmDistintaBase mnuMovimenti=frmMovimento:0 mnuCatSconti=frmCategoriaSconti "
+        "mnuScontiImmediati mnuListini "
         "mnuPNota "
         "mnuEstrattoClienti "
         "mnuEstrattoFornitore mnuEstrattoGenerico mnuEstrattoTotale mnuRiepilogoScadenze mnuRiepilogoMovimenti "
         "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti mnuStampaFornitori "
         "mnuStampaProdotti mnuEsportaClienti mnuEsportaFornitori mnuSellOut mnuDocWizard mnuStampaBarCode "
-        "mnuVariazionePrezziProdotti mnuImportaListini mnuImportaProdotti mnuRicalcoloGiacenze mnuComputerList "
+        "mnuVariazionePrezziProdotti mnuImportaListini mnuImportaProdotti mnuRicalcoloGiacenze mnuDatiDimostrativi "
+        "mnuComputerList "
         "mnuDBCompact mnuDBBackup mnuRpristinaBackup mnuUpdateDB mnuQuery mnuPatch1_9_21 mnuRipristinaCampiDB "
         "mnuGeneraBarCode mnuCheckUpgrade"_s;
     for (const QString& entry : table.split(u' '))
@@ -529,9 +531,9 @@ private Q_SLOTS:
     void smallestWindows_data()
     {
         columns<QString, int>("screen", "points"); // points: 0 for the usual font
-        for (const char* name :
-             {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni", "frmAnagrafica",
-              "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti", "frmRangeSconti", "frmMovimento"})
+        for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni",
+                                 "frmAnagrafica", "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti",
+                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase"})
             for (const int points : {0, 12})
                 QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString(name) << points;
     }
