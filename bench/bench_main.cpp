@@ -15,6 +15,7 @@
 #include "accounting/primanota.h"
 #include "accounting/scadenze.h"
 #include "common/italiantext.h"
+#include "common/msgbox.h"
 #include "core/optionstore.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
@@ -23,15 +24,18 @@
 #include "data/session.h"
 #include "data/sqldialect.h"
 #include "data/sqlliteral.h"
+#include "documents/documento.h"
 #include "documents/editordocumento.h"
 #include "documents/frmmovimento.h"
 #include "documents/grigliamovimento.h"
+#include "documents/salvadocumento.h"
 #include "lookups/lookuptable.h"
 #include "masterdata/prodotto.h"
 #include "numbering/numeratore.h"
 #include "pricing/prezzi.h"
 #include "screens/services/ricercasql.h"
 #include "stock/giacenze.h"
+#include "stock/ricalcologiacenze.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -688,6 +692,186 @@ void benchDocument(const Backend& b, int runs)
     out.flush();
 }
 
+// Saving a new sales invoice of 200 rows as F5 does: its number, the header,
+// each row's stock and statistics, the journal entry and its due dates, in one
+// transaction. The products keep stock and have a lot at the seat.
+void benchSalvataggio(const Backend& b, int runs)
+{
+    constexpr int kRighe = 200;
+    QStringList prodotti;
+    {
+        const cReader rs(QStringLiteral("SELECT RID FROM Prodotti P WHERE CODICE LIKE ") + sqlText(QStringLiteral("C%"))
+                             + QStringLiteral(" AND NOT EXISTS (SELECT 1 FROM DettagliProdotto D WHERE "
+                                              "D.FK_PRODOTTO = P.RID) ORDER BY RID"),
+                         kTag);
+        for (; rs && !rs->eof() && prodotti.size() < kRighe; rs->moveNext())
+            prodotti << rs->text(QStringLiteral("RID"));
+    }
+    const int sede = keyOf(QStringLiteral("Magazzini"), QStringLiteral("SEDE"));
+    gAdoSqlServer().beginTrasaction(kTag);
+    run(QStringLiteral("UPDATE Prodotti SET SETGIACENZA = -1, GIACENZA = 1000000 WHERE RID IN (")
+        + prodotti.join(QStringLiteral(", ")) + QLatin1Char(')'));
+    for (const QString& p : std::as_const(prodotti))
+        run(QStringLiteral("INSERT INTO DettagliProdotto (FK_PRODOTTO, FK_MAGAZZINO, QUANTITA, TAGLIO) VALUES (%1, %2, "
+                           "1000000, 4)")
+                .arg(p)
+                .arg(sede));
+    gAdoSqlServer().commitTrasaction(kTag);
+
+    DocumentoDaSalvare d;
+    d.testata.tipo = {keyOf(QStringLiteral("TipoDocumenti"), QStringLiteral("FV")), QStringLiteral("FV"), QString()};
+    getInfoDocumento(d.testata.tipo.rid, d.info);
+    d.testata.anno = 2026;
+    d.testata.data = QDate(2026, 1, 2);
+    d.testata.origine.rid = sede;
+    d.testata.destinazione.rid =
+        gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99002"), kTag).toInt();
+    d.testata.pagamento.rid = keyOf(QStringLiteral("Pagamenti"), QStringLiteral("30FM"));
+    EditorDocumento e(2, gOptions().distintaBase);
+    for (int i = 0; i < prodotti.size(); ++i) {
+        e.pulisciRiga();
+        std::tie(e.dati.prodotto, e.dati.codice, e.dati.descrizione, e.dati.iva, e.dati.codIva) =
+            std::tuple(prodotti.at(i).toInt(), QStringLiteral("C%1").arg(i), QStringLiteral("Articolo %1").arg(i), 1,
+                       QStringLiteral("22"));
+        std::tie(e.riga.prezzoListino, e.riga.quantita, e.riga.sconto1, e.riga.aliquota) =
+            std::tuple(QStringLiteral("%1,50").arg(5 + i % 40), QString::number(1 + i % 5), QString::number(i % 3 * 5),
+                       QStringLiteral("22"));
+        e.confermaRiga();
+    }
+    d.totali = e.totali();
+    int salvati = 0;
+    const Measure m = measure(
+        b, runs,
+        [&] {
+            DocumentoDaSalvare nuovo = d;
+            GrigliaDocumento righe = e.griglia();
+            salvati += salvaDocumento(nuovo, righe, true) ? 1 : 0;
+        },
+        [] {});
+    print(b, QStringLiteral("saving a new invoice of %1 rows").arg(prodotti.size()), m,
+          QStringLiteral("[%1 of %2 saved]").arg(salvati).arg(runs + 1));
+}
+
+// Stock recalculation over a stored history of `righe` document rows (20
+// rows a document: loads, sales, transfers between two warehouses, each row
+// at one of three cost lots of its product), the standard way for every
+// product: from no stock rows at all, and again on stock already right,
+// which writes nothing. Then the forced way for one product of 5,000 rows.
+void benchRicalcolo(const Backend& b, int righe, int runs)
+{
+    cAdoSqlServer& db = gAdoSqlServer();
+    const MsgBoxHandler previous =
+        setMsgBoxHandler([](const QString&, int style, const QString&) { return defaultAnswer(style); });
+    constexpr int kProdotti = 20000, kRighePerDocumento = 20, kRigheForzato = 5000;
+    const QString massimo = QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM ");
+    const int primoProdotto = db.getValueBySQL(massimo + QStringLiteral("Prodotti"), kTag).toInt() + 1;
+    int documento = db.getValueBySQL(massimo + QStringLiteral("Movimenti"), kTag).toInt();
+    int riga = db.getValueBySQL(massimo + QStringLiteral("DettagliMovimento"), kTag).toInt();
+    run(QStringLiteral("INSERT INTO Magazzini (CODICE, DESCRIZIONE) VALUES (") + sqlText(QStringLiteral("RICNEG"))
+        + QStringLiteral(", ") + sqlText(QStringLiteral("Negozio")) + QLatin1Char(')'));
+    const int sede = keyOf(QStringLiteral("Magazzini"), QStringLiteral("SEDE"));
+    const int negozio = keyOf(QStringLiteral("Magazzini"), QStringLiteral("RICNEG"));
+    const int carico = keyOf(QStringLiteral("TipoDocumenti"), QStringLiteral("CF"));
+    const int vendita = keyOf(QStringLiteral("TipoDocumenti"), QStringLiteral("FV"));
+    const int trasferimento = keyOf(QStringLiteral("TipoDocumenti"), QStringLiteral("TM"));
+
+    QElapsedTimer fill;
+    fill.start();
+    db.beginTrasaction(kTag);
+    QStringList valori;
+    QStringList documenti;
+    const QString testaDocumenti = QStringLiteral(
+        "INSERT INTO Movimenti (RID, FK_TIPODOCUMENTO, ANNO, PROGRESSIVO, DATA, FK_ORIGINE, FK_DESTINAZIONE) VALUES ");
+    // Rows go in blocks of `blocco`, their documents before them.
+    const auto scrivi = [&](const QString& testa, int blocco) {
+        if (valori.size() < blocco || valori.isEmpty())
+            return;
+        if (!documenti.isEmpty())
+            run(testaDocumenti + documenti.join(QStringLiteral(", ")));
+        documenti.clear();
+        run(testa + valori.join(QStringLiteral(", ")));
+        valori.clear();
+    };
+    const QString testaProdotti =
+        QStringLiteral("INSERT INTO Prodotti (RID, CODICE, DESCRIZIONE, GIACENZA, SETGIACENZA, DISTINTABASE) VALUES ");
+    for (int p = 0; p <= kProdotti; ++p) {
+        valori << QStringLiteral("(%1, %2, %3, 0, -1, 0)")
+                      .arg(primoProdotto + p)
+                      .arg(sqlText(QStringLiteral("RIC%1").arg(p, 6, 10, QLatin1Char('0'))),
+                           sqlText(QStringLiteral("Articolo di magazzino %1").arg(p)));
+        scrivi(testaProdotti, 500);
+    }
+    scrivi(testaProdotti, 1);
+    const QString testaRighe = QStringLiteral("INSERT INTO DettagliMovimento (RID, FK_MOVIMENTO, POS, FK_PRODOTTO, "
+                                              "CODPRODOTTO, QUANTITA, PREZZONETTO, TAGLIO) VALUES ");
+    quint32 seme = 12345;
+    const auto caso = [&seme](quint32 n) {
+        seme = seme * 1103515245u + 12345u;
+        return (seme >> 8) % n;
+    };
+    // The last product is the forced way's: its rows come first.
+    const int righeTotali = righe + kRigheForzato;
+    for (int r = 0; r < righeTotali; r += kRighePerDocumento) {
+        const quint32 tipo = caso(10); // 4 loads, 5 sales, 1 transfer in 10
+        const int td = tipo < 4 ? carico : tipo < 9 ? vendita : trasferimento;
+        const QString origine = td == carico ? QStringLiteral("NULL") : QString::number(sede);
+        const QString destinazione =
+            td == vendita ? QStringLiteral("NULL") : QString::number(td == carico ? sede : negozio);
+        ++documento;
+        documenti << QStringLiteral("(%1, %2, 2025, %3, %4, %5, %6)")
+                         .arg(documento)
+                         .arg(td)
+                         .arg(documento)
+                         .arg(db.getSQLDate(QDate(2025, 1, 1).addDays(r / 4000)), origine, destinazione);
+        for (int i = 0; i < kRighePerDocumento; ++i) {
+            const int p = r < kRigheForzato ? kProdotti : int(caso(kProdotti));
+            const int lotto = int(caso(3));
+            const double costo = 1 + p % 50 + lotto * 0.25;
+            valori << QStringLiteral("(%1, %2, %3, %4, %5, %6, %7, %8)")
+                          .arg(++riga)
+                          .arg(documento)
+                          .arg(i + 1)
+                          .arg(primoProdotto + p)
+                          .arg(sqlText(QStringLiteral("RIC%1").arg(p, 6, 10, QLatin1Char('0'))))
+                          .arg(1 + caso(12))
+                          .arg(costo * 1.4, 0, 'f', 2)
+                          .arg(costo, 0, 'f', 2);
+            scrivi(testaRighe, 500);
+        }
+    }
+    scrivi(testaRighe, 1);
+    db.commitTrasaction(kTag);
+    out << b.name.leftJustified(8) << " recalculation: " << righeTotali << " document rows stored in "
+        << QString::number(fill.elapsed() / 1000.0, 'f', 1) << " s\n";
+
+    OpzioniRicalcolo standard;
+    standard.distintaBase = getOpzione(QStringLiteral("DistintaBase"));
+    const auto azzera = [&] {
+        run(QStringLiteral("DELETE FROM DettagliProdotto"));
+        run(QStringLiteral("UPDATE Prodotti SET GIACENZA = 0"));
+        restoreKeyCounter(b, QStringLiteral("DettagliProdotto"));
+    };
+    const QString lotti = QString::number(
+        db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM (SELECT DISTINCT FK_PRODOTTO, TAGLIO FROM "
+                                        "DettagliMovimento WHERE FK_PRODOTTO >= ")
+                             + QString::number(primoProdotto) + QStringLiteral(") l"),
+                         kTag)
+            .toInt());
+    print(b, QStringLiteral("stock recalculation, %1 rows, no stock rows").arg(righeTotali),
+          measure(
+              b, runs, [&] { eseguiRicalcolo(0, standard); }, azzera),
+          QStringLiteral("[%1 lots of %2 products]").arg(lotti).arg(kProdotti + 1));
+    print(b, QStringLiteral("stock recalculation, %1 rows, stock already right").arg(righeTotali),
+          measure(
+              b, runs, [&] { eseguiRicalcolo(0, standard); }, [] {}));
+    OpzioniRicalcolo forzato = standard;
+    forzato.forzato = true;
+    print(b, QStringLiteral("forced stock recalculation, one product of %1 rows").arg(kRigheForzato),
+          measure(
+              b, runs, [&] { eseguiRicalcolo(primoProdotto + kProdotti, forzato); }, [] {}));
+    setMsgBoxHandler(previous);
+}
+
 // The benchmark's database on the server, dropped before a run (one that was
 // stopped may have left it) and after.
 void dropServerDatabase(const QString& server)
@@ -754,6 +938,8 @@ int main(int argc, char* argv[])
         benchPricing(b, qMin(rows, 500), runs);
         benchProductSearch(b, 100000, runs);
         benchDocument(b, runs);
+        benchSalvataggio(b, runs);
+        benchRicalcolo(b, 1000000, qMin(runs, 3));
         if (b.tipo == TipoServer::MySql)
             dropServerDatabase(mysql);
         out.flush();

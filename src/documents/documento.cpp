@@ -200,12 +200,17 @@ bool leggiRighe(int ridMovimento, GrigliaDocumento& griglia, int dec, const QStr
         c[colonna::IdUM] = rs->text(QStringLiteral("FK_UM"));
         c[colonna::UM] = rs->text(QStringLiteral("CODUM"));
         if (padre) {
+            // The stored components hold the whole quantity of the kit: the
+            // kit row shows them per kit, and their sums as its amounts.
             const TotaliFigli figli = getTotaliFigli(rid.toInt());
-            c[colonna::PrezzoListino] = formattaImporto(figli.prezzo, dec);
-            c[colonna::PrezzoNetto] = formattaImporto(figli.netto, dec);
-            c[colonna::NettoEsteso] = plainTextIt(figli.netto);
+            const auto perKit = [&](Currency totale) {
+                return quantita > Currency() ? Currency::fromDouble(totale.toDouble() / quantita.toDouble()) : totale;
+            };
+            c[colonna::PrezzoListino] = formattaImporto(perKit(figli.prezzo), dec);
+            c[colonna::PrezzoNetto] = formattaImporto(perKit(figli.netto), dec);
+            c[colonna::NettoEsteso] = plainTextIt(perKit(figli.netto));
             c[colonna::Importo] = formattaImporto(figli.ivato, dec);
-            c[colonna::Imponibile] = formattaImporto(CyMul(figli.netto, quantita), dec);
+            c[colonna::Imponibile] = formattaImporto(figli.netto, dec);
         } else {
             c[colonna::PrezzoListino] = importo("PREZZO");
             c[colonna::PrezzoNetto] = importo("PREZZONETTO");

@@ -206,7 +206,9 @@ private:
         taglio = memorizzato;
         if (m_taglioDaPrezzo) {
             taglio = netto;
-            precedente = memorizzato;
+            // A new row has no lot stored yet; the editor's lot is only shown.
+            if (stato != gestione::Nuova)
+                precedente = memorizzato;
         } else if (m_opzioni.prezzoMedio) {
             taglio = netto;
         }

@@ -114,9 +114,9 @@ private Q_SLOTS:
         QCOMPARE(cella(0, colonna::Key), QStringLiteral("DM_9101"));
         QCOMPARE(cella(0, colonna::Sconti), QStringLiteral("10+0+0"));
         QCOMPARE(g.stato(0), int(gestione::Invariata));
-        QCOMPARE(cella(1, colonna::PrezzoListino), QStringLiteral("14,00")); // 6 × 2 + 2 × 1
-        QCOMPARE(cella(1, colonna::Importo), QStringLiteral("16,84"));       // 14,64 + 2,20
-        QCOMPARE(cella(1, colonna::Imponibile), QStringLiteral("28,00"));    // 14 × 2 kits
+        QCOMPARE(cella(1, colonna::PrezzoListino), QStringLiteral("7,00")); // (6 × 2 + 2 × 1) for 2 kits
+        QCOMPARE(cella(1, colonna::Importo), QStringLiteral("16,84"));      // 14,64 + 2,20
+        QCOMPARE(cella(1, colonna::Imponibile), QStringLiteral("14,00"));
         QVERIFY(g.visibile(1));
         QVERIFY(!g.visibile(2) && !g.visibile(3));
         QCOMPARE(cella(2, colonna::IdDistintaBase), QStringLiteral("9102"));
