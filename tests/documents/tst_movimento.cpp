@@ -293,6 +293,13 @@ private Q_SLOTS:
         box.expect("Salvare le modifiche al Documento corrente?", vb::Cancel);
         QVERIFY(!s.screen.newRecord());
         QCOMPARE(s.screen.currentRid(), 9101);
+        // A printed document asks before it is changed; No saves nothing.
+        box.expect("Attenzione! Il documento selezionato risulta gia stampato in data 03/03/2026.\nSicuri di voler "
+                   "continuare con le modifiche?",
+                   vb::No);
+        QVERIFY(!s.screen.saveRecord());
+        QVERIFY(s.screen.modificato());
+        QCOMPARE(testdb::text("SELECT RIFERIMENTI FROM Movimenti WHERE RID = 9101"), QStringLiteral("ordine 5"));
     }
 };
 

@@ -25,7 +25,7 @@ void prepara()
     if (count("Prodotti", "RID = 9301") > 0)
         return;
     run("INSERT INTO Prodotti (RID, CODICE, DESCRIZIONE, SETGIACENZA, GIACENZA, FK_Iva) VALUES "
-        "(9301, ¤VITE¤, ¤Vite¤, -1, 0, 1), (9302, ¤DADO¤, ¤Dado¤, -1, 0, 1)");
+        "(9301, ¤VITE¤, ¤Vite¤, -1, 0, 1), (9302, ¤DADO¤, ¤Dado¤, -1, 0, 1), (9303, ¤PERNO¤, ¤Perno¤, -1, 0, 1)");
     run("INSERT INTO Anagrafiche (RID, NUMERO, TIPO, DENOMINAZIONE, FK_PAGAMENTO) VALUES (9301, 9301, ¤C¤, "
         "¤Cliente¤, 1), (9302, 9302, ¤F¤, ¤Fornitore¤, 1)");
     run("INSERT INTO Magazzini (RID, CODICE, DESCRIZIONE) VALUES (9301, ¤NEG¤, ¤Negozio¤)");
@@ -203,8 +203,8 @@ private Q_SLOTS:
         QCOMPARE(controllaInserimento(d, e.griglia()), QStringList{riga});
     }
 
-    // A number already given, or a date before the document that precedes it: told, and nothing written, the
-    // counter included.
+    // A number already given, a date before the document that precedes it, a sale with no lot to take from: told,
+    // and nothing written, the counter included.
     void rifiuti()
     {
         EditorDocumento e(2, "*");
@@ -235,7 +235,17 @@ private Q_SLOTS:
             r.confermaRiga();
             QVERIFY(!salva(secondo, r));
         }
+        {
+            // A product never loaded has no lot to sell from.
+            testdb::ScriptedMsgBox box;
+            box.expect("Impossibile determinare il taglio.");
+            DocumentoDaSalvare senzaLotto = documento("FV", sede(), kCliente, 28);
+            EditorDocumento r(2, "*");
+            riga(r, 9303, "1", "3");
+            QVERIFY(!salva(senzaLotto, r));
+        }
         QCOMPARE(count("Movimenti"), documenti + 1);
+        QCOMPARE(count("DettagliProdotto", "FK_PRODOTTO = 9303"), 0);
         QCOMPARE(giacenza(kDado), stock - 1);
     }
 };
