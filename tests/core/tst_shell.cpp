@@ -23,6 +23,7 @@
 #include "shell/shellscreens.h"
 #include "shell/singleinstance.h"
 #include "shell/startsequence.h"
+#include "stock/stockscreens.h"
 #include "support/screendriver.h"
 
 #include <QtSql>
@@ -159,7 +160,8 @@ QList<std::pair<QString, QString>> menuItems()
         "mnuEstrattoFornitore mnuEstrattoGenerico mnuEstrattoTotale mnuRiepilogoScadenze mnuRiepilogoMovimenti "
         "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti mnuStampaFornitori "
         "mnuStampaProdotti mnuEsportaClienti mnuEsportaFornitori mnuSellOut mnuDocWizard mnuStampaBarCode "
-        "mnuVariazionePrezziProdotti mnuImportaListini mnuImportaProdotti mnuRicalcoloGiacenze mnuDatiDimostrativi "
+        "mnuVariazionePrezziProdotti mnuImportaListini mnuImportaProdotti mnuRicalcoloGiacenze=frmRicalcoloGiacenze "
+        "mnuDatiDimostrativi "
         "mnuComputerList "
         "mnuDBCompact mnuDBBackup mnuRpristinaBackup mnuUpdateDB mnuQuery mnuPatch1_9_21 mnuRipristinaCampiDB "
         "mnuGeneraBarCode mnuCheckUpgrade"_s;
@@ -193,6 +195,7 @@ private Q_SLOTS:
         registerShellScreens();
         registerMasterdataScreens();
         registerDocumentScreens();
+        registerStockScreens();
         registerFrameworkScreens();
     }
 
@@ -533,7 +536,7 @@ private Q_SLOTS:
         columns<QString, int>("screen", "points"); // points: 0 for the usual font
         for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni",
                                  "frmAnagrafica", "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti",
-                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase"})
+                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase", "frmRicalcoloGiacenze"})
             for (const int points : {0, 12})
                 QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString(name) << points;
     }
