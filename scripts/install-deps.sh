@@ -9,7 +9,8 @@ PACKAGES=(
   libsqlite3-dev
   mariadb-server mariadb-client
   unixodbc tdsodbc
-  poppler-utils fonts-dejavu-core tango-icon-theme qt6-translations-l10n
+  poppler-utils fonts-dejavu-core fonts-liberation2 cups-client
+  tango-icon-theme qt6-translations-l10n
 )
 
 missing=()

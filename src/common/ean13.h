@@ -14,3 +14,13 @@ qint16 getEAN13ChekDigit(const QString& codice);
 // centre "*", the right half in set C (from 'a') and the end mark "+".
 // Callers pass 13 digits; nothing is checked here.
 QString EncodeEAN13(const QString& codice);
+
+// The 95 modules of the symbol ('1' dark, '0' light) with the digits it
+// shows, from 13 digits or from the font text above; an empty result for
+// anything else. Lets a report draw the bars without the font.
+struct ModuliEAN13
+{
+    QString moduli;
+    QString cifre;
+};
+ModuliEAN13 moduliEAN13(const QString& codiceOFont);

@@ -52,6 +52,13 @@ StartOptions parseStartOptions(const QStringList& arguments)
             o.demoData = v.toInt(&ok);
             if (!ok || o.demoData < 7)
                 o.error = QStringLiteral("--demo-data vuole il numero di documenti da creare (almeno 7)");
+        } else if (a == QLatin1String("--print-pdf")) {
+            next(o.printPdf);
+            if (o.error.isEmpty())
+                next(o.printPdfFile);
+            if (o.error.isEmpty() && o.printPdf.count(QLatin1Char(':')) < 2)
+                o.error =
+                    QStringLiteral("--print-pdf vuole TIPO:ANNO:NUMERO e il file PDF (es. FV:2026:17 fattura.pdf)");
         } else if (a == QLatin1String("--help") || a == QLatin1String("-h")) {
             o.help = true;
         } else {
@@ -80,7 +87,10 @@ QString usageText()
         "                       frmSimpleForm:mnuTab_10 per una tabella del menu)\n"
         "  --demo-data N        riempie la ditta, se vuota, con dati dimostrativi: clienti, fornitori,\n"
         "                       prodotti, distinte base, range di sconto e N documenti dell'anno corrente;\n"
-        "                       vuole anche --password; poi esce (o salva l'immagine di --screenshot)\n");
+        "                       vuole anche --password; poi esce (o salva l'immagine di --screenshot)\n"
+        "  --print-pdf TIPO:ANNO:NUMERO FILE\n"
+        "                       scrive il documento indicato (es. FV:2026:17) come file PDF e lo segna\n"
+        "                       come stampato; vuole anche --password; poi esce\n");
 }
 
 bool startsScreens(const StartOptions& options)

@@ -18,6 +18,8 @@ struct StartOptions
     QString screenshot; // --screenshot FILE (picture of the main window, then exit)
     QString open;       // --open NAME (a screen opened before the picture)
     int demoData = 0;   // --demo-data N (fill the empty firm with demo data and N documents, then exit)
+    QString printPdf;   // --print-pdf TYPE:YEAR:NUMBER FILE (the document as a PDF file, then exit)
+    QString printPdfFile;
     bool help = false;
     QString error; // a switch that could not be read
 };

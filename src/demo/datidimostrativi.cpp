@@ -5,8 +5,10 @@
 #include "core/optionstore.h"
 #include "data/cadosqlserver.h"
 #include "data/scoped.h"
+#include "data/session.h"
 #include "data/sqlliteral.h"
 #include "demo/codici.h"
+#include "demo/dittademo.h"
 #include "demo/nomi.h"
 #include "documents/documento.h"
 #include "documents/editordocumento.h"
@@ -1182,6 +1184,9 @@ bool generaDatiDimostrativi(int documenti, const ProgressoDemo& progresso, QStri
     } else if (messaggio = dittaNonVuota(); messaggio.isEmpty()) {
         Generatore generatore(documenti, progresso);
         fatto = generatore.esegui();
+        // The documents print with the firm's letterhead and details.
+        if (fatto && !impostaDittaDimostrativa(gSession().strReportPath))
+            messaggio = u("Impossibile scrivere il logo della ditta in ") + gSession().strReportPath;
         if (!fatto)
             messaggio = generatore.errore.isEmpty()
                 ? u("La generazione dei dati dimostrativi non è riuscita: vedere il registro degli errori.")

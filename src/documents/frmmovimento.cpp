@@ -13,6 +13,7 @@
 #include "documents/salvadocumento.h"
 #include "documents/spedizione.h"
 #include "documents/totalimovimento.h"
+#include "printing/printscreens.h"
 #include "screens/framework/cfieldleave.h"
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/crecordscreen.h"
@@ -48,14 +49,16 @@ const Comando kComandi[] = {{"Nuovo [F2]", nullptr},
                             {"Elimina [F7]", nullptr},
                             {"Aggiorna [F11]", nullptr},
                             {"Spedizione", nullptr},
-                            {"Stampa [F12]", "frmPreview"},
+                            {"Stampa [F12]", nullptr},
                             {"Prima Nota", "frmPrimaNota"},
                             {"Genera P.N.", "frmPrimaNota"},
                             {"Barcode", "frmStampaBarCode"},
                             {"Genera Movimento", "frmGeneraMovimento"},
                             {"Giacenze", "frmGiacenzaSemplificata"},
-                            {"Elenco Speciale", "frmPreview"}};
+                            {"Elenco Speciale", nullptr}};
 constexpr int kSpedizione = 4;
+constexpr int kStampa = 5;
+constexpr int kBarCode = 8;
 constexpr int kElencoSpeciale = 11;
 
 // The copied row outlives the document it came from.
@@ -129,7 +132,7 @@ frmMovimento::frmMovimento(QWidget* parent)
     tasto(Qt::Key_F5, [=, this] { premi(m_comandi.at(1)); });
     tasto(Qt::Key_F7, [=, this] { premi(m_comandi.at(2)); });
     tasto(Qt::Key_F11, [=, this] { premi(m_comandi.at(3)); });
-    tasto(Qt::Key_F12, [=, this] { premi(m_comandi.at(5)); });
+    tasto(Qt::Key_F12, [=, this] { premi(m_comandi.at(kStampa)); });
     tasto(Qt::Key_F6, [=, this] { premi(m_riga->azione(0)); });
     tasto(Qt::Key_F8, [=, this] { premi(m_riga->azione(1)); });
     tasto(Qt::Key_F9, [=, this] { premi(m_riga->azione(2)); });
@@ -339,6 +342,24 @@ void frmMovimento::cmdCommand_Click(int indice)
     case 2: deleteRecord(); return;
     case 3: refreshRecord(); return;
     case kSpedizione: showDettagliSpedizione(); return;
+    case kStampa:
+    case kElencoSpeciale: {
+        // The stored document prints; a new one has nothing to print yet.
+        if (m_testata.rid <= 0)
+            return;
+        const bool nonMostrareAnteprima = !m_anteprima->isChecked();
+        const QDate stampato = indice == kStampa ? stampaDocumentoDaSchermata(m_testata.rid, nonMostrareAnteprima)
+                                                 : stampaElencoSpecialeDaSchermata(m_testata.rid, nonMostrareAnteprima);
+        if (stampato.isValid()) {
+            m_testata.dataStampa = stampato;
+            m_intestazione->mostraDataStampa(stampato);
+        }
+        return;
+    }
+    case kBarCode:
+        screens::openOrTell(QString::fromLatin1(kComandi[indice].schermata), generaBarCode(),
+                            m_comandi.at(indice)->text());
+        return;
     default:
         screens::openOrTell(QString::fromLatin1(kComandi[indice].schermata), QVariant(), m_comandi.at(indice)->text());
     }
@@ -501,6 +522,21 @@ void frmMovimento::spostaRiga(int passo)
         return;
     m_griglia->seleziona(r);
     rigaScelta(r, -1);
+}
+
+QString frmMovimento::generaBarCode() const
+{
+    // One line a row: the product's key, a tab and the quantity, ended by a
+    // carriage return; free rows ("/" codes) have no label.
+    const GrigliaDocumento& g = m_editor.griglia();
+    QString lista;
+    for (int r = 0; r < g.righe(); ++r) {
+        if (g.stato(r) == gestione::Eliminata || g.cella(r, colonna::Codice).startsWith(QLatin1Char('/')))
+            continue;
+        lista +=
+            g.cella(r, colonna::IdProdotto) + QLatin1Char('\t') + g.cella(r, colonna::Quantita) + QLatin1Char('\r');
+    }
+    return lista;
 }
 
 void frmMovimento::showDettagliSpedizione()

@@ -67,6 +67,9 @@ private:
     void aggiornaRighe(int corrente);
     void spostaRiga(int passo);
     void showDettagliSpedizione();
+    // The rows for the barcode labels: "key\tquantity\r" a row, codes
+    // starting with "/" left out.
+    QString generaBarCode() const;
     void segna() { m_modificato = true; }
 
     EditorDocumento m_editor;

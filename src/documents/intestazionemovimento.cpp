@@ -196,9 +196,7 @@ void IntestazioneMovimento::mostra(const TestataDocumento& t)
     m_banca.lookup->setRecord(t.banca.rid, t.banca.codice, t.banca.descrizione);
     m_riferimenti->setText(t.riferimenti);
     m_codPartita->setText(t.codPartita);
-    m_stampato->setVisible(t.dataStampa.isValid());
-    m_stampato->setText(t.dataStampa.isValid() ? QStringLiteral("Documento stampato il ") + formatDate(t.dataStampa)
-                                               : QString());
+    mostraDataStampa(t.dataStampa);
     m_primaNota->setText(t.primaNota > 0 ? QStringLiteral("P.N.: ")
                                  + formatMask(getProgPrimaNotaByID(t.primaNota), QStringLiteral("00000"))
                                          : QString());
@@ -206,6 +204,13 @@ void IntestazioneMovimento::mostra(const TestataDocumento& t)
     m_rdaPercSu = t.rda2;
     m_prezziIva->setChecked(t.usaPrezziIva);
     m_caricando = false;
+}
+
+void IntestazioneMovimento::mostraDataStampa(const QDate& dataStampa)
+{
+    m_stampato->setVisible(dataStampa.isValid());
+    m_stampato->setText(dataStampa.isValid() ? QStringLiteral("Documento stampato il ") + formatDate(dataStampa)
+                                             : QString());
 }
 
 void IntestazioneMovimento::caricaTipo(int tipoDocumento)

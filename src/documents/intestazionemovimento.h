@@ -30,6 +30,8 @@ public:
     void mostra(const TestataDocumento& testata);
     // The type by key, as choosing it in the field.
     void caricaTipo(int tipoDocumento);
+    // "Documento stampato il " and the date; an invalid date hides the label.
+    void mostraDataStampa(const QDate& dataStampa);
 
     // The header as the fields hold it (key, journal links and the shipment
     // are the screen's).

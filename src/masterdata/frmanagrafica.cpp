@@ -7,6 +7,7 @@
 #include "core/screenregistry.h"
 #include "data/sqlliteral.h"
 #include "masterdata/anagrafica.h"
+#include "printing/anteprima.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -262,11 +263,9 @@ void frmAnagrafica::cmdCommandExtra_Click(int index)
     case 6: printInformativa(); break;
     case 7:
         if (rid > 0)
-            screens::openOrTell(QStringLiteral("stampaReport"),
-                                QStringList{QStringLiteral("SchedaAnagrafica.rpt"),
-                                            QStringLiteral("{Anagrafiche.RID}=") + QString::number(rid),
-                                            QStringLiteral("Stampa Scheda Anagrafica")},
-                                QStringLiteral("Stampa Scheda Anagrafica"));
+            mostraAnteprima(QStringLiteral("SchedaAnagrafica.rpt"),
+                            QStringLiteral("{Anagrafiche.RID}=") + QString::number(rid),
+                            QStringLiteral("Stampa Scheda Anagrafica"));
         break;
     default: break;
     }
@@ -281,9 +280,6 @@ void frmAnagrafica::printInformativa()
                                text("txtCitta"),         text("txtProvincia"), text("txtPartitaIVA")};
     if (!salvaInformativa(rid, preparaRichText(testoInformativa(), dati, QDate::currentDate())))
         return;
-    screens::openOrTell(QStringLiteral("stampaReport"),
-                        QStringList{QStringLiteral("Informativa.rpt"),
-                                    QStringLiteral("{Anagrafiche.RID}=") + QString::number(rid),
-                                    QStringLiteral("Stampa Informativa: ") + text("txtDenominazione")},
-                        QStringLiteral("Stampa Informativa"));
+    mostraAnteprima(QStringLiteral("Informativa.rpt"), QStringLiteral("{Anagrafiche.RID}=") + QString::number(rid),
+                    QStringLiteral("Stampa Informativa: ") + text("txtDenominazione"));
 }

@@ -5,10 +5,13 @@
 #include "data/recordset.h"
 #include "data/sqlliteral.h"
 #include "masterdata/frmricercaconto.h"
+#include "printing/anteprima.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTimer>
 
 frmPianoConti::frmPianoConti(QWidget* parent)
@@ -31,7 +34,19 @@ frmPianoConti::frmPianoConti(QWidget* parent)
     form->insertRow(1, QStringLiteral("Conto:"), m_lblConto);
     // The fourth command refreshes like everywhere else, under this caption.
     setCommandCaption(3, QStringLiteral("Elimina [F11]"));
-    resize(520, 200);
+    // The print of the whole chart, after the four commands of the pattern.
+    auto* stampa = new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"),
+                                   fraMain());
+    stampa->setObjectName(QStringLiteral("cmdCommand_4"));
+    stampa->setAutoDefault(false);
+    connect(stampa, &QPushButton::clicked, this, [] {
+        mostraAnteprima(QStringLiteral("PianoConti.rpt"), QString(), QStringLiteral("Stampa Piano dei Conti"));
+    });
+    auto* comandi = new QHBoxLayout;
+    comandi->addStretch(1);
+    comandi->addWidget(stampa);
+    form->addRow(QString(), comandi);
+    resize(520, 230);
 }
 
 // The description of the account with this code; invalid when there is none.

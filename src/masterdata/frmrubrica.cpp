@@ -1,6 +1,7 @@
 #include "masterdata/frmrubrica.h"
 
 #include "common/errorlog.h"
+#include "printing/anteprima.h"
 #include "screens/framework/frmricerca.h"
 
 #include <QFormLayout>
@@ -32,6 +33,14 @@ frmRubrica::frmRubrica(QWidget* parent)
     auto* row = new QHBoxLayout;
     row->addWidget(perCitta);
     row->addStretch(1);
+    // The print of the whole address book.
+    auto* stampa = new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"),
+                                   fraMain());
+    stampa->setObjectName(QStringLiteral("cmdCommand_4"));
+    stampa->setAutoDefault(false);
+    connect(stampa, &QPushButton::clicked, this,
+            [] { mostraAnteprima(QStringLiteral("Rubrica.rpt"), QString(), QStringLiteral("Stampa Rubrica")); });
+    row->addWidget(stampa);
     form->addRow(QString(), row);
     resize(520, 420);
     writeDebugLine(QStringLiteral("frmRubrica: pronta"));

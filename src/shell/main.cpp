@@ -24,10 +24,11 @@ int main(int argc, char* argv[])
         return code;
     }
 
-    // A picture or the demo data need no screen: without a display the
+    // A picture, the demo data or a PDF need no screen: without a display the
     // offscreen platform stands in.
-    if ((!options.screenshot.isEmpty() || options.demoData > 0) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
-        && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if ((!options.screenshot.isEmpty() || options.demoData > 0 || !options.printPdf.isEmpty())
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("prgOrvantis"));

@@ -7,21 +7,29 @@
 #include "core/startup.h"
 #include "data/cadosqlserver.h"
 #include "data/driver.h"
+#include "data/session.h"
 #include "demo/datidimostrativi.h"
 #include "demo/demoscreens.h"
 #include "documents/documentscreens.h"
 #include "masterdata/masterdatascreens.h"
+#include "printing/anteprima.h"
+#include "printing/barcodescreens.h"
+#include "printing/cartellareport.h"
+#include "printing/printscreens.h"
+#include "printing/stampadocumento.h"
 #include "screens/framework/appearance.h"
 #include "screens/framework/frameworkscreens.h"
 #include "screens/framework/frmselectelement.h"
 #include "shell/frmmain.h"
 #include "shell/frmwarning.h"
 #include "shell/shellscreens.h"
+#include "shell/singleinstance.h"
 #include "shell/startsequence.h"
 #include "stock/stockscreens.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QIcon>
 #include <QImageReader>
 #include <QLibraryInfo>
@@ -93,6 +101,33 @@ int fillDemoData(int documents)
     return ok ? 0 : 1;
 }
 
+// --print-pdf TYPE:YEAR:NUMBER FILE: the stored document as a PDF file,
+// marked printed as a print from its screen would.
+int printDocumentPdf(const QString& documento, const QString& file)
+{
+    const QStringList parti = documento.split(QLatin1Char(':'));
+    bool annoOk = false, numeroOk = false;
+    const int numero = parti.size() >= 3 ? parti.last().trimmed().toInt(&numeroOk) : 0;
+    const int anno = parti.size() >= 3 ? parti.at(parti.size() - 2).trimmed().toInt(&annoOk) : 0;
+    const QString tipo = parti.mid(0, parti.size() - 2).join(QLatin1Char(':')).trimmed();
+    if (!annoOk || !numeroOk || tipo.isEmpty()) {
+        QTextStream(stderr) << "--print-pdf vuole TIPO:ANNO:NUMERO, non " << documento << '\n';
+        return 1;
+    }
+    const int rid = cercaDocumento(tipo, anno, numero);
+    if (rid <= 0) {
+        QTextStream(stderr) << "Documento non trovato: " << tipo << ' ' << numero << '/' << anno << '\n';
+        return 1;
+    }
+    QString errore;
+    if (!documentoInPdf(rid, file, &errore)) {
+        QTextStream(stderr) << "Stampa non riuscita: " << errore << '\n';
+        return 1;
+    }
+    QTextStream(stdout) << "PDF salvato: " << QFileInfo(file).absoluteFilePath() << '\n';
+    return 0;
+}
+
 } // namespace
 
 QIcon programIcon()
@@ -143,14 +178,21 @@ int runShell(const StartOptions& options)
     ShellOptions shell;
     shell.hasPassword = options.hasPassword;
     shell.password = options.password;
-    shell.interactive = options.screenshot.isEmpty() && options.demoData == 0;
+    const bool printPdf = !options.printPdf.isEmpty();
+    shell.interactive = options.screenshot.isEmpty() && options.demoData == 0 && !printPdf;
+    // A PDF is made beside a running copy of the program, not instead of it.
+    if (printPdf)
+        shell.instanceKey = SingleInstance::keyForProgramFolder() + QStringLiteral("-pdf-")
+            + QString::number(QCoreApplication::applicationPid());
     if (shell.interactive) {
         dialogs::install();
         frmWarning::install();
     } else {
         shell.pauseMs = 0;
         if (!options.hasPassword) {
-            QTextStream(stderr) << (options.demoData > 0 ? "--demo-data" : "--screenshot")
+            QTextStream(stderr) << (printPdf                   ? "--print-pdf"
+                                        : options.demoData > 0 ? "--demo-data"
+                                                               : "--screenshot")
                                 << " vuole anche --password\n";
             return 2;
         }
@@ -160,6 +202,9 @@ int runShell(const StartOptions& options)
     registerDocumentScreens();
     registerStockScreens();
     registerDemoScreens();
+    registerPrintScreens();
+    registerPreviewScreens();
+    registerBarcodeScreens();
     installElementChooser();
     registerFrameworkScreens();
 
@@ -167,8 +212,13 @@ int runShell(const StartOptions& options)
     {
         StartSequence start(shell);
         std::unique_ptr<frmMain> main = start.run();
+        // A new report folder gets the shipped templates; changed ones stay.
+        if (main && installaModelliReport(gSession().strReportPath) < 0)
+            QTextStream(stderr) << "Impossibile copiare i modelli di stampa in " << gSession().strReportPath << '\n';
         if (!main) {
             code = start.exitCode();
+        } else if (printPdf) {
+            code = printDocumentPdf(options.printPdf, options.printPdfFile);
         } else if (options.demoData > 0) {
             code = fillDemoData(options.demoData);
             if (code == 0 && !options.screenshot.isEmpty())

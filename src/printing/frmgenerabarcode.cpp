@@ -1,0 +1,141 @@
+#include "printing/frmgenerabarcode.h"
+
+#include "common/msgbox.h"
+#include "printing/codiciabarre.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace {
+
+const QString kPronto = QStringLiteral("Pronto per generare i Codici a Barre dei prodotti.");
+// How often a run brings the screen up to date and lets it draw.
+constexpr qint64 kIntervalloDisegnoMs = 80;
+
+template <typename W> W* named(W* widget, const char* name)
+{
+    widget->setObjectName(QString::fromLatin1(name));
+    return widget;
+}
+
+} // namespace
+
+frmGeneraBarCodeIntoProdotti::frmGeneraBarCodeIntoProdotti(QWidget* parent)
+    : QWidget(parent)
+{
+    setObjectName(QStringLiteral("frmGeneraBarCodeIntoProdotti"));
+    setWindowTitle(QStringLiteral("Genera Codici a Barre"));
+
+    auto* gruppo = named(new QGroupBox(QStringLiteral(" Codici a Barre dei prodotti "), this), "fraMain");
+    auto* spiegazione = named(new QLabel(QStringLiteral("Per ogni prodotto viene scritto il Codice a Barre (EAN-13)\n"
+                                                        "nella forma che le etichette stampano."),
+                                         gruppo),
+                              "lblDescrizione");
+    m_pgbMain = named(new QProgressBar(gruppo), "pgbMain");
+    m_pgbMain->setRange(0, 100);
+    m_lblInfo = named(new QLabel(gruppo), "lblInfo");
+    // Two lines, the count and the product; a long description is cut at
+    // the border and never widens the window during a run.
+    m_lblInfo->setMinimumHeight(2 * m_lblInfo->fontMetrics().lineSpacing());
+    m_lblInfo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblInfo->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    auto* colonna = new QVBoxLayout(gruppo);
+    colonna->addWidget(spiegazione);
+    colonna->addSpacing(6);
+    colonna->addWidget(m_pgbMain);
+    colonna->addWidget(m_lblInfo);
+
+    m_cmdOK = named(new QPushButton(QIcon::fromTheme(QStringLiteral("system-run")), QStringLiteral("&Genera"), this),
+                    "cmdOK");
+    m_cmdOK->setAutoDefault(false);
+    connect(m_cmdOK, &QPushButton::clicked, this, &frmGeneraBarCodeIntoProdotti::cmdOk_Click);
+    m_cmdCancel =
+        named(new QPushButton(QIcon::fromTheme(QStringLiteral("window-close")), QStringLiteral("&Chiudi"), this),
+              "cmdCancel");
+    m_cmdCancel->setAutoDefault(false);
+    const auto chiudi = [this] {
+        if (parentWidget() && parentWidget()->inherits("QMdiSubWindow"))
+            parentWidget()->close();
+        else
+            close();
+    };
+    connect(m_cmdCancel, &QPushButton::clicked, this, chiudi);
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(escape, &QShortcut::activated, this, chiudi);
+    auto* pulsanti = new QHBoxLayout;
+    pulsanti->addStretch(1);
+    pulsanti->addWidget(m_cmdOK);
+    pulsanti->addWidget(m_cmdCancel);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(gruppo);
+    layout->addStretch(1);
+    layout->addLayout(pulsanti);
+
+    pronto();
+    resize(480, 220);
+}
+
+void frmGeneraBarCodeIntoProdotti::pronto()
+{
+    m_pgbMain->setValue(0);
+    m_lblInfo->setText(kPronto);
+}
+
+void frmGeneraBarCodeIntoProdotti::cmdOk_Click()
+{
+    if (m_inCorso)
+        return;
+    if (msgBox(QStringLiteral("Eseguire la generazione dei Codici a Barre per i prodotti presenti?"),
+               vb::YesNo | vb::Question)
+        != vb::Yes)
+        return;
+    m_inCorso = true;
+    m_cmdOK->setEnabled(false);
+    m_cmdCancel->setEnabled(false);
+    QApplication::setOverrideCursor(Qt::BusyCursor);
+    m_ultimoDisegno.invalidate();
+    const bool fatto =
+        generaBarCode([this](int n, int totale, const QString& descrizione) { avanzamento(n, totale, descrizione); });
+    QApplication::restoreOverrideCursor();
+    // Clicks held back during the run reach the buttons while they are
+    // still off, so none of them starts a second run.
+    QCoreApplication::processEvents();
+    m_inCorso = false;
+    m_cmdOK->setEnabled(true);
+    m_cmdCancel->setEnabled(true);
+    // Done, the last product stays in view with the full bar; undone, the
+    // screen is ready again.
+    if (!fatto)
+        pronto();
+}
+
+void frmGeneraBarCodeIntoProdotti::avanzamento(int n, int totale, const QString& descrizione)
+{
+    // Every product would redraw the screen thousands of times a second:
+    // it is brought up to date a few times a second, and at the end.
+    if (n > 1 && n < totale && m_ultimoDisegno.isValid() && m_ultimoDisegno.elapsed() < kIntervalloDisegnoMs)
+        return;
+    m_ultimoDisegno.start();
+    m_pgbMain->setValue(totale > 0 ? int(std::min<qint64>(100, qint64(n) * 100 / totale)) : 0);
+    m_lblInfo->setText(testoAvanzamentoBarCode(n, totale, descrizione));
+    // The window draws itself and answers the window system; what the user
+    // types or clicks waits until the run is over, as the transaction is
+    // open on the one connection that every screen shares.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void frmGeneraBarCodeIntoProdotti::closeEvent(QCloseEvent* event)
+{
+    if (m_inCorso)
+        event->ignore();
+    else
+        QWidget::closeEvent(event);
+}

@@ -1,0 +1,38 @@
+#pragma once
+// Genera Codici a Barre: writes into every product the barcode-font text of
+// its barcode, after a question. While it runs the button is off, lblInfo
+// names the product at hand and pgbMain follows the products done; the
+// window keeps drawing itself, takes no input and does not close until the
+// run is over.
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+class frmGeneraBarCodeIntoProdotti : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmGeneraBarCodeIntoProdotti(QWidget* parent = nullptr);
+
+    void cmdOk_Click();
+    bool inCorso() const { return m_inCorso; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void avanzamento(int n, int totale, const QString& descrizione);
+    void pronto();
+
+    QPushButton* m_cmdOK;
+    QPushButton* m_cmdCancel;
+    QProgressBar* m_pgbMain;
+    QLabel* m_lblInfo;
+    bool m_inCorso = false;
+    QElapsedTimer m_ultimoDisegno; // since the screen was last brought up to date
+};
