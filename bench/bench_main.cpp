@@ -1,7 +1,7 @@
 // Benchmark: the operations users wait for, on each back end, against their
 // floor: the same final statements replayed through the bare driver.
 //
-//   orvantis_bench [--rows N] [--runs K] [--mysql "Server=..;Port=..;Uid=..;Pwd="]
+//   orvantis_bench [--rows N] [--runs K] [--mysql "Server=..;Port=..;Uid=..;Pwd="] [--only GROUP]
 //
 // Without --mysql the server named by ORVANTIS_TEST_MYSQL is used, if any.
 //
@@ -14,6 +14,7 @@
 // time.
 #include "accounting/primanota.h"
 #include "accounting/scadenze.h"
+#include "common/apphome.h"
 #include "common/italiantext.h"
 #include "common/msgbox.h"
 #include "core/optionstore.h"
@@ -31,6 +32,9 @@
 #include "documents/salvadocumento.h"
 #include "lookups/lookuptable.h"
 #include "masterdata/prodotto.h"
+#include "printing/cartellareport.h"
+#include "printing/creport.h"
+#include "printing/stampadb.h"
 #include "numbering/numeratore.h"
 #include "pricing/prezzi.h"
 #include "screens/services/ricercasql.h"
@@ -38,6 +42,7 @@
 #include "stock/ricalcologiacenze.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QSqlQuery>
@@ -562,7 +567,7 @@ int keyOf(const QString& table, const QString& code)
 
 // A sales invoice of 1,000 rows over the catalogue, five of them kits of three
 // components each; its key.
-int storeDocument()
+int storeDocument(int righe = 1000, int numero = 901)
 {
     cAdoSqlServer& db = gAdoSqlServer();
     const QString kit = gOptions().distintaBase;
@@ -573,18 +578,26 @@ int storeDocument()
         db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM DettagliMovimento"), kTag).toInt() + 1;
     const int rid = db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM Movimenti"), kTag).toInt() + 1;
     db.beginTrasaction(kTag);
-    for (int k = 1; k <= 5; ++k)
+    const bool kitPresenti =
+        db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ") + sqlText(kit + QStringLiteral("KIT%")), kTag)
+            .toInt()
+        > 0;
+    for (int k = 1; k <= 5 && !kitPresenti; ++k)
         run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, FK_UNITAMISURA, FK_Iva) VALUES (%1, %2, %3, %4)")
                 .arg(sqlText(kit + QStringLiteral("KIT%1").arg(k)),
                      sqlText(QStringLiteral("Kit di montaggio %1").arg(k)))
                 .arg(pezzi)
                 .arg(iva22));
-    run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, TIPO, FK_PAGAMENTO, SCONTO) VALUES (99002, ")
-        + sqlText(QStringLiteral("Ferramenta dell'Adige")) + QStringLiteral(", ") + sqlText(QStringLiteral("C"))
-        + QStringLiteral(", ") + QString::number(keyOf(QStringLiteral("Pagamenti"), QStringLiteral("RD")))
-        + QStringLiteral(", 0)"));
+    if (db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Anagrafiche WHERE NUMERO = 99002"), kTag).toInt() == 0)
+        run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, INDIRIZZO, CITTA, PIVA, TIPO, FK_PAGAMENTO, "
+                           "SCONTO) VALUES (99002, ")
+            + sqlText(QStringLiteral("Ferramenta dell'Adige")) + QStringLiteral(", ")
+            + sqlText(QStringLiteral("Via Roma 1")) + QStringLiteral(", ") + sqlText(QStringLiteral("Verona"))
+            + QStringLiteral(", ") + sqlText(QStringLiteral("01234567897")) + QStringLiteral(", ")
+            + sqlText(QStringLiteral("C")) + QStringLiteral(", ")
+            + QString::number(keyOf(QStringLiteral("Pagamenti"), QStringLiteral("RD"))) + QStringLiteral(", 0)"));
     run(QStringLiteral("INSERT INTO Movimenti (RID, PROGRESSIVO, ANNO, DATA, FK_TIPODOCUMENTO, FK_ORIGINE, "
-                       "FK_CONTROPARTITA, FK_PAGAMENTO, RIFERIMENTI, RDA1, RDA2, USAPREZZIIVA) VALUES (%1, 901, 2026, "
+                       "FK_CONTROPARTITA, FK_PAGAMENTO, RIFERIMENTI, RDA1, RDA2, USAPREZZIIVA) VALUES (%1, %8, 2026, "
                        "%2, %3, %4, %5, %6, %7, 0, 0, 0)")
             .arg(rid)
             .arg(db.getSQLDate(QDate(2026, 3, 2)))
@@ -592,15 +605,16 @@ int storeDocument()
             .arg(keyOf(QStringLiteral("Magazzini"), QStringLiteral("SEDE")))
             .arg(db.getValueBySQL(QStringLiteral("SELECT RID FROM Anagrafiche WHERE NUMERO = 99002"), kTag).toInt())
             .arg(keyOf(QStringLiteral("Pagamenti"), QStringLiteral("RD")))
-            .arg(sqlText(QStringLiteral("ordine 12/2026"))));
+            .arg(sqlText(QStringLiteral("ordine 12/2026")))
+            .arg(numero));
     const cReader kits(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Prodotti WHERE CODICE LIKE ")
                            + sqlText(kit + QStringLiteral("KIT%")) + QStringLiteral(" ORDER BY RID"),
                        kTag);
     const cReader products(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Prodotti WHERE CODICE LIKE ")
-                               + sqlText(QStringLiteral("C%")) + QStringLiteral(" ORDER BY RID LIMIT 1000"),
+                               + sqlText(QStringLiteral("C%")) + QStringLiteral(" ORDER BY RID LIMIT ") + QString::number(righe),
                            kTag);
     int parent = 0;
-    for (int i = 0; i < 1000; ++i) {
+    for (int i = 0; i < righe; ++i) {
         // Every 200 rows a kit, its three components after it at their prices.
         const bool isKit = i % 200 == 100;
         const cReader& p = isKit ? kits : products;
@@ -752,6 +766,68 @@ void benchSalvataggio(const Backend& b, int runs)
           QStringLiteral("[%1 of %2 saved]").arg(salvati).arg(runs + 1));
 }
 
+// Printing a stored invoice of 700 rows, about 20 pages: its print
+// database written from the live one, then the invoice template laid out
+// and written as PDF, which reads no live data.
+void benchStampa(const Backend& b, int runs)
+{
+    QTemporaryDir cartella;
+    setProgramFolder(cartella.path());
+    gSession().strReportPath = cartella.filePath(QStringLiteral("Reports"));
+    installaModelliReport(gSession().strReportPath);
+    loadOptionGlobals();
+    // The catalogue the invoice's rows come from, when no earlier scenario made it.
+    const int catalogo = gAdoSqlServer()
+                             .getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ")
+                                                + sqlText(QStringLiteral("C%")),
+                                            kTag)
+                             .toInt();
+    if (catalogo < 700) {
+        gAdoSqlServer().beginTrasaction(kTag);
+        for (int i = catalogo; i < 700; ++i)
+            run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE) VALUES (%1, %2)")
+                    .arg(sqlText(QStringLiteral("C%1").arg(i, 7, 10, QLatin1Char('0'))),
+                         sqlText(QStringLiteral("Articolo di catalogo %1 in confezione da banco").arg(i))));
+        gAdoSqlServer().commitTrasaction(kTag);
+    }
+    const int rid = storeDocument(700, 902);
+    const QString filtro = QStringLiteral("M.RID = ") + QString::number(rid);
+    bool sopra = false;
+    long extra = 0;
+    bool scritto = false;
+    const Measure m = measure(
+        b, runs, [&] { scritto = creaStampaDB(filtro, sopra, extra); }, [] {});
+    print(b, QStringLiteral("print database of a 700-row invoice"), m, scritto ? QString() : QStringLiteral("[failed]"));
+
+    const QString pdf = cartella.filePath(QStringLiteral("fattura.pdf"));
+    QList<double> times;
+    int pagine = 0;
+    QString errore;
+    for (int i = 0; i <= runs; ++i) {
+        const double t = timeMs([&] {
+            cReport r;
+            r.setReportFileName(QDir(gSession().strReportPath).filePath(QStringLiteral("Fattura.rpt")));
+            r.setConnect(connessioneStampaDB());
+            r.setSelectionFormula(QStringLiteral("{Movimenti.RID}=") + QString::number(rid));
+            r.setDestination(cReport::Stampante);
+            r.setPrinterName(stampantePdf());
+            r.setPrintFileName(pdf);
+            report::RenderedReport pages;
+            if (!r.run(&pages))
+                errore = r.error();
+            pagine = pages.pageCount();
+        });
+        if (i > 0) // the first run loads the fonts
+            times.append(t);
+    }
+    out << b.name.leftJustified(8) << ' '
+        << QStringLiteral("rendering the invoice, %1 pages, to PDF").arg(pagine).leftJustified(52) << " system "
+        << QString::number(median(times), 'f', 1).rightJustified(8) << " ms  (print database only)"
+        << (errore.isEmpty() ? QString() : QStringLiteral("  [") + errore + QLatin1Char(']')) << '\n';
+    out.flush();
+    setProgramFolder(QString());
+}
+
 // Stock recalculation over a stored history of `righe` document rows (20
 // rows a document: loads, sales, transfers between two warehouses, each row
 // at one of three cost lots of its product), the standard way for every
@@ -895,6 +971,7 @@ int main(int argc, char* argv[])
     int rows = 5000;
     int runs = 5;
     QString mysql = qEnvironmentVariable("ORVANTIS_TEST_MYSQL");
+    QString only; // one scenario group: insert, lookups, ..., document, save, print, recalculation
     const QStringList args = app.arguments();
     for (qsizetype i = 1; i + 1 < args.size(); ++i) {
         if (args.at(i) == QLatin1String("--rows"))
@@ -903,6 +980,8 @@ int main(int argc, char* argv[])
             runs = args.at(++i).toInt();
         else if (args.at(i) == QLatin1String("--mysql"))
             mysql = args.at(++i);
+        else if (args.at(i) == QLatin1String("--only"))
+            only = args.at(++i);
     }
 
     QTemporaryDir dir;
@@ -929,17 +1008,31 @@ int main(int argc, char* argv[])
         }
         gAdoSqlServer().setTipoServer(b.tipo);
         gSession().strConnessione = b.connection;
-        benchInsert(b, rows, runs);
-        benchLookups(b, qMin(rows, 2000), runs);
-        benchNumbering(b, qMin(rows, 1000), runs);
-        benchJournal(b, qMin(rows, 1000), runs, 20000);
-        benchDueDates(b, qMin(rows, 1000), runs);
-        benchStock(b, qMin(rows, 1000), runs);
-        benchPricing(b, qMin(rows, 500), runs);
-        benchProductSearch(b, 100000, runs);
-        benchDocument(b, runs);
-        benchSalvataggio(b, runs);
-        benchRicalcolo(b, 1000000, qMin(runs, 3));
+        const auto want = [&](const char* name) { return only.isEmpty() || only == QLatin1String(name); };
+        if (want("insert"))
+            benchInsert(b, rows, runs);
+        if (want("lookups"))
+            benchLookups(b, qMin(rows, 2000), runs);
+        if (want("numbering"))
+            benchNumbering(b, qMin(rows, 1000), runs);
+        if (want("journal"))
+            benchJournal(b, qMin(rows, 1000), runs, 20000);
+        if (want("duedates"))
+            benchDueDates(b, qMin(rows, 1000), runs);
+        if (want("stock"))
+            benchStock(b, qMin(rows, 1000), runs);
+        if (want("pricing"))
+            benchPricing(b, qMin(rows, 500), runs);
+        if (want("search"))
+            benchProductSearch(b, 100000, runs);
+        if (want("document"))
+            benchDocument(b, runs);
+        if (want("save"))
+            benchSalvataggio(b, runs);
+        if (want("print"))
+            benchStampa(b, runs);
+        if (want("recalculation"))
+            benchRicalcolo(b, 1000000, qMin(runs, 3));
         if (b.tipo == TipoServer::MySql)
             dropServerDatabase(mysql);
         out.flush();

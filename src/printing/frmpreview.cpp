@@ -79,7 +79,6 @@ frmPreview::frmPreview(QWidget* parent)
 {
     setObjectName(QStringLiteral("frmPreview"));
     setWindowTitle(kInCorso);
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("document-print-preview")));
 
     for (int i = 0; i < NumeroComandi; ++i) {
         const Pulsante& p = kPulsanti[i];

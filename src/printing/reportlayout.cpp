@@ -308,17 +308,6 @@ void Layout::addText(Band& band, const ReportDefinition& def, const ReportObject
     band.height = qMax(band.height, item.rect.bottom());
 }
 
-namespace {
-
-// A picture with an alpha channel goes into a PDF as it is; one without may
-// be stored as JPEG, whose noise shows around a letterhead's lettering.
-QImage forStore(const QImage& image)
-{
-    return image.isNull() || image.hasAlphaChannel() ? image : image.convertToFormat(QImage::Format_ARGB32);
-}
-
-} // namespace
-
 QImage Layout::picture(const ReportObject& object, const Scope& scope)
 {
     if (object.pictureFile) {
@@ -326,7 +315,7 @@ QImage Layout::picture(const ReportObject& object, const Scope& scope)
         auto it = m_pictures.constFind(path);
         if (it != m_pictures.cend())
             return *it;
-        const QImage image = forStore(QImage(path));
+        const QImage image = QImage(path);
         m_pictures.insert(path, image);
         return image;
     }
@@ -337,7 +326,7 @@ QImage Layout::picture(const ReportObject& object, const Scope& scope)
         auto it = m_pictures.constFind(key);
         if (it != m_pictures.cend())
             return *it;
-        const QImage image = forStore(QImage::fromData(bytes));
+        const QImage image = QImage::fromData(bytes);
         m_pictures.insert(key, image);
         return image;
     }
@@ -346,7 +335,7 @@ QImage Layout::picture(const ReportObject& object, const Scope& scope)
         return QImage();
     const QString full = QDir(m_input.pictureFolder).filePath(path);
     if (!m_pictures.contains(full))
-        m_pictures.insert(full, forStore(QImage(full)));
+        m_pictures.insert(full, QImage(full));
     return m_pictures.value(full);
 }
 

@@ -26,6 +26,8 @@ void paintPage(QPainter& painter, const RenderedReport& report, int index, doubl
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setRenderHint(QPainter::TextAntialiasing, true);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+    // Pictures go into a PDF without JPEG's noise around a letterhead's lettering.
+    painter.setRenderHint(QPainter::LosslessImageRendering, true);
     for (const PageItem& item : report.pages.at(index).items) {
         switch (item.kind) {
         case PageItem::Kind::Text: {

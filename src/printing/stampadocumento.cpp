@@ -4,35 +4,23 @@
 #include "common/errorlog.h"
 #include "common/italiantext.h"
 #include "core/optionstore.h"
-#include "core/serversettings.h"
 #include "data/scoped.h"
 #include "data/session.h"
 #include "data/sqlliteral.h"
 #include "documents/documento.h"
+#include "masterdata/stampantidocumenti.h"
 #include "printing/creport.h"
 #include "printing/stampadb.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 
 namespace {
 
 const QString kModulo = QStringLiteral("modStampa");
 
 QString tag(const char* procedure) { return kModulo + QLatin1Char('.') + QLatin1String(procedure); }
-
-// The printer of a document type on this workstation: the key that the
-// document type screen writes (section "StampantiDocumenti", the type's code
-// as key). Read here through the settings themselves, since the printing
-// engine stands below the master data.
-QString stampanteTipo(const QString& codiceTipo)
-{
-    if (codiceTipo.isEmpty())
-        return QString();
-    return machineSettings().value(QStringLiteral("StampantiDocumenti/") + codiceTipo).toString();
-}
 
 // What the document and its type say about its print.
 struct DatiDocumento
@@ -106,7 +94,7 @@ QString prepara(int rid, const QString& modello, StampaDocumento& s, QString* de
     s.selezione = QStringLiteral("{Movimenti.RID}=") + chiave;
     s.titolo = QStringLiteral("Stampa ") + d.descrizioneTipo + QLatin1Char(' ') + d.codiceTipo;
     s.connessione = connessioneStampaDB();
-    s.stampante = stampanteTipo(d.codiceTipo);
+    s.stampante = getStampanteDocumento(d.codiceTipo);
 
     bool sopra = false;
     long extraProg = 0;

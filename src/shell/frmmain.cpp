@@ -302,6 +302,9 @@ QWidget* frmMain::showScreenForPicture(const QString& nameAndArgument)
     if (dialog) {
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         dialog->show();
+    } else if (QMdiSubWindow* opened = m_mdiMain->activeSubWindow()) {
+        // An entry that opens a child window of its own, as a print opens its preview.
+        return opened->widget();
     }
     return dialog;
 }

@@ -13,6 +13,10 @@
 #include "documents/documentscreens.h"
 #include "masterdata/frmopzioni.h"
 #include "masterdata/masterdatascreens.h"
+#include "printing/anteprima.h"
+#include "printing/barcodescreens.h"
+#include "printing/cartellareport.h"
+#include "printing/printscreens.h"
 #include "screens/framework/crecordscreen.h"
 #include "screens/framework/frameworkscreens.h"
 #include "shell/frmcambiapw.h"
@@ -158,13 +162,14 @@ QList<std::pair<QString, QString>> menuItems()
         "mnuPNota "
         "mnuEstrattoClienti "
         "mnuEstrattoFornitore mnuEstrattoGenerico mnuEstrattoTotale mnuRiepilogoScadenze mnuRiepilogoMovimenti "
-        "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti mnuStampaFornitori "
-        "mnuStampaProdotti mnuEsportaClienti mnuEsportaFornitori mnuSellOut mnuDocWizard mnuStampaBarCode "
+        "mnuGiacenze mnuStoricoProdotto mnuCategoriaValoreMagazzino mnuStampaClienti=frmPreview "
+        "mnuStampaFornitori=frmPreview mnuStampaProdotti=frmPreview mnuEsportaClienti mnuEsportaFornitori mnuSellOut "
+        "mnuDocWizard mnuStampaBarCode=frmStampaBarCode "
         "mnuVariazionePrezziProdotti mnuImportaListini mnuImportaProdotti mnuRicalcoloGiacenze=frmRicalcoloGiacenze "
         "mnuDatiDimostrativi "
         "mnuComputerList "
         "mnuDBCompact mnuDBBackup mnuRpristinaBackup mnuUpdateDB mnuQuery mnuPatch1_9_21 mnuRipristinaCampiDB "
-        "mnuGeneraBarCode mnuCheckUpgrade"_s;
+        "mnuGeneraBarCode=frmGeneraBarCodeIntoProdotti mnuCheckUpgrade"_s;
     for (const QString& entry : table.split(u' '))
         items.append({entry.section(u'=', 0, 0), entry.section(u'=', 1)});
     for (int i = 4; i <= 12; ++i)
@@ -196,6 +201,9 @@ private Q_SLOTS:
         registerMasterdataScreens();
         registerDocumentScreens();
         registerStockScreens();
+        registerPrintScreens();
+        registerPreviewScreens();
+        registerBarcodeScreens();
         registerFrameworkScreens();
     }
 
@@ -497,6 +505,12 @@ private Q_SLOTS:
             QCOMPARE(missing, QStringList());
             return;
         }
+        // The list prints read the shipped templates of the report folder.
+        if (outcome == "frmPreview"_L1) {
+            if (gSession().strReportPath.isEmpty())
+                gSession().strReportPath = programFile(u"AccessReports"_s);
+            QVERIFY(installaModelliReport(gSession().strReportPath) >= 0);
+        }
         ScriptedDialogs script;
         if (outcome.startsWith("dialog:"_L1))
             script.expectDialog(outcome.mid(7), {});
@@ -536,7 +550,8 @@ private Q_SLOTS:
         columns<QString, int>("screen", "points"); // points: 0 for the usual font
         for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni",
                                  "frmAnagrafica", "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti",
-                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase", "frmRicalcoloGiacenze"})
+                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase", "frmRicalcoloGiacenze",
+                                 "frmStampaBarCode", "frmGeneraBarCodeIntoProdotti"})
             for (const int points : {0, 12})
                 QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString(name) << points;
     }

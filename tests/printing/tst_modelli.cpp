@@ -11,13 +11,17 @@
 #include "demo/datidimostrativi.h"
 #include "masterdata/anagrafica.h"
 #include "printing/cartellareport.h"
+#include "printing/codiciabarre.h"
 #include "printing/creport.h"
 #include "printing/stampadb.h"
 #include "support/testdb.h"
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QProcess>
 #include <QSqlDatabase>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QSqlQuery>
 #include <QtTest>
 
@@ -200,31 +204,70 @@ private Q_SLOTS:
         }
     }
 
-    // The invoice holds the firm's footer, the customer, every row, the VAT
-    // summary by rate and the total, to the cent, as the document stores them.
+    // The invoice, as a PDF reader sees it, holds the firm's footer, the
+    // customer, every row, the VAT summary by rate and the total, to the
+    // cent, as the document stores them.
     void fattura()
     {
+        const QString pdftotext = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
+        if (pdftotext.isEmpty())
+            QSKIP("pdftotext is not installed");
         const int rid = number(QStringLiteral("SELECT MAX(M.RID) FROM Movimenti M INNER JOIN TipoDocumenti TD ON "
                                               "TD.RID = M.FK_TIPODOCUMENTO WHERE TD.CODICE = ¤FV¤"));
         QVERIFY(rid > 0);
         bool sopra = false;
         long extra = 0;
         QVERIFY(creaStampaDB(QStringLiteral("M.RID = %1").arg(rid), sopra, extra));
-        const QString testo =
-            report::pagesText(stampa(QStringLiteral("Fattura.rpt"), QStringLiteral("{Movimenti.RID}=%1").arg(rid),
-                                     connessioneStampaDB()));
-        const QVariantList m = rows(QStringLiteral("SELECT DESCCONTROPARTITA, TOTDOCUMENTO, TOTIMPONIBILE, TOTIMPOSTA, "
-                                                   "PROGRESSIVO FROM Movimenti WHERE RID = %1")
+        const report::RenderedReport pages = stampa(QStringLiteral("Fattura.rpt"),
+                                                    QStringLiteral("{Movimenti.RID}=%1").arg(rid), connessioneStampaDB());
+        QTemporaryDir dir;
+        const QString pdf = dir.filePath(QStringLiteral("fattura.pdf"));
+        QVERIFY(report::writePdf(pages, pdf));
+        QProcess p;
+        p.start(pdftotext, {QStringLiteral("-layout"), pdf, QStringLiteral("-")});
+        QVERIFY(p.waitForFinished(30000));
+        const QString testo = QString::fromUtf8(p.readAllStandardOutput());
+        const QStringList linee = testo.split(QLatin1Char('\n'));
+        // A line that holds these texts, left to right.
+        const auto linea = [&](const QStringList& parti) {
+            for (const QString& l : linee) {
+                qsizetype da = 0;
+                bool tutte = true;
+                for (const QString& parte : parti) {
+                    da = l.indexOf(parte, da);
+                    if (da < 0) {
+                        tutte = false;
+                        break;
+                    }
+                    da += parte.size();
+                }
+                if (tutte)
+                    return true;
+            }
+            return false;
+        };
+        const QVariantList m = rows(QStringLiteral("SELECT DESCCONTROPARTITA, TOTDOCUMENTO, TOTIMPONIBILE, TOTIMPOSTA "
+                                                   "FROM Movimenti WHERE RID = %1")
                                         .arg(rid))
                                    .first();
-        QVERIFY(testo.contains(m.at(0).toString()));
+        QVERIFY2(testo.contains(m.at(0).toString()), qPrintable(testo));
         QVERIFY(testo.contains(QStringLiteral("FATTURA")));
-        QVERIFY2(testo.contains(QStringLiteral("€ ") + formattaImporto(m.at(1).toDouble(), 2)), qPrintable(testo));
-        QVERIFY(testo.contains(formattaImporto(m.at(2).toDouble(), 2)));
-        QVERIFY(testo.contains(formattaImporto(m.at(3).toDouble(), 2)));
+        QVERIFY2(linea({QStringLiteral("TOTALE DOCUMENTO"), QStringLiteral("€ ") + formattaImporto(m.at(1).toDouble(), 2)}),
+                 qPrintable(testo));
+        QVERIFY(linea({QStringLiteral("Totale imponibile"), formattaImporto(m.at(2).toDouble(), 2)}));
+        QVERIFY(linea({QStringLiteral("Totale IVA"), formattaImporto(m.at(3).toDouble(), 2)}));
         const QString piede = text(QStringLiteral("SELECT VALORE FROM Opzioni WHERE NOME = ¤PiePagina¤"));
         QVERIFY(!piede.isEmpty());
-        QVERIFY(testo.contains(piede.left(40)));
+        QVERIFY(testo.simplified().contains(piede.left(40).simplified()));
+        // Each row: code, description, quantity and amount on its line.
+        for (const QVariantList& r : rows(QStringLiteral("SELECT CODPRODOTTO, DESCPRODOTTO, QUANTITA, TotPrezzoNetto "
+                                                         "FROM DettagliMovimento WHERE FK_MOVIMENTO = %1")
+                                              .arg(rid))) {
+            QStringList parti{r.at(0).toString(), r.at(1).toString().left(25), QString::number(qRound(r.at(2).toDouble()))};
+            if (r.at(3).toDouble() != 0)
+                parti << formattaImporto(r.at(3).toDouble(), 2);
+            QVERIFY2(linea(parti), qPrintable(parti.join(QLatin1String(" | "))));
+        }
         // One line a rate: code, description, taxable, tax; the tax of a rate
         // worked as the document's totals work it, from the taxable amounts.
         const QList<QVariantList> aliquote =
@@ -233,32 +276,23 @@ private Q_SLOTS:
                                 "WHERE FK_MOVIMENTO = %1 AND CODIVA <> ¤¤ GROUP BY CODIVA")
                      .arg(rid));
         QVERIFY(!aliquote.isEmpty());
-        for (const QVariantList& a : aliquote) {
-            const QString riga = a.at(0).toString() + QLatin1Char('\n');
-            QVERIFY2(testo.contains(riga), qPrintable(a.at(0).toString()));
-            const QString dopo = testo.mid(testo.lastIndexOf(riga));
-            QVERIFY2(dopo.contains(formattaImporto(a.at(1).toDouble(), 2))
-                         && dopo.contains(formattaImporto(a.at(2).toDouble(), 2)),
-                     qPrintable(dopo.left(200)));
-        }
+        for (const QVariantList& a : aliquote)
+            QVERIFY2(linea({a.at(0).toString(), QStringLiteral("IVA"), formattaImporto(a.at(1).toDouble(), 2),
+                            formattaImporto(a.at(2).toDouble(), 2)}),
+                     qPrintable(a.at(0).toString()));
     }
 
-    // Labels: three a row, the bars drawn, eight rows a page.
+    // Labels of the firm's products, as the label screen fills them: three a
+    // row, eight rows a page, the bars drawn, the price.
     void etichette()
     {
+        const std::optional<QList<ProdottoEtichetta>> prodotti = cercaProdottiEtichette(FiltriEtichette());
+        QVERIFY(prodotti && prodotti->size() >= 9);
+        ElencoEtichette elenco;
+        for (int i = 0; i < 9; ++i)
+            elenco.aggiungi(prodotti->at(i), i < 3 ? 5 : 2); // 27 labels
         QVERIFY(creaStampaDBVuoto());
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("etichette"));
-            db.setDatabaseName(percorsoStampaDB());
-            QVERIFY(db.open());
-            QSqlQuery q(db);
-            for (int i = 1; i <= 27; ++i)
-                QVERIFY(q.exec(QStringLiteral("INSERT INTO BARCODE VALUES (%1, '8A%2*abcdef+', 'VT%1-Vite a legno', "
-                                              "'Marca', 12.5)")
-                                   .arg(i)
-                                   .arg(QStringLiteral("BCDEF"))));
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("etichette"));
+        QVERIFY(fillBorcodesToPrint(elenco));
         const report::RenderedReport pages = stampa(QStringLiteral("BarCode.rpt"), QString(), connessioneStampaDB());
         QCOMPARE(pages.pageCount(), 2);
         int codici = 0;
@@ -268,6 +302,9 @@ private Q_SLOTS:
                 QVERIFY(item.bars.size() > 20);
             }
         QCOMPARE(codici, 24);
+        const QString testo = report::pagesText(pages);
+        QVERIFY(testo.contains(prodotti->first().codice));
+        QVERIFY(testo.contains(QStringLiteral("€ ")));
         const QStringList faults = fuoriPosto(pages);
         QVERIFY2(faults.isEmpty(), qPrintable(faults.mid(0, 8).join(QLatin1Char('\n'))));
     }
