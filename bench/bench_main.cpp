@@ -32,18 +32,18 @@
 #include "documents/salvadocumento.h"
 #include "lookups/lookuptable.h"
 #include "masterdata/prodotto.h"
+#include "numbering/numeratore.h"
+#include "pricing/prezzi.h"
 #include "printing/cartellareport.h"
 #include "printing/creport.h"
 #include "printing/stampadb.h"
-#include "numbering/numeratore.h"
-#include "pricing/prezzi.h"
 #include "screens/services/ricercasql.h"
 #include "stock/giacenze.h"
 #include "stock/ricalcologiacenze.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QDateTime>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -578,9 +578,10 @@ int storeDocument(int righe = 1000, int numero = 901)
         db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM DettagliMovimento"), kTag).toInt() + 1;
     const int rid = db.getValueBySQL(QStringLiteral("SELECT COALESCE(MAX(RID), 0) FROM Movimenti"), kTag).toInt() + 1;
     db.beginTrasaction(kTag);
-    const bool kitPresenti =
-        db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ") + sqlText(kit + QStringLiteral("KIT%")), kTag)
-            .toInt()
+    const bool kitPresenti = db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ")
+                                                  + sqlText(kit + QStringLiteral("KIT%")),
+                                              kTag)
+                                 .toInt()
         > 0;
     for (int k = 1; k <= 5 && !kitPresenti; ++k)
         run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE, FK_UNITAMISURA, FK_Iva) VALUES (%1, %2, %3, %4)")
@@ -589,8 +590,9 @@ int storeDocument(int righe = 1000, int numero = 901)
                 .arg(pezzi)
                 .arg(iva22));
     if (db.getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Anagrafiche WHERE NUMERO = 99002"), kTag).toInt() == 0)
-        run(QStringLiteral("INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, INDIRIZZO, CITTA, PIVA, TIPO, FK_PAGAMENTO, "
-                           "SCONTO) VALUES (99002, ")
+        run(QStringLiteral(
+                "INSERT INTO Anagrafiche (NUMERO, DENOMINAZIONE, INDIRIZZO, CITTA, PIVA, TIPO, FK_PAGAMENTO, "
+                "SCONTO) VALUES (99002, ")
             + sqlText(QStringLiteral("Ferramenta dell'Adige")) + QStringLiteral(", ")
             + sqlText(QStringLiteral("Via Roma 1")) + QStringLiteral(", ") + sqlText(QStringLiteral("Verona"))
             + QStringLiteral(", ") + sqlText(QStringLiteral("01234567897")) + QStringLiteral(", ")
@@ -611,7 +613,8 @@ int storeDocument(int righe = 1000, int numero = 901)
                            + sqlText(kit + QStringLiteral("KIT%")) + QStringLiteral(" ORDER BY RID"),
                        kTag);
     const cReader products(QStringLiteral("SELECT RID, CODICE, DESCRIZIONE FROM Prodotti WHERE CODICE LIKE ")
-                               + sqlText(QStringLiteral("C%")) + QStringLiteral(" ORDER BY RID LIMIT ") + QString::number(righe),
+                               + sqlText(QStringLiteral("C%")) + QStringLiteral(" ORDER BY RID LIMIT ")
+                               + QString::number(righe),
                            kTag);
     int parent = 0;
     for (int i = 0; i < righe; ++i) {
@@ -797,7 +800,8 @@ void benchStampa(const Backend& b, int runs)
     bool scritto = false;
     const Measure m = measure(
         b, runs, [&] { scritto = creaStampaDB(filtro, sopra, extra); }, [] {});
-    print(b, QStringLiteral("print database of a 700-row invoice"), m, scritto ? QString() : QStringLiteral("[failed]"));
+    print(b, QStringLiteral("print database of a 700-row invoice"), m,
+          scritto ? QString() : QStringLiteral("[failed]"));
 
     const QString pdf = cartella.filePath(QStringLiteral("fattura.pdf"));
     QList<double> times;

@@ -2,6 +2,7 @@
 
 #include "common/msgbox.h"
 #include "printing/codiciabarre.h"
+#include "screens/framework/chiusura.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -10,7 +11,6 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace {
@@ -56,19 +56,7 @@ frmGeneraBarCodeIntoProdotti::frmGeneraBarCodeIntoProdotti(QWidget* parent)
                     "cmdOK");
     m_cmdOK->setAutoDefault(false);
     connect(m_cmdOK, &QPushButton::clicked, this, &frmGeneraBarCodeIntoProdotti::cmdOk_Click);
-    m_cmdCancel =
-        named(new QPushButton(QIcon::fromTheme(QStringLiteral("window-close")), QStringLiteral("&Chiudi"), this),
-              "cmdCancel");
-    m_cmdCancel->setAutoDefault(false);
-    const auto chiudi = [this] {
-        if (parentWidget() && parentWidget()->inherits("QMdiSubWindow"))
-            parentWidget()->close();
-        else
-            close();
-    };
-    connect(m_cmdCancel, &QPushButton::clicked, this, chiudi);
-    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    connect(escape, &QShortcut::activated, this, chiudi);
+    m_cmdCancel = pulsanteChiudi(this);
     auto* pulsanti = new QHBoxLayout;
     pulsanti->addStretch(1);
     pulsanti->addWidget(m_cmdOK);

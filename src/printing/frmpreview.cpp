@@ -3,6 +3,7 @@
 #include "core/dialogservice.h"
 #include "printing/creport.h"
 #include "printing/frmsceltastampante.h"
+#include "screens/framework/chiusura.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -449,21 +450,11 @@ QString frmPreview::fileProposto(const QString& estensione) const
 
 void frmPreview::esporta()
 {
-    QString file = dialogs::getSaveFileName(this, QStringLiteral("Esporta in CSV - Formato Testo"),
-                                            fileProposto(QStringLiteral("csv")), QStringLiteral("File CSV (*.csv)"));
-    if (file.isEmpty())
-        return;
-    file = conEstensione(file, QStringLiteral("csv"));
-    QPointer<frmPreview> guardia(this);
-    m_inStampa = true;
-    aggiornaComandi();
-    stampaReport(cReport::File, m_anteprima.percorso, m_anteprima.selezione, m_anteprima.formule,
-                 m_anteprima.selezioneInSubreport, m_anteprima.testo, m_anteprima.connessione, m_stampante,
-                 portaStampante(m_stampante), qint16(numeroCopie()), 0, 0, file);
-    if (!guardia)
-        return;
-    m_inStampa = false;
-    aggiornaComandi();
+    const QString file =
+        dialogs::getSaveFileName(this, QStringLiteral("Esporta in CSV - Formato Testo"),
+                                 fileProposto(QStringLiteral("csv")), QStringLiteral("File CSV (*.csv)"));
+    if (!file.isEmpty())
+        esegui(cReport::File, conEstensione(file, QStringLiteral("csv")));
 }
 
 void frmPreview::stampa()
@@ -477,10 +468,15 @@ void frmPreview::stampa()
             return;
         file = conEstensione(file, QStringLiteral("pdf"));
     }
+    esegui(cReport::Stampante, file);
+}
+
+void frmPreview::esegui(int destinazione, const QString& file)
+{
     QPointer<frmPreview> guardia(this);
     m_inStampa = true;
     aggiornaComandi();
-    stampaReport(cReport::Stampante, m_anteprima.percorso, m_anteprima.selezione, m_anteprima.formule,
+    stampaReport(destinazione, m_anteprima.percorso, m_anteprima.selezione, m_anteprima.formule,
                  m_anteprima.selezioneInSubreport, m_anteprima.testo, m_anteprima.connessione, m_stampante,
                  portaStampante(m_stampante), qint16(numeroCopie()), 0, 0, file);
     if (!guardia)
@@ -489,13 +485,7 @@ void frmPreview::stampa()
     aggiornaComandi();
 }
 
-void frmPreview::chiudi()
-{
-    if (auto* finestra = qobject_cast<QMdiSubWindow*>(parentWidget()))
-        finestra->close();
-    else
-        close();
-}
+void frmPreview::chiudi() { chiudiSchermata(this); }
 
 void frmPreview::closeEvent(QCloseEvent* event)
 {

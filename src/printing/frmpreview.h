@@ -102,6 +102,8 @@ private:
     void imposta();
     void esporta();
     void stampa();
+    // Prints or exports with the remembered values; the commands wait meanwhile.
+    void esegui(int destinazione, const QString& file);
     void chiudi();
     double zoomLarghezzaPagina() const;
     QString fileProposto(const QString& estensione) const;

@@ -6,6 +6,7 @@
 #include "lookups/lookuptable.h"
 #include "printing/anteprima.h"
 #include "printing/stampadb.h"
+#include "screens/framework/chiusura.h"
 #include "screens/framework/clookupfield.h"
 #include "screens/framework/fieldlimits.h"
 
@@ -105,19 +106,13 @@ frmStampaBarCode::frmStampaBarCode(QWidget* parent)
         button->setAutoDefault(false);
         m_comandi.append(button);
     }
-    const auto chiudi = [this] {
-        if (parentWidget() && parentWidget()->inherits("QMdiSubWindow"))
-            parentWidget()->close();
-        else
-            close();
-    };
     connect(m_comandi.at(EseguiRicerca), &QPushButton::clicked, this, &frmStampaBarCode::eseguiRicerca);
     connect(m_comandi.at(NuovaRicerca), &QPushButton::clicked, this, &frmStampaBarCode::nuovaRicerca);
     connect(m_comandi.at(Stampa), &QPushButton::clicked, this, &frmStampaBarCode::cmdStampa_Click);
     connect(m_comandi.at(Aggiungi), &QPushButton::clicked, this, &frmStampaBarCode::addProdotto);
     connect(m_comandi.at(AggiungiTutti), &QPushButton::clicked, this, &frmStampaBarCode::addAllProdotti);
     connect(m_comandi.at(Rimuovi), &QPushButton::clicked, this, &frmStampaBarCode::remProdotto);
-    connect(m_comandi.at(Chiudi), &QPushButton::clicked, this, chiudi);
+    connect(m_comandi.at(Chiudi), &QPushButton::clicked, this, [this] { chiudiSchermata(this); });
 
     // --- the filters
     auto* criteri = named(new QGroupBox(QStringLiteral(" Criteri di ricerca "), this), "fraRicerca");
@@ -216,8 +211,7 @@ frmStampaBarCode::frmStampaBarCode(QWidget* parent)
     layout->addLayout(liste, 1);
     layout->addLayout(pulsanti);
 
-    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    connect(escape, &QShortcut::activated, this, chiudi);
+    escChiudeSchermata(this);
 
     checkTickets();
     resize(860, 560);

@@ -3,6 +3,7 @@
 #include "common/msgbox.h"
 #include "core/optionstore.h"
 #include "lookups/lookuptable.h"
+#include "screens/framework/chiusura.h"
 #include "screens/framework/clookupfield.h"
 #include "screens/framework/fieldlimits.h"
 #include "stock/ricalcologiacenze.h"
@@ -90,19 +91,7 @@ frmRicalcoloGiacenze::frmRicalcoloGiacenze(QWidget* parent)
                     "cmdOK");
     m_cmdOK->setAutoDefault(false);
     connect(m_cmdOK, &QPushButton::clicked, this, &frmRicalcoloGiacenze::cmdOk_Click);
-    m_cmdCancel =
-        named(new QPushButton(QIcon::fromTheme(QStringLiteral("window-close")), QStringLiteral("&Chiudi"), this),
-              "cmdCancel");
-    m_cmdCancel->setAutoDefault(false);
-    const auto chiudi = [this] {
-        if (parentWidget() && parentWidget()->inherits("QMdiSubWindow"))
-            parentWidget()->close();
-        else
-            close();
-    };
-    connect(m_cmdCancel, &QPushButton::clicked, this, chiudi);
-    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    connect(escape, &QShortcut::activated, this, chiudi);
+    m_cmdCancel = pulsanteChiudi(this);
     auto* pulsanti = new QHBoxLayout;
     pulsanti->addStretch(1);
     pulsanti->addWidget(m_cmdOK);

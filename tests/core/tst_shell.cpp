@@ -548,10 +548,10 @@ private Q_SLOTS:
     void smallestWindows_data()
     {
         columns<QString, int>("screen", "points"); // points: 0 for the usual font
-        for (const char* name : {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni",
-                                 "frmAnagrafica", "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti",
-                                 "frmRangeSconti", "frmMovimento", "frmDistintaBase", "frmRicalcoloGiacenze",
-                                 "frmStampaBarCode", "frmGeneraBarCodeIntoProdotti"})
+        for (const char* name :
+             {"frmCausali", "frmTipoDocumento", "frmIva", "frmPianoConti", "frmBanche", "frmOpzioni", "frmAnagrafica",
+              "frmProdotto", "frmPagamenti", "frmRubrica", "frmCategoriaSconti", "frmRangeSconti", "frmMovimento",
+              "frmDistintaBase", "frmRicalcoloGiacenze", "frmStampaBarCode", "frmGeneraBarCodeIntoProdotti"})
             for (const int points : {0, 12})
                 QTest::addRow("%s, %s", name, points ? "large font" : "usual font") << QString(name) << points;
     }

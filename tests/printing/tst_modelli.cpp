@@ -20,9 +20,9 @@
 #include <QImage>
 #include <QProcess>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QSqlQuery>
 #include <QtTest>
 
 using namespace testdb;
@@ -218,8 +218,8 @@ private Q_SLOTS:
         bool sopra = false;
         long extra = 0;
         QVERIFY(creaStampaDB(QStringLiteral("M.RID = %1").arg(rid), sopra, extra));
-        const report::RenderedReport pages = stampa(QStringLiteral("Fattura.rpt"),
-                                                    QStringLiteral("{Movimenti.RID}=%1").arg(rid), connessioneStampaDB());
+        const report::RenderedReport pages =
+            stampa(QStringLiteral("Fattura.rpt"), QStringLiteral("{Movimenti.RID}=%1").arg(rid), connessioneStampaDB());
         QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("fattura.pdf"));
         QVERIFY(report::writePdf(pages, pdf));
@@ -252,7 +252,8 @@ private Q_SLOTS:
                                    .first();
         QVERIFY2(testo.contains(m.at(0).toString()), qPrintable(testo));
         QVERIFY(testo.contains(QStringLiteral("FATTURA")));
-        QVERIFY2(linea({QStringLiteral("TOTALE DOCUMENTO"), QStringLiteral("€ ") + formattaImporto(m.at(1).toDouble(), 2)}),
+        QVERIFY2(linea({QStringLiteral("TOTALE DOCUMENTO"),
+                        QStringLiteral("€ ") + formattaImporto(m.at(1).toDouble(), 2)}),
                  qPrintable(testo));
         QVERIFY(linea({QStringLiteral("Totale imponibile"), formattaImporto(m.at(2).toDouble(), 2)}));
         QVERIFY(linea({QStringLiteral("Totale IVA"), formattaImporto(m.at(3).toDouble(), 2)}));
@@ -263,7 +264,8 @@ private Q_SLOTS:
         for (const QVariantList& r : rows(QStringLiteral("SELECT CODPRODOTTO, DESCPRODOTTO, QUANTITA, TotPrezzoNetto "
                                                          "FROM DettagliMovimento WHERE FK_MOVIMENTO = %1")
                                               .arg(rid))) {
-            QStringList parti{r.at(0).toString(), r.at(1).toString().left(25), QString::number(qRound(r.at(2).toDouble()))};
+            QStringList parti{r.at(0).toString(), r.at(1).toString().left(25),
+                              QString::number(qRound(r.at(2).toDouble()))};
             if (r.at(3).toDouble() != 0)
                 parti << formattaImporto(r.at(3).toDouble(), 2);
             QVERIFY2(linea(parti), qPrintable(parti.join(QLatin1String(" | "))));
