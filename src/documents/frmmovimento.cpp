@@ -82,9 +82,10 @@ frmMovimento::frmMovimento(QWidget* parent)
     m_riga = new RigaMovimento(m_editor, m_keys, this);
     m_griglia = new GrigliaMovimento(m_editor.griglia(), gOptions().distintaBase, this);
     m_totali = new TotaliMovimento(this);
-    m_anteprima = new QCheckBox(QStringLiteral("Anteprima"), this);
+    // Ticked, a print goes straight to the printer of the document type.
+    m_anteprima = new QCheckBox(QStringLiteral("Non mostrare Anteprima"), this);
     m_anteprima->setObjectName(QStringLiteral("chkAnteprima"));
-    m_anteprima->setChecked(!machineSettings().value(kNoAnteprima, false).toBool());
+    m_anteprima->setChecked(machineSettings().value(kNoAnteprima, false).toBool());
     m_riga->like()->setChecked(machineSettings().value(kChkLike, false).toBool());
 
     // Two rows of commands: the document's life, then what it leads to.
@@ -347,7 +348,7 @@ void frmMovimento::cmdCommand_Click(int indice)
         // The stored document prints; a new one has nothing to print yet.
         if (m_testata.rid <= 0)
             return;
-        const bool nonMostrareAnteprima = !m_anteprima->isChecked();
+        const bool nonMostrareAnteprima = m_anteprima->isChecked();
         const QDate stampato = indice == kStampa ? stampaDocumentoDaSchermata(m_testata.rid, nonMostrareAnteprima)
                                                  : stampaElencoSpecialeDaSchermata(m_testata.rid, nonMostrareAnteprima);
         if (stampato.isValid()) {
@@ -560,6 +561,6 @@ void frmMovimento::closeEvent(QCloseEvent* event)
         return;
     }
     machineSettings().setValue(kChkLike, m_riga->like()->isChecked());
-    machineSettings().setValue(kNoAnteprima, !m_anteprima->isChecked());
+    machineSettings().setValue(kNoAnteprima, m_anteprima->isChecked());
     event->accept();
 }

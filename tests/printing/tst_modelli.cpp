@@ -99,7 +99,12 @@ private Q_SLOTS:
     void init()
     {
         BackendTest::init();
+        loadOptionGlobals();
+        if (gSession().strReportPath.isEmpty())
+            gSession().strReportPath = programFile(QStringLiteral("AccessReports"));
+        QVERIFY(installaModelliReport(gSession().strReportPath) >= 0);
         if (count(QStringLiteral("Movimenti")) == 0) {
+            // The demo firm brings its letterhead and footer too.
             QString errore;
             QVERIFY2(generaDatiDimostrativi(40, nullptr, &errore), qPrintable(errore));
             run(QStringLiteral("INSERT INTO Rubrica (RID, NUMERO, DENOMINAZIONE, INDIRIZZO, CIVICO, CAP, CITTA, "
@@ -109,10 +114,7 @@ private Q_SLOTS:
             run(QStringLiteral("INSERT INTO Rubrica (RID, NUMERO, DENOMINAZIONE, TELEFONO) VALUES (2, 2, "
                                "¤Autofficina Neri¤, ¤051 654321¤)"));
         }
-        loadOptionGlobals();
-        if (gSession().strReportPath.isEmpty())
-            gSession().strReportPath = programFile(QStringLiteral("AccessReports"));
-        QVERIFY(installaModelliReport(gSession().strReportPath) >= 0);
+        QVERIFY(QFile::exists(QDir(gSession().strReportPath).filePath(QStringLiteral("Logo.bmp"))));
     }
 
     // Each list of the live database: rows read, every page tidy.

@@ -364,7 +364,7 @@ private Q_SLOTS:
             dialoghi.expectFile(pdf);
         testdb::ErrorRecorder errori;
         testdb::Screen<frmMovimento> s(rid, rid > 0 ? 0 : tipo("FV"));
-        s.get<QCheckBox>("chkAnteprima")->setChecked(anteprima);
+        s.get<QCheckBox>("chkAnteprima")->setChecked(!anteprima); // "Non mostrare Anteprima"
         if (comando == QLatin1String("F12"))
             QTest::keyClick(&s.screen, Qt::Key_F12);
         else
