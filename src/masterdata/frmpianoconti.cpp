@@ -35,13 +35,8 @@ frmPianoConti::frmPianoConti(QWidget* parent)
     // The fourth command refreshes like everywhere else, under this caption.
     setCommandCaption(3, QStringLiteral("Elimina [F11]"));
     // The print of the whole chart, after the four commands of the pattern.
-    auto* stampa = new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"),
-                                   fraMain());
-    stampa->setObjectName(QStringLiteral("cmdCommand_4"));
-    stampa->setAutoDefault(false);
-    connect(stampa, &QPushButton::clicked, this, [] {
-        mostraAnteprima(QStringLiteral("PianoConti.rpt"), QString(), QStringLiteral("Stampa Piano dei Conti"));
-    });
+    auto* stampa =
+        pulsanteStampaElenco(fraMain(), QStringLiteral("PianoConti.rpt"), QStringLiteral("Stampa Piano dei Conti"));
     auto* comandi = new QHBoxLayout;
     comandi->addStretch(1);
     comandi->addWidget(stampa);

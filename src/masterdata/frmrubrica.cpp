@@ -34,13 +34,7 @@ frmRubrica::frmRubrica(QWidget* parent)
     row->addWidget(perCitta);
     row->addStretch(1);
     // The print of the whole address book.
-    auto* stampa = new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"),
-                                   fraMain());
-    stampa->setObjectName(QStringLiteral("cmdCommand_4"));
-    stampa->setAutoDefault(false);
-    connect(stampa, &QPushButton::clicked, this,
-            [] { mostraAnteprima(QStringLiteral("Rubrica.rpt"), QString(), QStringLiteral("Stampa Rubrica")); });
-    row->addWidget(stampa);
+    row->addWidget(pulsanteStampaElenco(fraMain(), QStringLiteral("Rubrica.rpt"), QStringLiteral("Stampa Rubrica")));
     form->addRow(QString(), row);
     resize(520, 420);
     writeDebugLine(QStringLiteral("frmRubrica: pronta"));

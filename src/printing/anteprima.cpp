@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 
 namespace {
 
@@ -118,4 +119,15 @@ QWidget* mostraAnteprima(const QString& report, const QString& selezione, const 
     allarga(finestra);
     finestra->avvia(anteprima, rpt, device);
     return finestra;
+}
+
+QPushButton* pulsanteStampaElenco(QWidget* parent, const QString& report, const QString& titolo, const char* nome)
+{
+    auto* stampa =
+        new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"), parent);
+    stampa->setObjectName(QString::fromLatin1(nome));
+    stampa->setAutoDefault(false);
+    QObject::connect(stampa, &QPushButton::clicked, stampa,
+                     [report, titolo] { mostraAnteprima(report, QString(), titolo); });
+    return stampa;
 }

@@ -12,6 +12,7 @@
 
 #include <QString>
 
+class QPushButton;
 class QWidget;
 
 QWidget* mostraAnteprima(const QString& report, const QString& selezione, const QString& titolo,
@@ -22,3 +23,8 @@ QWidget* mostraAnteprima(const QString& report, const QString& selezione, const 
 // Registers the preview window ("frmPreview", one window a print).
 // mostraAnteprima() registers it itself when nobody did.
 void registerPreviewScreens();
+
+// A "Stampa" button that opens the preview of a whole list (the template
+// without selection) under `titolo`.
+QPushButton* pulsanteStampaElenco(QWidget* parent, const QString& report, const QString& titolo,
+                                  const char* nome = "cmdCommand_4");

@@ -7,6 +7,9 @@
 #include "core/serversettings.h"
 #include "data/session.h"
 #include "documents/frmmovimento.h"
+#include "masterdata/frmpianoconti.h"
+#include "masterdata/frmrubrica.h"
+#include "printing/cartellareport.h"
 #include "printing/frmpreview.h"
 #include "printing/printscreens.h"
 #include "printing/reportpages.h"
@@ -19,6 +22,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QPushButton>
 #include <QSettings>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -401,6 +405,48 @@ private Q_SLOTS:
         testdb::Screen<frmMovimento> s(kFattura, 0);
         s.set(QStringLiteral("cmdCommand_8"), QString());
         QCOMPARE(ricevuto.toString(), QStringLiteral("9401\t4,00\r9402\t100,00\r"));
+    }
+
+    // The whole-list prints: the buttons of the chart of accounts and of the
+    // address book, and the lists of the menu, each in a preview of its own
+    // title with the shipped template's pages.
+    void elenchi_data()
+    {
+        testdb::columns<QString, QString>("origine", "titolo");
+        QTest::newRow("chart of accounts") << "frmPianoConti"
+                                           << "Stampa Piano dei Conti";
+        QTest::newRow("address book") << "frmRubrica"
+                                      << "Stampa Rubrica";
+        QTest::newRow("customers") << "stampaClienti"
+                                   << "Stampa Elenco Contatti";
+        QTest::newRow("suppliers") << "stampaFornitori"
+                                   << "Stampa Elenco Fornitori";
+        QTest::newRow("products") << "stampaProdotti"
+                                  << "Stampa Elenco Prodotti";
+    }
+
+    void elenchi()
+    {
+        FETCH_EACH(QString, origine, titolo);
+        QVERIFY(installaModelliReport(gSession().strReportPath) >= 0);
+        registerPrintScreens();
+        testdb::ErrorRecorder errori;
+        if (origine.startsWith(QLatin1String("frm"))) {
+            std::unique_ptr<QWidget> schermata(origine == QLatin1String("frmRubrica")
+                                                   ? static_cast<QWidget*>(new frmRubrica)
+                                                   : static_cast<QWidget*>(new frmPianoConti));
+            schermata->show();
+            QTest::mouseClick(schermata->findChild<QPushButton*>(QStringLiteral("cmdCommand_4")), Qt::LeftButton);
+        } else {
+            const screens::ScreenEntry* voce = screens::findScreen(origine);
+            QVERIFY(voce);
+            QCOMPARE(voce->create(nullptr, QVariant()), nullptr);
+        }
+        const QList<frmPreview*> aperte = anteprime();
+        QVERIFY2(errori.reports.isEmpty(), qPrintable(errori.reports.value(0).information));
+        QCOMPARE(aperte.size(), 1);
+        QCOMPARE(aperte.first()->windowTitle(), titolo);
+        QVERIFY(aperte.first()->numeroPagine() >= 1);
     }
 };
 
