@@ -2,6 +2,7 @@
 
 #include "common/errorlog.h"
 #include "data/cadosqlserver.h"
+#include "data/scoped.h"
 #include "data/sqldialect.h"
 
 namespace {
@@ -42,6 +43,14 @@ int nextNumber(const QString& table, const QString& column, const QString& tag)
         // highest again: when the first has added a row meanwhile, it moves
         // on to that row. The lock is kept until the transaction ends.
         int top = highest(table, column, QString(), tag);
+        if (top == kNone) {
+            // An empty table has no row to lock: whoever draws a first number
+            // takes turns on the one row of the schema version, then reads again.
+            const cReader turno(QStringLiteral("SELECT VERSIONE FROM SchemaVersion FOR UPDATE"), tag);
+            if (!turno)
+                return -1;
+            top = highest(table, column, QString(), tag);
+        }
         while (top > kNone) {
             if (!db.executeSQL(QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ") + column
                                    + QStringLiteral(" = ") + column + QStringLiteral(" WHERE ") + column

@@ -4,6 +4,7 @@
 #include "core/optionstore.h"
 #include "core/screenregistry.h"
 #include "masterdata/stampantidocumenti.h"
+#include "printing/printscreens.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/clookupfield.h"
@@ -28,9 +29,8 @@ namespace {
 const QString kPredefinita = QStringLiteral("Predefinita");
 const QString kFrmCausali = QStringLiteral("frmCausali");
 const QString kNumeratori = QStringLiteral("SELECT RID, DESCRIZIONE FROM Numeratori ORDER BY DESCRIZIONE");
-// The report files offered for documents, in key order.
-const QString kReportDocumenti =
-    QStringLiteral("SELECT RID, REPORT FROM FunzionalitaReport WHERE Funzionalita = 1 ORDER BY RID");
+// The templates offered for documents.
+constexpr int kFunzionalitaDocumenti = 1;
 constexpr int kNumeratoreBrowse = 2;
 
 FieldList tipoDocumentoFields()
@@ -156,7 +156,7 @@ frmTipoDocumento::frmTipoDocumento(QWidget* parent)
     layout->addStretch(1);
 
     fillNumeratori();
-    fillComboBox(kReportDocumenti, combo("cmbReport"));
+    fillCmbReport(kFunzionalitaDocumenti, combo("cmbReport"));
     fillStampanti();
     chkRDA_Click();
     resize(620, 540);

@@ -7,6 +7,7 @@
 #include "printing/creport.h"
 #include "printing/frmsceltastampante.h"
 #include "printing/stampadocumento.h"
+#include "screens/framework/listhelpers.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -96,4 +97,11 @@ QDate stampaElencoSpecialeDaSchermata(int rid, bool nonMostrareAnteprima)
     StampaDocumento s;
     const bool preparato = preparaStampaElencoSpeciale(rid, s);
     return stampa(preparato, s, nonMostrareAnteprima);
+}
+
+bool fillCmbReport(int funzionalita, QComboBox* combo)
+{
+    return fillComboBox(QStringLiteral("SELECT RID, REPORT FROM FunzionalitaReport WHERE Funzionalita = ")
+                            + QString::number(funzionalita) + QStringLiteral(" ORDER BY RID"),
+                        combo);
 }

@@ -5,6 +5,8 @@
 
 #include <QDate>
 
+class QComboBox;
+
 // Registers the list prints under the names the menu uses.
 void registerPrintScreens();
 
@@ -17,3 +19,8 @@ QDate stampaDocumentoDaSchermata(int rid, bool nonMostrareAnteprima);
 
 // The same for the special list of the document.
 QDate stampaElencoSpecialeDaSchermata(int rid, bool nonMostrareAnteprima);
+
+// Fills the combo with the templates of a function (1 documents, 2 product
+// summary, 3 account statement, 4 sell-out, 5 special list), in key order;
+// the item's data is the row's key. False when the read failed (told).
+bool fillCmbReport(int funzionalita, QComboBox* combo);

@@ -8,6 +8,7 @@
 #include "data/driver.h"
 #include "data/modeldatabase.h"
 #include "data/modelseed.h"
+#include "data/nextnumber.h"
 #include "data/schema.h"
 #include "data/scoped.h"
 #include "data/session.h"
@@ -525,6 +526,44 @@ private Q_SLOTS:
 
     // The seeded database: every table can be read, the seed is all there, the version is stored; on the server a
     // second preparation leaves it alone.
+    // The first number of an empty table: a second workstation drawing it at
+    // the same moment waits for the first to commit (here it gives up busy),
+    // then draws the next one. Before, both drew 1 and the second save failed
+    // on the unique index.
+    void firstNumberTakesTurns()
+    {
+        testdb::empty({"Rubrica"});
+        if (testdb::count("SchemaVersion") == 0)
+            testdb::run("INSERT INTO SchemaVersion (VERSIONE) VALUES (1)");
+        const auto restore = qScopeGuard([] {
+            driver::setBusyTimeout(15);
+            driver::closeIdle();
+        });
+        driver::setBusyTimeout(1);
+        driver::closeIdle();
+        cAdoSqlServer& db = gAdoSqlServer();
+        DbError error;
+        PhysicalConnectionPtr other = driver::acquire(db.TipoServer(), gSession().strConnessione, 10, error);
+        QVERIFY(other && other->begin(error));
+        // The other workstation draws 1 as nextNumber does, and has not committed yet.
+        if (db.TipoServer() == TipoServer::MySql)
+            QVERIFY(other->execute("SELECT VERSIONE FROM SchemaVersion FOR UPDATE", nullptr, error));
+        QVERIFY(other->execute("INSERT INTO Rubrica (NUMERO, DENOMINAZIONE) VALUES (1, 'Altra postazione')", nullptr,
+                               error));
+        {
+            testdb::ErrorRecorder errors;
+            cTransaction transaction(QStringLiteral("test"));
+            if (transaction) // the file database waits at the transaction's start already
+                QCOMPARE(nextNumber(QStringLiteral("Rubrica"), QStringLiteral("NUMERO"), QStringLiteral("test")), -1);
+            QCOMPARE(db.lastFailure(), cAdoSqlServer::Failure::Busy);
+        }
+        QVERIFY(other->commit(error));
+        driver::release(other);
+        cTransaction transaction(QStringLiteral("test"));
+        QVERIFY(transaction);
+        QCOMPARE(nextNumber(QStringLiteral("Rubrica"), QStringLiteral("NUMERO"), QStringLiteral("test")), 2);
+    }
+
     void seededDatabase()
     {
         QVERIFY(testdb::shared(backend(), true).isValid());
