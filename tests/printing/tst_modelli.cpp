@@ -286,6 +286,73 @@ private Q_SLOTS:
                      qPrintable(a.at(0).toString()));
     }
 
+    // The special list of a delivery note holds only the rows of the list,
+    // with their registration numbers, and the recipient's papers; the
+    // invoice with a withholding shows it and the net to pay.
+    void elencoSpecialeERitenuta()
+    {
+        const int ddt = number(QStringLiteral("SELECT MAX(M.RID) FROM Movimenti M INNER JOIN TipoDocumenti TD ON "
+                                              "TD.RID = M.FK_TIPODOCUMENTO WHERE TD.CODICE = ¤DDT¤"));
+        bool sopra = false;
+        long extra = 0;
+        QVERIFY(creaStampaDB(QStringLiteral("M.RID = %1").arg(ddt), sopra, extra));
+        QStringList inElenco, fuori;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("elenco"));
+            db.setDatabaseName(percorsoStampaDB());
+            QVERIFY(db.open());
+            QSqlQuery q(db);
+            QVERIFY(q.exec(QStringLiteral("SELECT RID, DescProdotto FROM DettagliMovimento ORDER BY POS, RID")));
+            for (int i = 0; q.next(); ++i)
+                (i < 2 ? inElenco : fuori) << q.value(1).toString();
+            QVERIFY(!fuori.isEmpty());
+            QVERIFY(q.exec(QStringLiteral("UPDATE DettagliMovimento SET ElencoSpeciale = 1, NumRegistrazione = "
+                                          "'REG-' || RID WHERE RID IN (SELECT RID FROM DettagliMovimento ORDER BY "
+                                          "POS, RID LIMIT 2)")));
+            QVERIFY(q.exec(QStringLiteral("UPDATE Movimenti SET ProgElencoSpeciale = 7, DestElencoSpeciale = "
+                                          "'Cantiere di via Trieste', DocumElencoSpeciale = 'C.I. AX1234567', "
+                                          "AutElencoSpeciale = 'Licenza n. 12/2026'")));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("elenco"));
+        const report::RenderedReport elenco =
+            stampa(QStringLiteral("ElencoSpeciale.rpt"),
+                   QStringLiteral("{Movimenti.RID}=%1 And {DettagliMovimento.ElencoSpeciale}=True").arg(ddt),
+                   connessioneStampaDB());
+        const QString testo = report::pagesText(elenco);
+        for (const QString& riga : inElenco)
+            QVERIFY2(testo.contains(riga), qPrintable(riga));
+        for (const QString& riga : fuori)
+            QVERIFY2(!testo.contains(riga + QLatin1Char('\n')), qPrintable(riga));
+        for (const QString& atteso :
+             {QStringLiteral("N. 7/"), QStringLiteral("REG-"), QStringLiteral("Cantiere di via Trieste"),
+              QStringLiteral("C.I. AX1234567"), QStringLiteral("Licenza n. 12/2026")})
+            QVERIFY2(testo.contains(atteso), qPrintable(atteso));
+        QVERIFY(fuoriPosto(elenco).isEmpty());
+
+        const int fattura = number(QStringLiteral("SELECT MAX(M.RID) FROM Movimenti M INNER JOIN TipoDocumenti TD ON "
+                                                  "TD.RID = M.FK_TIPODOCUMENTO WHERE TD.CODICE = ¤FV¤"));
+        QVERIFY(creaStampaDB(QStringLiteral("M.RID = %1").arg(fattura), sopra, extra));
+        const QVariantList m =
+            rows(QStringLiteral("SELECT TOTIMPONIBILE, TOTDOCUMENTO FROM Movimenti WHERE RID = %1").arg(fattura))
+                .first();
+        const double ritenuta = qRound(m.at(0).toDouble() * 20) / 100.0;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("ritenuta"));
+            db.setDatabaseName(percorsoStampaDB());
+            QVERIFY(db.open());
+            QSqlQuery q(db);
+            QVERIFY(q.exec(QStringLiteral("UPDATE Movimenti SET RDA1 = 20, RDA2 = 100, TOTRDA = %1").arg(ritenuta)));
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("ritenuta"));
+        const QString conRitenuta =
+            report::pagesText(stampa(QStringLiteral("Fattura.rpt"), QStringLiteral("{Movimenti.RID}=%1").arg(fattura),
+                                     connessioneStampaDB()));
+        QVERIFY(conRitenuta.contains(QStringLiteral("Ritenuta d'acconto 20,00%\n-") + formattaImporto(ritenuta, 2)));
+        QVERIFY2(conRitenuta.contains(QStringLiteral("Netto a pagare\n")
+                                      + formattaImporto(m.at(1).toDouble() - ritenuta, 2)),
+                 qPrintable(conRitenuta.right(400)));
+    }
+
     // Labels of the firm's products, as the label screen fills them: three a
     // row, eight rows a page, the bars drawn, the price.
     void etichette()
