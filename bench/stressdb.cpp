@@ -16,6 +16,7 @@
 #include "masterdata/pagamento.h"
 #include "masterdata/rangeeditor.h"
 #include "numbering/numeratore.h"
+#include "printing/codiciabarre.h"
 #include "stock/giacenze.h"
 
 #include <QDate>
@@ -154,6 +155,14 @@ bool deleteDocument(const Fixture& f, QRandomGenerator& random)
         return false;
     propri().removeAt(i);
     return true;
+}
+
+// The first print of one of this workstation's documents.
+bool markPrinted(QRandomGenerator& random)
+{
+    if (propri().isEmpty())
+        return true;
+    return updateDataStampa(propri().at(random.bounded(int(propri().size()))), kData);
 }
 
 // A card of the address book, numbered as the highest number plus one.
@@ -358,12 +367,18 @@ bool readFixture(Fixture& f)
 
 void save(const Fixture& f, QRandomGenerator& random, Figures& figures)
 {
-    switch (random.bounded(9)) {
+    switch (random.bounded(10)) {
     case 0:
     case 1: saveInTransaction(saveCard, &figures); return;
     case 2: saveInTransaction([&] { return saveTermine(f.termine, 1 + random.bounded(4)); }, &figures); return;
     case 3: count(saveRange(f.categoria, random.bounded(50)), &figures); return;
     case 4: count(deleteDocument(f, random), &figures); return;
+    case 5:
+        // A print marks a document printed; now and then the barcodes of all
+        // products are written again in one transaction, over the saves'
+        // product locks.
+        count(random.bounded(20) == 0 ? generaBarCode() : markPrinted(random), &figures);
+        return;
     default: break;
     }
     if (random.bounded(4) == 0) {

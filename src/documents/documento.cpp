@@ -375,6 +375,13 @@ QString domandaDataStampa(const QDate& dataStampa)
         + QStringLiteral(".\nSicuri di voler continuare con le modifiche?");
 }
 
+QDate leggiDataStampa(int ridMovimento)
+{
+    return toDate(gAdoSqlServer().getValueBySQL(QStringLiteral("SELECT DATASTAMPA FROM Movimenti WHERE RID = ")
+                                                    + numero(ridMovimento),
+                                                tag("leggiDataStampa")));
+}
+
 bool updateDataStampa(int ridMovimento, const QDate& oggi)
 {
     cAdoSqlServer& db = gAdoSqlServer();

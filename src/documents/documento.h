@@ -100,3 +100,6 @@ bool eliminaDocumento(const TestataDocumento& testata, const InfoDocumento& info
 QString domandaDataStampa(const QDate& dataStampa);
 // The first print of a document: its date is written.
 bool updateDataStampa(int ridMovimento, const QDate& oggi);
+// The print date as stored now (another workstation may have printed the
+// document since it was loaded); invalid for none or a failed read.
+QDate leggiDataStampa(int ridMovimento);

@@ -328,6 +328,9 @@ void frmMovimento::refreshRecord()
 
 bool frmMovimento::controllaDataStampa()
 {
+    // Printed meanwhile on another workstation counts as printed.
+    if (m_testata.rid > 0 && !m_testata.dataStampa.isValid())
+        m_testata.dataStampa = leggiDataStampa(m_testata.rid);
     const QString domanda = domandaDataStampa(m_testata.dataStampa);
     return domanda.isEmpty() || msgBox(domanda, vb::YesNo | vb::Exclamation) == vb::Yes;
 }

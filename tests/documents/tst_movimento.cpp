@@ -301,6 +301,22 @@ private Q_SLOTS:
         QVERIFY(s.screen.modificato());
         QCOMPARE(testdb::text("SELECT RIFERIMENTI FROM Movimenti WHERE RID = 9101"), QStringLiteral("ordine 5"));
     }
+
+    // A document printed on another workstation after it was opened here asks too.
+    void stampatoAltrove()
+    {
+        const auto restore = qScopeGuard(
+            [] { QVERIFY(updateDataStampa(9101, QDate(2026, 3, 3))); });
+        testdb::run("UPDATE Movimenti SET DATASTAMPA = Null WHERE RID = 9101");
+        testdb::Screen<frmMovimento> s(9101, 0);
+        QVERIFY(!s.get("lblStampato")->isVisibleTo(&s.screen));
+        s.type("txtRiferimenti", "x");
+        QVERIFY(updateDataStampa(9101, QDate(2026, 3, 9)));
+        testdb::ScriptedMsgBox box;
+        box.expect("Attenzione! Il documento selezionato risulta gia stampato in data 09/03/2026.", vb::No);
+        QVERIFY(!s.screen.saveRecord());
+        QVERIFY(box.allAnswered());
+    }
 };
 
 QTEST_MAIN(TestMovimento)
