@@ -339,7 +339,8 @@ void eseguiInBackground(const std::function<void()>& work)
 
 bool stampaReport(int destinazione, const QString& report, const QString& selezione, const QString& formule,
                   bool selezioneInSubreport, const QString& testo, const QString& connessione, const QString& stampante,
-                  const QString& porta, qint16 copie, qint16 paginaDa, qint16 paginaA, const QString& fileDestinazione)
+                  const QString& porta, qint16 copie, qint16 paginaDa, qint16 paginaA, const QString& fileDestinazione,
+                  const report::RenderedReport* pagine)
 {
     if (stampante.isEmpty() || porta.isEmpty()) {
         msgBox(QStringLiteral("Periferica di stampa non selezionata!"), vb::Critical);
@@ -373,9 +374,13 @@ bool stampaReport(int destinazione, const QString& report, const QString& selezi
     rpt.setPrintFileName(fileDestinazione);
     if (!testo.isEmpty())
         rpt.setText(testo);
-    bool ok = rpt.prepare();
+    bool ok = pagine || rpt.prepare();
     if (ok)
-        eseguiInBackground([&rpt, &ok] {
+        eseguiInBackground([&rpt, &ok, pagine] {
+            if (pagine) {
+                ok = rpt.output(*pagine);
+                return;
+            }
             const report::RenderedReport pages = rpt.layout();
             ok = rpt.error().isEmpty() && rpt.output(pages);
         });

@@ -127,11 +127,14 @@ private:
 // path. Refuses with "Periferica di stampa non selezionata!" unless printer
 // and port are given. The layout runs on a worker thread while the calling
 // screen keeps drawing. `fileDestinazione` is the file the CSV export or
-// the "PDF" printer writes. False when nothing was printed.
+// the "PDF" printer writes. `pagine`, when given, are the pages already laid
+// out by a preview: they are printed as shown, even if their data has been
+// written over since (the print database of another document). False when
+// nothing was printed.
 bool stampaReport(int destinazione, const QString& report, const QString& selezione, const QString& formule,
                   bool selezioneInSubreport, const QString& testo, const QString& connessione, const QString& stampante,
                   const QString& porta, qint16 copie, qint16 paginaDa, qint16 paginaA,
-                  const QString& fileDestinazione = QString());
+                  const QString& fileDestinazione = QString(), const report::RenderedReport* pagine = nullptr);
 
 // The names of the template's subreports joined by "¤", or an empty text.
 QString getSubReportName(const QString& percorso);

@@ -478,7 +478,7 @@ void frmPreview::esegui(int destinazione, const QString& file)
     aggiornaComandi();
     stampaReport(destinazione, m_anteprima.percorso, m_anteprima.selezione, m_anteprima.formule,
                  m_anteprima.selezioneInSubreport, m_anteprima.testo, m_anteprima.connessione, m_stampante,
-                 portaStampante(m_stampante), qint16(numeroCopie()), 0, 0, file);
+                 portaStampante(m_stampante), qint16(numeroCopie()), 0, 0, file, &m_pagine);
     if (!guardia)
         return;
     m_inStampa = false;

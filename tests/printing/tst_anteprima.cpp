@@ -428,6 +428,41 @@ private Q_SLOTS:
         QCOMPARE(testo.contains(QStringLiteral("Banca propria")), connessione);
     }
 
+    // "Stampa" prints the pages shown, even when their print database has
+    // been written over since by the print of another document.
+    void stampaQuelloCheMostra()
+    {
+        const QString file = m_uscita.filePath(QStringLiteral("stampa.db"));
+        const auto banca = [&file](const char* descrizione) {
+            {
+                QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("stampa"));
+                db.setDatabaseName(file);
+                QVERIFY(db.open());
+                QSqlQuery q(db);
+                q.exec(QStringLiteral("DROP TABLE IF EXISTS Banche"));
+                QVERIFY(q.exec("CREATE TABLE Banche (CODICE TEXT, DESCRIZIONE TEXT, CITTA TEXT, PROVINCIA TEXT)"));
+                QVERIFY(q.exec(QStringLiteral("INSERT INTO Banche VALUES ('P1', '%1', 'Lodi', 'LO')")
+                                   .arg(QString::fromLatin1(descrizione))));
+            }
+            QSqlDatabase::removeDatabase(QStringLiteral("stampa"));
+        };
+        banca("Banca del primo documento");
+        Finestra f;
+        QVERIFY(f.apri("DSN=" + file, stampantePdf()));
+        banca("Banca del secondo documento");
+        const QString pdf = m_uscita.filePath(QStringLiteral("primo.pdf"));
+        testdb::ScriptedDialogs d;
+        d.expectFile(pdf);
+        f.clic(frmPreview::Stampa);
+        QVERIFY(d.allAnswered());
+        QProcess testo;
+        testo.start("pdftotext", {pdf, "-"});
+        QVERIFY(testo.waitForFinished(30000));
+        const QString stampato = QString::fromUtf8(testo.readAllStandardOutput());
+        QVERIFY2(stampato.contains("Banca del primo documento"), qPrintable(stampato.left(300)));
+        QVERIFY(!stampato.contains("secondo"));
+    }
+
     // A template that cannot be read opens no window: the failure is logged with the report's values.
     void errore_data()
     {
