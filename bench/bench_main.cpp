@@ -567,8 +567,28 @@ int keyOf(const QString& table, const QString& code)
 
 // A sales invoice of 1,000 rows over the catalogue, five of them kits of three
 // components each; its key.
+// The catalogue a stored document's rows come from ("C" codes), when no
+// earlier scenario made it.
+void ensureCatalogue(int count)
+{
+    const int present = gAdoSqlServer()
+                            .getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ")
+                                               + sqlText(QStringLiteral("C%")),
+                                           kTag)
+                            .toInt();
+    if (present >= count)
+        return;
+    gAdoSqlServer().beginTrasaction(kTag);
+    for (int i = present; i < count; ++i)
+        run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE) VALUES (%1, %2)")
+                .arg(sqlText(QStringLiteral("C%1").arg(i, 7, 10, QLatin1Char('0'))),
+                     sqlText(QStringLiteral("Articolo di catalogo %1 in confezione da banco").arg(i))));
+    gAdoSqlServer().commitTrasaction(kTag);
+}
+
 int storeDocument(int righe = 1000, int numero = 901)
 {
+    ensureCatalogue(righe);
     cAdoSqlServer& db = gAdoSqlServer();
     const QString kit = gOptions().distintaBase;
     const int iva22 = keyOf(QStringLiteral("Iva"), QStringLiteral("22"));
@@ -779,20 +799,6 @@ void benchStampa(const Backend& b, int runs)
     gSession().strReportPath = cartella.filePath(QStringLiteral("Reports"));
     installaModelliReport(gSession().strReportPath);
     loadOptionGlobals();
-    // The catalogue the invoice's rows come from, when no earlier scenario made it.
-    const int catalogo = gAdoSqlServer()
-                             .getValueBySQL(QStringLiteral("SELECT COUNT(*) FROM Prodotti WHERE CODICE LIKE ")
-                                                + sqlText(QStringLiteral("C%")),
-                                            kTag)
-                             .toInt();
-    if (catalogo < 700) {
-        gAdoSqlServer().beginTrasaction(kTag);
-        for (int i = catalogo; i < 700; ++i)
-            run(QStringLiteral("INSERT INTO Prodotti (CODICE, DESCRIZIONE) VALUES (%1, %2)")
-                    .arg(sqlText(QStringLiteral("C%1").arg(i, 7, 10, QLatin1Char('0'))),
-                         sqlText(QStringLiteral("Articolo di catalogo %1 in confezione da banco").arg(i))));
-        gAdoSqlServer().commitTrasaction(kTag);
-    }
     const int rid = storeDocument(700, 902);
     const QString filtro = QStringLiteral("M.RID = ") + QString::number(rid);
     bool sopra = false;
