@@ -3,6 +3,7 @@
 #include "common/italiantext.h"
 #include "common/msgbox.h"
 #include "demo/datidimostrativi.h"
+#include "screens/framework/named.h"
 
 #include <QApplication>
 #include <QFormLayout>
@@ -17,12 +18,6 @@ namespace {
 
 // How often a run brings the window up to date.
 constexpr qint64 kIntervalloDisegnoMs = 80;
-
-template <typename W> W* named(W* widget, const char* name)
-{
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "common/msgbox.h"
 #include "printing/codiciabarre.h"
 #include "screens/framework/chiusura.h"
+#include "screens/framework/named.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -18,12 +19,6 @@ namespace {
 const QString kPronto = QStringLiteral("Pronto per generare i Codici a Barre dei prodotti.");
 // How often a run brings the screen up to date and lets it draw.
 constexpr qint64 kIntervalloDisegnoMs = 80;
-
-template <typename W> W* named(W* widget, const char* name)
-{
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
 
 } // namespace
 

@@ -9,6 +9,7 @@
 #include "screens/framework/chiusura.h"
 #include "screens/framework/clookupfield.h"
 #include "screens/framework/fieldlimits.h"
+#include "screens/framework/named.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -44,12 +45,6 @@ enum Comando {
     Rimuovi,
     Chiudi
 };
-
-template <typename W> W* named(W* widget, const char* name)
-{
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
 
 QTreeWidget* nuovaLista(const char* nome, const QStringList& colonne, const QList<int>& larghezze, QWidget* parent)
 {

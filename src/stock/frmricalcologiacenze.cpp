@@ -6,6 +6,7 @@
 #include "screens/framework/chiusura.h"
 #include "screens/framework/clookupfield.h"
 #include "screens/framework/fieldlimits.h"
+#include "screens/framework/named.h"
 #include "stock/ricalcologiacenze.h"
 
 #include <QApplication>
@@ -26,12 +27,6 @@ namespace {
 const QString kPronto = QStringLiteral("Pronto per avviare il ricalcolo.");
 // How often a run brings the screen up to date and lets it draw.
 constexpr qint64 kIntervalloDisegnoMs = 80;
-
-template <typename W> W* named(W* widget, const char* name)
-{
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
 
 } // namespace
 
