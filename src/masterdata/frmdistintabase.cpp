@@ -8,6 +8,7 @@
 #include "lookups/lookups.h"
 #include "lookups/lookuptable.h"
 #include "masterdata/prodotto.h"
+#include "printing/anteprima.h"
 #include "screens/framework/cinputs.h"
 #include "screens/framework/ckeyfunction.h"
 #include "screens/framework/clookupfield.h"
@@ -239,6 +240,13 @@ QWidget* frmDistintaBase::buildTotals()
     auto* panel = new QWidget(fraMain());
     auto* row = new QHBoxLayout(panel);
     row->setContentsMargins(0, 0, 0, 0);
+    auto* stampa =
+        new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"), panel);
+    stampa->setObjectName(QStringLiteral("cmdStampa"));
+    stampa->setAutoDefault(false);
+    stampa->setToolTip(QStringLiteral("Stampa la distinta base salvata"));
+    connect(stampa, &QPushButton::clicked, this, &frmDistintaBase::printRecord);
+    row->addWidget(stampa);
     row->addStretch(1);
     const std::pair<const char*, QLabel**> totali[] = {{"lblTotaleImponibile", &m_lblTotaleImponibile},
                                                        {"lblTotaleIva", &m_lblTotaleIva},
@@ -253,6 +261,16 @@ QWidget* frmDistintaBase::buildTotals()
         row->addWidget(label);
     }
     return panel;
+}
+
+// A saved kit only: what is on screen and not saved yet is not in the database.
+void frmDistintaBase::printRecord()
+{
+    const int rid = currentRid();
+    if (rid <= 0)
+        return;
+    mostraAnteprima(QStringLiteral("DistintaBase.rpt"), QStringLiteral("{DistintaBase.RID}=") + QString::number(rid),
+                    QStringLiteral("Stampa Distinta Base: ") + text(QStringLiteral("txtDescrizione")));
 }
 
 // --- head ------------------------------------------------------------------------

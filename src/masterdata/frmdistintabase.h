@@ -53,6 +53,10 @@ protected:
     void onFunctionKey(const QString& controlName, int keyCode, int shift) override;
     void closeEvent(QCloseEvent* event) override;
 
+public:
+    // The print of the saved kit (DistintaBase.rpt), in the preview.
+    void printRecord();
+
 private:
     QWidget* buildEditor();
     QWidget* buildTotals();

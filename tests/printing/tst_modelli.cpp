@@ -177,6 +177,25 @@ private Q_SLOTS:
         QVERIFY(!testo.contains(QStringLiteral("fonttbl")));
     }
 
+    // A kit's bill of material: every component, and the kit's taxable total.
+    void distintaBase()
+    {
+        const int kit = number(QStringLiteral("SELECT MAX(FK_DISTINTABASE) FROM DistintaBaseDettagli"));
+        QVERIFY(kit > 0);
+        const report::RenderedReport pages =
+            stampa(QStringLiteral("DistintaBase.rpt"), QStringLiteral("{DistintaBase.RID}=%1").arg(kit), QString());
+        const QString testo = report::pagesText(pages);
+        for (const QVariantList& r :
+             rows(QStringLiteral("SELECT DESCPRODOTTO FROM DistintaBaseDettagli WHERE FK_DISTINTABASE = %1").arg(kit)))
+            QVERIFY2(testo.contains(r.at(0).toString()), qPrintable(r.at(0).toString()));
+        const double imponibile = value(QStringLiteral("SELECT SUM(ROUND(QUANTITA * PREZZO, 2)) FROM "
+                                                       "DistintaBaseDettagli WHERE FK_DISTINTABASE = %1")
+                                            .arg(kit))
+                                      .toDouble();
+        QVERIFY2(testo.contains(QStringLiteral("Imponibile\n") + formattaImporto(imponibile, 2)), qPrintable(testo));
+        QVERIFY(fuoriPosto(pages).isEmpty());
+    }
+
     // One document of each type through its own template and print database.
     void documenti()
     {
