@@ -240,13 +240,14 @@ QWidget* frmDistintaBase::buildTotals()
     auto* panel = new QWidget(fraMain());
     auto* row = new QHBoxLayout(panel);
     row->setContentsMargins(0, 0, 0, 0);
-    auto* stampa =
+    m_cmdStampa =
         new QPushButton(QIcon::fromTheme(QStringLiteral("document-print-preview")), QStringLiteral("Stampa"), panel);
-    stampa->setObjectName(QStringLiteral("cmdStampa"));
-    stampa->setAutoDefault(false);
-    stampa->setToolTip(QStringLiteral("Stampa la distinta base salvata"));
-    connect(stampa, &QPushButton::clicked, this, &frmDistintaBase::printRecord);
-    row->addWidget(stampa);
+    m_cmdStampa->setObjectName(QStringLiteral("cmdStampa"));
+    m_cmdStampa->setAutoDefault(false);
+    m_cmdStampa->setToolTip(QStringLiteral("Stampa la distinta base salvata"));
+    m_cmdStampa->setEnabled(false);
+    connect(m_cmdStampa, &QPushButton::clicked, this, &frmDistintaBase::printRecord);
+    row->addWidget(m_cmdStampa);
     row->addStretch(1);
     const std::pair<const char*, QLabel**> totali[] = {{"lblTotaleImponibile", &m_lblTotaleImponibile},
                                                        {"lblTotaleIva", &m_lblTotaleIva},
@@ -303,6 +304,7 @@ QString frmDistintaBase::searchStatement() const
 void frmDistintaBase::clearFields()
 {
     cRecordScreen::clearFields();
+    m_cmdStampa->setEnabled(false); // a kit prints once it is saved
     m_lblPrecodice->setText(precodice());
     m_elenco.clear();
     resetEditor();
@@ -313,6 +315,7 @@ void frmDistintaBase::clearFields()
 void frmDistintaBase::fillFields(const Recordset& rs)
 {
     cRecordScreen::fillFields(rs);
+    m_cmdStampa->setEnabled(true);
     QLineEdit* code = lineEdit(QStringLiteral("txtCodice"));
     code->setText(codiceSenzaPrecodice(code->text(), precodice()));
     m_elenco.carica(leggiRigheDistinta(int(rs.integer(QStringLiteral("RID"))), gOptions().decimaliDopo));

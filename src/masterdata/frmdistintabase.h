@@ -8,6 +8,7 @@
 
 class QCheckBox;
 class QLabel;
+class QPushButton;
 class QLineEdit;
 class QTreeWidget;
 class cLookupField;
@@ -87,6 +88,7 @@ private:
     cLookupField* m_um = nullptr;
     QCheckBox* m_chkAddPrev = nullptr;
     QTreeWidget* m_lswElenco = nullptr;
+    QPushButton* m_cmdStampa = nullptr;
     QLabel* m_lblTotaleImponibile = nullptr;
     QLabel* m_lblTotaleIva = nullptr;
     QLabel* m_lblTotaleImporto = nullptr;

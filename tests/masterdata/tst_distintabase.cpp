@@ -220,10 +220,12 @@ private Q_SLOTS:
         s.type({"txtCodice=KIT1", "txtBarCode=4006381333931", "txtDescrizione=Kit viti"});
         aggiungi(s, "VITE", "4");
         aggiungi(s, "DADO", "2");
+        QVERIFY(!s.get("cmdStampa")->isEnabled()); // nothing saved to print yet
         QCOMPARE(colonna(s, 11), (QStringList{"2,00", "2,01"}));
         QCOMPARE(s.shown({"lblTotaleImponibile", "lblTotaleIva", "lblTotaleImporto"}),
                  (QStringList{"4,01", "0,64", "4,65"}));
         QVERIFY(s.screen.saveRecord());
+        QVERIFY(s.get("cmdStampa")->isEnabled());
         QCOMPARE(testdb::text("SELECT CODICE FROM DistintaBase WHERE RID = " + s.rid()), QStringLiteral("*KIT1"));
         QCOMPARE(componenti("*KIT1"), (QStringList{"VITE 4 0,5 9801 22 NR", "DADO 2 1,005 9802 10 NR"}));
         QCOMPARE(testdb::number("SELECT MAX(POS) FROM DistintaBaseDettagli"), 2);
@@ -291,6 +293,7 @@ private Q_SLOTS:
         script.expectMessage("Eliminare la distinta [Kit viti]?", vb::Yes);
         QVERIFY(s.screen.deleteRecord());
         QVERIFY(s.rid().isEmpty());
+        QVERIFY(!s.get("cmdStampa")->isEnabled());
         for (const char* table : {"DistintaBase", "DistintaBaseDettagli"})
             QCOMPARE(testdb::count(table), 0);
         QCOMPARE(testdb::count("Prodotti", testdb::code("*KIT1")), 0);
