@@ -10,6 +10,7 @@
 #include "data/session.h"
 #include "demo/datidimostrativi.h"
 #include "masterdata/anagrafica.h"
+#include "masterdata/distintabase.h"
 #include "printing/cartellareport.h"
 #include "printing/codiciabarre.h"
 #include "printing/creport.h"
@@ -177,7 +178,7 @@ private Q_SLOTS:
         QVERIFY(!testo.contains(QStringLiteral("fonttbl")));
     }
 
-    // A kit's bill of material: every component, and the kit's taxable total.
+    // A kit's bill of material: every component, and the totals the kit's screen shows.
     void distintaBase()
     {
         const int kit = number(QStringLiteral("SELECT MAX(FK_DISTINTABASE) FROM DistintaBaseDettagli"));
@@ -188,11 +189,11 @@ private Q_SLOTS:
         for (const QVariantList& r :
              rows(QStringLiteral("SELECT DESCPRODOTTO FROM DistintaBaseDettagli WHERE FK_DISTINTABASE = %1").arg(kit)))
             QVERIFY2(testo.contains(r.at(0).toString()), qPrintable(r.at(0).toString()));
-        const double imponibile = value(QStringLiteral("SELECT SUM(ROUND(QUANTITA * PREZZO, 2)) FROM "
-                                                       "DistintaBaseDettagli WHERE FK_DISTINTABASE = %1")
-                                            .arg(kit))
-                                      .toDouble();
-        QVERIFY2(testo.contains(QStringLiteral("Imponibile\n") + formattaImporto(imponibile, 2)), qPrintable(testo));
+        const TotaliDistinta totali = calcolaTotali(leggiRigheDistinta(kit, 2));
+        for (const auto& [voce, importo] : {std::pair{"Imponibile", totali.imponibile}, std::pair{"IVA", totali.iva},
+                                            std::pair{"Totale kit", totali.totale}})
+            QVERIFY2(testo.contains(QLatin1String(voce) + QLatin1Char('\n') + formattaImporto(importo, 2)),
+                     qPrintable(testo));
         QVERIFY(fuoriPosto(pages).isEmpty());
     }
 
