@@ -14,13 +14,6 @@
 #include <QSpinBox>
 #include <QVBoxLayout>
 
-namespace {
-
-// How often a run brings the window up to date.
-constexpr qint64 kIntervalloDisegnoMs = 80;
-
-} // namespace
-
 frmDatiDimostrativi::frmDatiDimostrativi(QWidget* parent)
     : QDialog(parent)
 {
@@ -86,7 +79,7 @@ void frmDatiDimostrativi::cmdAvvia_Click()
     m_txtDocumenti->setEnabled(false);
     m_cmdAvvia->setEnabled(false);
     m_cmdChiudi->setText(QStringLiteral("&Interrompi"));
-    m_ultimoDisegno.invalidate();
+    m_ritmo.azzera();
     QElapsedTimer tempo;
     tempo.start();
     QApplication::setOverrideCursor(Qt::BusyCursor);
@@ -109,9 +102,7 @@ void frmDatiDimostrativi::cmdAvvia_Click()
 
 bool frmDatiDimostrativi::avanzamento(int fatto, int totale, const QString& cosa)
 {
-    if (fatto == 0 || fatto >= totale || !m_ultimoDisegno.isValid()
-        || m_ultimoDisegno.elapsed() >= kIntervalloDisegnoMs) {
-        m_ultimoDisegno.start();
+    if (m_ritmo.tocca(fatto, totale)) {
         m_pgbMain->setValue(totale > 0 ? int(qint64(fatto) * 100 / totale) : 0);
         m_lblInfo->setText(QStringLiteral("%1 di %2: %3").arg(fatto).arg(totale).arg(cosa));
         // Called between one transaction and the next: the window may take

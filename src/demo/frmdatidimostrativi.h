@@ -4,8 +4,9 @@
 // stops the run after the document in hand; the window doesn't close until
 // the run is over. At the end a box tells what the firm now holds.
 
+#include "screens/framework/ritmodisegno.h"
+
 #include <QDialog>
-#include <QElapsedTimer>
 
 class QLabel;
 class QProgressBar;
@@ -35,5 +36,5 @@ private:
     QLabel* m_lblInfo;
     bool m_inCorso = false;
     bool m_interrompi = false;
-    QElapsedTimer m_ultimoDisegno;
+    RitmoDisegno m_ritmo;
 };

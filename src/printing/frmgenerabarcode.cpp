@@ -17,8 +17,6 @@
 namespace {
 
 const QString kPronto = QStringLiteral("Pronto per generare i Codici a Barre dei prodotti.");
-// How often a run brings the screen up to date and lets it draw.
-constexpr qint64 kIntervalloDisegnoMs = 80;
 
 } // namespace
 
@@ -84,7 +82,7 @@ void frmGeneraBarCodeIntoProdotti::cmdOk_Click()
     m_cmdOK->setEnabled(false);
     m_cmdCancel->setEnabled(false);
     QApplication::setOverrideCursor(Qt::BusyCursor);
-    m_ultimoDisegno.invalidate();
+    m_ritmo.azzera();
     const bool fatto =
         generaBarCode([this](int n, int totale, const QString& descrizione) { avanzamento(n, totale, descrizione); });
     QApplication::restoreOverrideCursor();
@@ -102,11 +100,8 @@ void frmGeneraBarCodeIntoProdotti::cmdOk_Click()
 
 void frmGeneraBarCodeIntoProdotti::avanzamento(int n, int totale, const QString& descrizione)
 {
-    // Every product would redraw the screen thousands of times a second:
-    // it is brought up to date a few times a second, and at the end.
-    if (n > 1 && n < totale && m_ultimoDisegno.isValid() && m_ultimoDisegno.elapsed() < kIntervalloDisegnoMs)
+    if (!m_ritmo.tocca(n, totale))
         return;
-    m_ultimoDisegno.start();
     m_pgbMain->setValue(totale > 0 ? int(std::min<qint64>(100, qint64(n) * 100 / totale)) : 0);
     m_lblInfo->setText(testoAvanzamentoBarCode(n, totale, descrizione));
     // The window draws itself and answers the window system; what the user

@@ -5,7 +5,8 @@
 // window keeps drawing itself, takes no input and does not close until the
 // run is over.
 
-#include <QElapsedTimer>
+#include "screens/framework/ritmodisegno.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -34,5 +35,5 @@ private:
     QProgressBar* m_pgbMain;
     QLabel* m_lblInfo;
     bool m_inCorso = false;
-    QElapsedTimer m_ultimoDisegno; // since the screen was last brought up to date
+    RitmoDisegno m_ritmo;
 };

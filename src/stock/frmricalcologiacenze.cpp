@@ -25,8 +25,6 @@
 namespace {
 
 const QString kPronto = QStringLiteral("Pronto per avviare il ricalcolo.");
-// How often a run brings the screen up to date and lets it draw.
-constexpr qint64 kIntervalloDisegnoMs = 80;
 
 } // namespace
 
@@ -145,7 +143,7 @@ void frmRicalcoloGiacenze::cmdOk_Click()
     m_inCorso = true;
     abilita(false);
     QApplication::setOverrideCursor(Qt::BusyCursor);
-    m_ultimoDisegno.invalidate();
+    m_ritmo.azzera();
     eseguiRicalcolo(ridProdotto, opzioni, [this](int fatti, int totale) { avanzamento(fatti, totale); });
     QApplication::restoreOverrideCursor();
     // Clicks held back during the run reach the controls while they are
@@ -160,11 +158,8 @@ void frmRicalcoloGiacenze::avanzamento(int fatti, int totale)
 {
     if (fatti == 0)
         m_tempo.start();
-    // Every product would redraw the screen thousands of times a second:
-    // it is brought up to date a few times a second, and at the end.
-    if (fatti > 0 && fatti < totale && m_ultimoDisegno.isValid() && m_ultimoDisegno.elapsed() < kIntervalloDisegnoMs)
+    if (!m_ritmo.tocca(fatti, totale))
         return;
-    m_ultimoDisegno.start();
     m_pgbMain->setValue(totale > 0 ? int(qint64(fatti) * 100 / totale) : 0);
     m_lblInfo->setText((m_forzato ? QStringLiteral("Ricalcolo riga ") : QStringLiteral("Ricalcolo prodotto "))
                        + QString::number(fatti) + QStringLiteral(" di ") + QString::number(totale));

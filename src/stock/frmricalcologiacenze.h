@@ -6,6 +6,8 @@
 // time left; the window keeps drawing itself, takes no input and does not
 // close until the run is over.
 
+#include "screens/framework/ritmodisegno.h"
+
 #include <QElapsedTimer>
 #include <QWidget>
 
@@ -47,6 +49,6 @@ private:
     QLabel* m_lblTimeRemaining;
     bool m_inCorso = false;
     bool m_forzato = false;
-    QElapsedTimer m_tempo;         // since the first product (row) of the run
-    QElapsedTimer m_ultimoDisegno; // since the screen was last brought up to date
+    QElapsedTimer m_tempo; // since the first product (row) of the run
+    RitmoDisegno m_ritmo;
 };

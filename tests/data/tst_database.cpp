@@ -463,15 +463,12 @@ private Q_SLOTS:
     // rollback, and a later save works.
     void busyDatabase()
     {
-        driver::setBusyTimeout(1); // the other workstation's lock is given up on soon, on connections made from now
-        driver::closeIdle();
         QVERIFY(addIva("22"));
         const QString update =
             "UPDATE Iva SET VALORE = %1 WHERE RID = " + testdb::value("SELECT RID FROM Iva").toString();
         // The other workstation: its own connection, in a transaction that wrote the row.
-        DbError error;
-        PhysicalConnectionPtr other = driver::acquire(db().TipoServer(), gSession().strConnessione, 10, error);
-        QVERIFY(other && other->begin(error) && other->execute(update.arg(21), nullptr, error));
+        testdb::OtherWorkstation other;
+        QVERIFY(other.isValid() && other.execute(update.arg(21)));
         ErrorRecorder errors;
         ScriptedMsgBox boxes;
         boxes.expect(cAdoSqlServer::busyMessage(), vb::OK);
@@ -489,8 +486,7 @@ private Q_SLOTS:
         }
         QVERIFY(boxes.allAnswered());
         QCOMPARE(errors.reports.size(), 0);
-        QVERIFY(other->commit(error));
-        driver::release(other);
+        QVERIFY(other.commit());
         QCOMPARE(testdb::count("Iva"), 1); // nothing half-written
         QVERIFY(db().beginTrasaction("test"));
         QVERIFY(db().executeSQL(update.arg(23), "test"));
@@ -535,21 +531,13 @@ private Q_SLOTS:
         testdb::empty({"Rubrica"});
         if (testdb::count("SchemaVersion") == 0)
             testdb::run("INSERT INTO SchemaVersion (VERSIONE) VALUES (1)");
-        const auto restore = qScopeGuard([] {
-            driver::setBusyTimeout(15);
-            driver::closeIdle();
-        });
-        driver::setBusyTimeout(1);
-        driver::closeIdle();
         cAdoSqlServer& db = gAdoSqlServer();
-        DbError error;
-        PhysicalConnectionPtr other = driver::acquire(db.TipoServer(), gSession().strConnessione, 10, error);
-        QVERIFY(other && other->begin(error));
+        testdb::OtherWorkstation other;
+        QVERIFY(other.isValid());
         // The other workstation draws 1 as nextNumber does, and has not committed yet.
         if (db.TipoServer() == TipoServer::MySql)
-            QVERIFY(other->execute("SELECT VERSIONE FROM SchemaVersion FOR UPDATE", nullptr, error));
-        QVERIFY(other->execute("INSERT INTO Rubrica (NUMERO, DENOMINAZIONE) VALUES (1, 'Altra postazione')", nullptr,
-                               error));
+            QVERIFY(other.execute("SELECT VERSIONE FROM SchemaVersion FOR UPDATE"));
+        QVERIFY(other.execute("INSERT INTO Rubrica (NUMERO, DENOMINAZIONE) VALUES (1, 'Altra postazione')"));
         {
             testdb::ErrorRecorder errors;
             cTransaction transaction(QStringLiteral("test"));
@@ -557,8 +545,7 @@ private Q_SLOTS:
                 QCOMPARE(nextNumber(QStringLiteral("Rubrica"), QStringLiteral("NUMERO"), QStringLiteral("test")), -1);
             QCOMPARE(db.lastFailure(), cAdoSqlServer::Failure::Busy);
         }
-        QVERIFY(other->commit(error));
-        driver::release(other);
+        QVERIFY(other.commit());
         cTransaction transaction(QStringLiteral("test"));
         QVERIFY(transaction);
         QCOMPARE(nextNumber(QStringLiteral("Rubrica"), QStringLiteral("NUMERO"), QStringLiteral("test")), 2);

@@ -399,21 +399,12 @@ private Q_SLOTS:
     // message and writes nothing; once the other has committed, the code is refused.
     void secondWorkstation()
     {
-        const auto restore = qScopeGuard([] {
-            driver::setBusyTimeout(15);
-            driver::closeIdle();
-        });
-        driver::setBusyTimeout(1);
-        driver::closeIdle();
-        cAdoSqlServer& db = gAdoSqlServer();
-        DbError error;
-        PhysicalConnectionPtr other = driver::acquire(db.TipoServer(), gSession().strConnessione, 10, error);
-        QVERIFY(other && other->begin(error));
-        if (db.TipoServer() == TipoServer::MySql)
-            QVERIFY(other->execute("SELECT NOME FROM Opzioni WHERE NOME = 'DistintaBase' FOR UPDATE", nullptr, error));
-        QVERIFY(other->execute("INSERT INTO DistintaBase (CODICE, BARCODE, DESCRIZIONE) VALUES ('*DOPPIO', '1', "
-                               "'Altra postazione')",
-                               nullptr, error));
+        testdb::OtherWorkstation other;
+        QVERIFY(other.isValid());
+        if (gAdoSqlServer().TipoServer() == TipoServer::MySql)
+            QVERIFY(other.execute("SELECT NOME FROM Opzioni WHERE NOME = 'DistintaBase' FOR UPDATE"));
+        QVERIFY(other.execute("INSERT INTO DistintaBase (CODICE, BARCODE, DESCRIZIONE) VALUES ('*DOPPIO', '1', "
+                              "'Altra postazione')"));
         Kit s(true, true, 0);
         s.type({"txtCodice=DOPPIO", "txtBarCode=4006381333931", "txtDescrizione=Questa postazione"});
         aggiungi(s, "VITE", "1");
@@ -421,8 +412,7 @@ private Q_SLOTS:
         script.expectMessage(cAdoSqlServer::busyMessage());
         QVERIFY(!s.screen.saveRecord());
         QVERIFY(script.allAnswered());
-        QVERIFY(other->commit(error));
-        driver::release(other);
+        QVERIFY(other.commit());
         QCOMPARE(testdb::count("DistintaBase"), 1);
         QCOMPARE(testdb::count("DistintaBaseDettagli"), 0);
         QCOMPARE(testdb::count("Prodotti", testdb::code("*DOPPIO")), 0);

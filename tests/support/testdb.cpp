@@ -4,6 +4,7 @@
 #include "common/msgbox.h"
 #include "data/cadosqlserver.h"
 #include "data/connectionstring.h"
+#include "data/driver.h"
 #include "data/modeldatabase.h"
 #include "data/recordset.h"
 #include "data/session.h"
@@ -225,6 +226,44 @@ void BackendTest::cleanup()
         db.rollbackTrasaction(QStringLiteral("test"));
     db.closeAll();
     QCOMPARE(open, 0);
+}
+
+} // namespace testdb
+
+namespace testdb {
+
+OtherWorkstation::OtherWorkstation()
+{
+    driver::setBusyTimeout(1);
+    driver::closeIdle();
+    DbError error;
+    m_connection = driver::acquire(gAdoSqlServer().TipoServer(), gSession().strConnessione, 10, error);
+    m_open = m_connection && m_connection->begin(error);
+}
+
+OtherWorkstation::~OtherWorkstation()
+{
+    DbError error;
+    if (m_open)
+        m_connection->rollback(error);
+    if (m_connection)
+        driver::release(m_connection);
+    driver::setBusyTimeout(15);
+    driver::closeIdle();
+}
+
+bool OtherWorkstation::execute(const QString& sql)
+{
+    DbError error;
+    return m_open && m_connection->execute(sql, nullptr, error);
+}
+
+bool OtherWorkstation::commit()
+{
+    DbError error;
+    const bool done = m_open && m_connection->commit(error);
+    m_open = false;
+    return done;
 }
 
 } // namespace testdb

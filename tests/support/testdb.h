@@ -3,6 +3,7 @@
 // database on the throwaway MariaDB server named by ORVANTIS_TEST_MYSQL.
 
 #include "common/errorlog.h"
+#include "data/driver.h"
 #include "support/columns.h"
 
 #include <QList>
@@ -71,6 +72,27 @@ TestDatabase& shared(const QString& backend, bool seed = true);
 void dropShared();
 
 // Records error reports instead of showing them, while alive.
+// Another workstation: a connection of its own with a transaction open.
+// While it lives, this process's new connections give up a lock wait after a
+// second, so a test sees "busy" at once. Rolled back unless committed.
+class OtherWorkstation
+{
+public:
+    OtherWorkstation();
+    ~OtherWorkstation();
+    OtherWorkstation(const OtherWorkstation&) = delete;
+    OtherWorkstation& operator=(const OtherWorkstation&) = delete;
+
+    bool isValid() const { return m_open; }
+    // A statement in the back end's own SQL.
+    bool execute(const QString& sql);
+    bool commit();
+
+private:
+    PhysicalConnectionPtr m_connection;
+    bool m_open = false;
+};
+
 class ErrorRecorder
 {
 public:
